@@ -1,0 +1,80 @@
+/**
+ * @file
+ * From angles and positions to matrices.
+ */
+#ifndef KXMATHS5_ORIENTATION_H
+#define KXMATHS5_ORIENTATION_H
+
+#include "kxmaths5/types.h"
+
+KX_BEGIN_DECLARATIONS
+
+/** @name Orientation and position
+ * With c and s the cosine and sine of the angle about each axis, the elementary rotations are
+ *
+ *     RX: 1 0  0    RY:  c 0 s    RZ: c -s 0
+ *         0 c -s         0 1 0        s  c 0
+ *         0 s  c        -s 0 c        0  0 1
+ *
+ * and an order names their product from left to right; the rightmost acts first. The inverse is
+ * built from the same cosines and sines with the factors the other way round, not by inverting:
+ *
+ *     order           matrix                  inverse
+ *     KX_ORDER_XYZ    RX(x)*(RY(y)*RZ(z))     RZ(-z)*(RY(-y)*RX(-x))
+ *     KX_ORDER_XZY    RX(x)*(RZ(z)*RY(y))     RY(-y)*(RZ(-z)*RX(-x))
+ *     KX_ORDER_YXZ    RY(y)*(RX(x)*RZ(z))     RZ(-z)*(RX(-x)*RY(-y))
+ *     KX_ORDER_YZX    RY(y)*(RZ(z)*RX(x))     RX(-x)*(RZ(-z)*RY(-y))
+ *     KX_ORDER_ZXY    RZ(z)*(RX(x)*RY(y))     RY(-y)*(RX(-x)*RZ(-z))
+ *     KX_ORDER_ZYX    RZ(z)*(RY(y)*RX(x))     RX(-x)*(RY(-y)*RZ(-z))
+ *
+ * The elements of the inner product are singles. The six cosines and sines are singles too, and
+ * each becomes +0 unless its magnitude is at or above the double 1e-07, so that a quarter turn
+ * gives exact zeros.
+ */
+/** @{ */
+
+/**
+ * Rotation from three angles, and its inverse. The outputs come first.
+ *
+ * Aliasing: matrix and inverse may be one record; the inverse is what remains.
+ * Null: matrix, inverse or both may be null; a null output is skipped.
+ * Degenerate: an angle that is infinite or NaN has no cosine or sine; both count as +0. An order
+ * outside 0 to 5 multiplies nothing: the fourth row and column of each output are written as 0 0 0
+ * 1, and its 3x3 block stays untouched.
+ *
+ * @param[out] matrix   the rotation, with no translation; or null
+ * @param[out] inverse  the rotation back; or null
+ * @param[in]  x        the angle about X, in radians
+ * @param[in]  y        the angle about Y, in radians
+ * @param[in]  z        the angle about Z, in radians
+ * @param[in]  order    the order of the factors, one of KX_ORDER_
+ */
+KX_API void KXM4Orientation(KXM4 *matrix, KXM4 *inverse, float x, float y, float z,
+                            KXRotationOrder order);
+
+/**
+ * Placement from a position record, and its inverse. The outputs come first.
+ *
+ * The matrix takes a point p to R*p + t: it turns first, as KXM4Orientation does, and moves after.
+ * The inverse takes p back to R'*p - R'*t, with R' the inverse rotation; R'*t is rounded to singles
+ * before it is negated, so that a zero translation leaves -0 there.
+ *
+ * Aliasing: matrix and inverse may be one record; the inverse is what remains. Neither may touch
+ * position.
+ * Null: matrix, inverse or both may be null; a null output is skipped. position must not be null.
+ * Degenerate: angles and orders as in KXM4Orientation. For an order outside 0 to 5 the inverse's
+ * translation is formed with the block that its record held.
+ *
+ * @param[out] matrix    the placement; or null
+ * @param[out] inverse   the way back; or null
+ * @param[in]  position  translation in the caller's length unit, angles in radians
+ * @param[in]  order     the order of the factors, one of KX_ORDER_
+ */
+KX_API void KXM4Position(KXM4 *matrix, KXM4 *inverse, const KXPosition *position,
+                         KXRotationOrder order);
+
+/** @} */
+
+KX_END_DECLARATIONS
+
+#endif

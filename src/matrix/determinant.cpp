@@ -1,0 +1,59 @@
+/* Determinants, and the test of orthogonality that rests on one. */
+#include "kxmaths5/matrix.h"
+
+#include "numeric.h"
+
+double KXM4Determinant(const KXM4 *m)
+{
+    const auto e = [m](int r, int c) { return kx::wide(m->m[r][c]); };
+    const double m00 = e(0, 0), m01 = e(0, 1), m02 = e(0, 2), m03 = e(0, 3);
+    const double m10 = e(1, 0), m11 = e(1, 1), m12 = e(1, 2), m13 = e(1, 3);
+    const double m20 = e(2, 0), m21 = e(2, 1), m22 = e(2, 2), m23 = e(2, 3);
+    const double m30 = e(3, 0), m31 = e(3, 1), m32 = e(3, 2), m33 = e(3, 3);
+
+    // The minors of rows 2 and 3 are singles, so a block with 16777217 in one of them gives
+    // 16777216. The 3x3 form below has no such rounding.
+    const double A = kx::rounded(m22 * m33 - m23 * m32);
+    const double B = kx::rounded(m21 * m33 - m23 * m31);
+    const double C = kx::rounded(m21 * m32 - m22 * m31);
+    const double D = kx::rounded(m20 * m33 - m23 * m30);
+    const double E = kx::rounded(m20 * m32 - m22 * m30);
+    const double F = kx::rounded(m20 * m31 - m21 * m30);
+
+    return m00 * (m11 * A - m12 * B + m13 * C) - m01 * (m10 * A - m12 * D + m13 * E) +
+           m02 * (m10 * B - m11 * D + m13 * F) - m03 * (m10 * C - m11 * E + m12 * F);
+}
+
+double KXM3Determinant(const KXM3 *m)
+{
+    const auto e = [m](int r, int c) { return kx::wide(m->m[r][c]); };
+    const double m00 = e(0, 0), m01 = e(0, 1), m02 = e(0, 2);
+    const double m10 = e(1, 0), m11 = e(1, 1), m12 = e(1, 2);
+    const double m20 = e(2, 0), m21 = e(2, 1), m22 = e(2, 2);
+
+    return m00 * (m11 * m22 - m12 * m21) - m01 * (m10 * m22 - m12 * m20) +
+           m02 * (m10 * m21 - m11 * m20);
+}
+
+int32_t KXM4IsOrthogonal(const KXM4 *m)
+{
+    // 1 - 1000 * KX_TOLERANCE and 1 + 1000 * KX_TOLERANCE. The ratio is a squared cosine of a kind:
+    // it falls as the columns lean towards each other, and does not depend on their lengths.
+    constexpr double lowest_ratio = 0.9990000000025248;
+    constexpr double highest_ratio = 1.0009999999974752;
+
+    const auto squared_length = [m](int c) {
+        const double x = kx::wide(m->m[0][c]), y = kx::wide(m->m[1][c]), z = kx::wide(m->m[2][c]);
+        return x * x + y * y + z * z;
+    };
+    const double l0 = squared_length(0);
+    const double l1 = squared_length(1);
+    const double l2 = squared_length(2);
+    const double d = KXM4Determinant(m);
+    // It is the squared length that meets the tolerance.
+    if (l0 <= kx::tolerance || l1 <= kx::tolerance || l2 <= kx::tolerance) {
+        return 0;
+    }
+    const double ratio = d * d / l0 / l1 / l2;
+    return ratio >= lowest_ratio && ratio <= highest_ratio;
+}

@@ -1,0 +1,100 @@
+/*
+ * The numeric rule, in one place.
+ *
+ * A record's floats are widened to double before any arithmetic, formulas run in double in the
+ * order in which they are written down, and a value becomes single only where it is stored
+ * (`single`) or where a contract names an intermediate as single (`rounded`). No arithmetic ever
+ * happens on two floats. Nothing in the language warns of an a*b that stays in float, so functions
+ * load what they read through `wide` first; a float is only ever moved or negated.
+ *
+ * This is the only file that includes <math.h>. In C++ that header brings overloads for float that
+ * would silently compute in single, so the functions are wrapped here and the overloads deleted.
+ */
+#ifndef KX_NUMERIC_H
+#define KX_NUMERIC_H
+
+#include "kxmaths5/types.h"
+
+#include <float.h>
+#include <math.h>
+
+#ifdef __FAST_MATH__
+#error "fast maths drops roundings, signs of zero and NaN: the results would be wrong"
+#endif
+#if FLT_EVAL_METHOD == 2
+#error "x87 arithmetic keeps more bits than a double: build with -msse2 -mfpmath=sse"
+#endif
+
+namespace kx
+{
+
+inline double wide(float value)
+{
+    return static_cast<double>(value);
+}
+
+/** The one narrowing: rounds to single, for storing. */
+inline float single(double value)
+{
+    return static_cast<float>(value);
+}
+float single(float) = delete;
+
+/** An intermediate that a contract names as single: rounded, and widened again for what follows. */
+inline double rounded(double value)
+{
+    return wide(single(value));
+}
+double rounded(float) = delete;
+
+constexpr double tolerance = static_cast<double>(KX_TOLERANCE);
+
+inline double magnitude(double value)
+{
+    return ::fabs(value);
+}
+inline double square_root(double value)
+{
+    return ::sqrt(value);
+}
+inline double sine(double angle)
+{
+    return ::sin(angle);
+}
+inline double cosine(double angle)
+{
+    return ::cos(angle);
+}
+inline double arcsine(double value)
+{
+    return ::asin(value);
+}
+inline double arctangent(double y, double x)
+{
+    return ::atan2(y, x);
+}
+double magnitude(float) = delete;
+double square_root(float) = delete;
+double sine(float) = delete;
+double cosine(float) = delete;
+double arcsine(float) = delete;
+double arctangent(float, float) = delete;
+
+/** A vector or point, widened for arithmetic. */
+struct Wide3 {
+    double x, y, z;
+};
+
+inline Wide3 wide(const KXV3 &v)
+{
+    return {wide(v.x), wide(v.y), wide(v.z)};
+}
+
+inline KXV3 single(const Wide3 &v)
+{
+    return {single(v.x), single(v.y), single(v.z)};
+}
+
+} // namespace kx
+
+#endif
