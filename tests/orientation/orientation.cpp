@@ -1,0 +1,174 @@
+#include "support/check.h"
+
+#include <cmath>
+
+using namespace test;
+
+static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+static const char *const orders[6] = {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"};
+
+static KXM4 axis_rotation(char axis, double angle, float direction)
+{
+    const auto c = static_cast<float>(std::cos(angle));
+    const auto s = static_cast<float>(std::sin(angle)) * direction;
+    KXM4 m;
+    (axis == 'X' ? KXM4RotateX2 : axis == 'Y' ? KXM4RotateY2 : KXM4RotateZ2)(c, s, &m);
+    return m;
+}
+
+/** left*(middle*right), with the letters of an order for the factors. */
+static KXM4 product(const std::string &letters, const float angles[3], float direction)
+{
+    const auto factor = [&](char axis) {
+        return axis_rotation(axis, angles[axis - 'X'], direction);
+    };
+    const KXM4 left = factor(letters[0]), middle = factor(letters[1]), right = factor(letters[2]);
+    KXM4 inner, m = unit;
+    KXM43Mult(&middle, &right, &inner);
+    KXM43Mult(&left, &inner, &m);
+    return m;
+}
+
+static void check_orientation(const std::string &label, float x, float y, float z,
+                              KXRotationOrder order, const KXM4 &forward, const KXM4 &back)
+{
+    Guarded<KXM4> matrix, inverse, alone, shared;
+    KXM4Orientation(&matrix.record, &inverse.record, x, y, z, order);
+    matrix.check(label, forward);
+    inverse.check(label + ", inverse", back);
+    KXM4Orientation(&alone.record, nullptr, x, y, z, order);
+    alone.check(label + ", no inverse", forward);
+    alone = {};
+    KXM4Orientation(nullptr, &alone.record, x, y, z, order);
+    alone.check(label + ", inverse alone", back);
+    KXM4Orientation(&shared.record, &shared.record, x, y, z, order);
+    shared.check(label + ", one record for both", back);
+    KXM4Orientation(nullptr, nullptr, x, y, z, order);
+}
+
+TEST_CASE("The six orders, each with its inverse")
+{
+    Random random;
+    for (int i = 0; i < 200; ++i) {
+        const float angles[3] = {random(7), random(7), random(7)};
+        for (KXRotationOrder order = 0; order < 6; ++order) {
+            const std::string letters = orders[order];
+            check_orientation(letters, angles[0], angles[1], angles[2], order,
+                              product(letters, angles, 1),
+                              product({letters.rbegin(), letters.rend()}, angles, -1));
+        }
+    }
+    // An anchor that owes nothing to the library's own products: RX*(RY*RZ) in full.
+    const double x = 0.25, y = 0.5, z = 0.75;
+    const double wanted[3] = {std::cos(y) * std::cos(z), -std::cos(y) * std::sin(z), std::sin(y)};
+    KXM4 m;
+    KXM4Orientation(&m, nullptr, 0.25f, 0.5f, 0.75f, KX_ORDER_XYZ);
+    for (int c = 0; c < 3; ++c) {
+        CHECK(m.m[0][c] == doctest::Approx(wanted[c]).epsilon(1e-7));
+    }
+    CHECK(m.m[1][2] == doctest::Approx(-std::sin(x) * std::cos(y)).epsilon(1e-7));
+}
+
+TEST_CASE("Small sines and cosines snap to zero")
+{
+    const auto quarter = static_cast<float>(1.5707963705062866);
+    const KXM4 quarter_about_x = {{{1, 0, 0, 0}, {0, 0, -1, 0}, {0, 1, 0, 0}, {0, 0, 0, 1}}};
+    const KXM4 quarter_back = {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, -1, 0, 0}, {0, 0, 0, 1}}};
+    check_orientation("a quarter turn", quarter, 0, 0, KX_ORDER_XYZ, quarter_about_x, quarter_back);
+    for (KXRotationOrder order = 0; order < 6; ++order) {
+        check_orientation(orders[order], 0, 0, 0, order, unit, unit);
+        check_orientation(orders[order], 0, -0.0f, 9.9e-08f, order, unit, unit);
+    }
+
+    const float survives = 1.0000000116860974e-07f;
+    KXM4 forward = unit, back = unit;
+    forward.m[1][2] = back.m[2][1] = -survives;
+    forward.m[2][1] = back.m[1][2] = survives;
+    check_orientation("the single 1e-07", survives, 0, 0, KX_ORDER_XYZ, forward, back);
+    check_orientation("one step below", std::nextafter(survives, 0.0f), 0, 0, KX_ORDER_XYZ, unit,
+                      unit);
+
+    const KXM4 no_turn = {{{1, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 1}}};
+    for (const float angle : {not_a_number, infinity, -infinity}) {
+        KXM4 m;
+        KXM4Orientation(&m, nullptr, angle, 0, 0, KX_ORDER_XYZ);
+        for (int r = 0; r < 4; ++r) {
+            for (int c = 0; c < 4; ++c) {
+                CHECK(m.m[r][c] == no_turn.m[r][c]);
+            }
+        }
+    }
+}
+
+TEST_CASE("An order that does not exist leaves the block")
+{
+    KXM4 wanted = marked<KXM4>();
+    for (int i = 0; i < 4; ++i) {
+        wanted.m[i][3] = wanted.m[3][i] = unit.m[i][3];
+    }
+    for (const KXRotationOrder order : {6U, 0x7fffffffU, 0xffffffffU}) {
+        check_orientation(std::to_string(order), 0.1f, 0.2f, 0.3f, order, wanted, wanted);
+    }
+    // The position goes on from the block that was there.
+    Guarded<KXM4> matrix, inverse;
+    matrix.record = inverse.record = {{{2, 0, 0, 9}, {0, 4, 0, 9}, {0, 0, 8, 9}, {9, 9, 9, 9}}};
+    const KXPosition position = {1, 2, 3, 0.1f, 0.2f, 0.3f};
+    KXM4Position(&matrix.record, &inverse.record, &position, 6);
+    matrix.check("placement", {{{2, 0, 0, 1}, {0, 4, 0, 2}, {0, 0, 8, 3}, {0, 0, 0, 1}}});
+    inverse.check("way back", {{{2, 0, 0, -2}, {0, 4, 0, -8}, {0, 0, 8, -24}, {0, 0, 0, 1}}});
+}
+
+TEST_CASE("KXM4Position")
+{
+    const KXPosition still = {0, 0, 0, 0, 0, 0};
+    const KXPosition turned = {10, 20, 30, static_cast<float>(1.5707963705062866), 0, 0};
+    struct Row {
+        const char *label;
+        KXPosition position;
+        KXM4 forward, back;
+    };
+    const Row rows[] = {
+        {"nothing",
+         still,
+         unit,
+         {{{1, 0, 0, -0.0f}, {0, 1, 0, -0.0f}, {0, 0, 1, -0.0f}, {0, 0, 0, 1}}}},
+        {"turns first, moves after",
+         turned,
+         {{{1, 0, 0, 10}, {0, 0, -1, 20}, {0, 1, 0, 30}, {0, 0, 0, 1}}},
+         {{{1, 0, 0, -10}, {0, 0, 1, -30}, {0, -1, 0, 20}, {0, 0, 0, 1}}}},
+    };
+    for (const Row &row : rows) {
+        const std::string label = row.label;
+        Guarded<KXM4> matrix, inverse, alone, shared;
+        KXM4Position(&matrix.record, &inverse.record, &row.position, KX_ORDER_XYZ);
+        matrix.check(label, row.forward);
+        inverse.check(label + ", inverse", row.back);
+        KXM4Position(&alone.record, nullptr, &row.position, KX_ORDER_XYZ);
+        alone.check(label + ", no inverse", row.forward);
+        alone = {};
+        KXM4Position(nullptr, &alone.record, &row.position, KX_ORDER_XYZ);
+        alone.check(label + ", inverse alone", row.back);
+        KXM4Position(&shared.record, &shared.record, &row.position, KX_ORDER_XYZ);
+        shared.check(label + ", one record for both", row.back);
+        KXM4Position(nullptr, nullptr, &row.position, KX_ORDER_XYZ);
+    }
+}
+
+TEST_CASE("The inverse undoes the placement")
+{
+    Random random;
+    for (int i = 0; i < 10000; ++i) {
+        const KXPosition position = {random(10), random(10), random(10),
+                                     random(7),  random(7),  random(7)};
+        KXM4 matrix, inverse, both;
+        KXM4Position(&matrix, &inverse, &position, static_cast<KXRotationOrder>(i % 6));
+        KXM4Mult(&inverse, &matrix, &both);
+        for (int r = 0; r < 4; ++r) {
+            for (int c = 0; c < 4; ++c) {
+                // A few roundings of elements up to 1, and of translations up to 17.
+                const float off = std::fabs(both.m[r][c] - unit.m[r][c]);
+                CHECK(off <= (c == 3 ? 8e-6f : 4e-7f));
+            }
+        }
+    }
+}

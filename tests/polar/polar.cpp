@@ -1,0 +1,131 @@
+#include "support/check.h"
+
+#include <cmath>
+
+using namespace test;
+
+static constexpr double quarter_turn = 1.5707963705062866;
+static constexpr double three_quarter_turn = 4.71238899230957;
+static constexpr double whole_turn = 6.2831854820251465;
+static constexpr double true_pi = 3.141592653589793;
+
+TEST_CASE("KXRange")
+{
+    struct Row {
+        const char *label;
+        KXP3 first, second;
+        double range;
+    };
+    const Row rows[] = {
+        {"y plays no part", {3, 100, 4}, {0, -7, 0}, 5},
+        {"differences stay wide", {0x1p24f, 0, 0}, {-1, 0, 0}, 16777217},
+        {"no difference", {1, 2, 3}, {1, 5, 3}, 0},
+    };
+    for (const Row &row : rows) {
+        check_same(row.label, row.range, KXRange(&row.first, &row.second));
+    }
+}
+
+TEST_CASE("KXBearing")
+{
+    struct Row {
+        const char *label;
+        KXP3 first;
+        double bearing;
+    };
+    const Row rows[] = {
+        {"along X", {1, 0, 0}, quarter_turn},
+        {"along -X", {-1, 0, 0}, three_quarter_turn},
+        {"along Z", {0, 0, 1}, 0},
+        {"along -Z", {0, 0, -1}, true_pi},
+        {"halfway", {1, 0, 1}, true_pi / 4},
+        {"wraps by the single 2pi", {-1, 0, 1}, whole_turn - true_pi / 4},
+        {"nothing on the ground", {0, 9, 0}, three_quarter_turn},
+        {"2pi itself", {-1e-30f, 0, 1}, whole_turn},
+        {"no tolerance along Z", {1, 0, 1e-30f}, 1.5707963267948966},
+    };
+    const KXP3 origin = {0, 0, 0};
+    for (const Row &row : rows) {
+        check_near(row.label, row.bearing, KXBearing(&row.first, &origin));
+    }
+    // Differences stay wide: as a single dz would be 0.
+    const KXP3 first = {1, 0, 0x1p24f}, second = {0, 0, 16777215.0f};
+    check_near("dz of 1", true_pi / 4, KXBearing(&first, &second));
+}
+
+/** The three outputs lie side by side, so that a guard shows any other store. */
+static void check_rea(const char *label, const KXP3 &from, const KXP3 &to, const KXV3 &wanted)
+{
+    Guarded<KXV3> rea;
+    KXPointsToREA(&from, &to, &rea.record.x, &rea.record.y, &rea.record.z);
+    rea.check(label, wanted);
+}
+
+TEST_CASE("KXPointsToREA and KXVectorToEA")
+{
+    struct Row {
+        const char *label;
+        KXP3 to;
+        KXV3 rea;
+    };
+    const auto half_pi = static_cast<float>(quarter_turn);
+    const auto pi = static_cast<float>(true_pi);
+    const Row rows[] = {
+        {"3 4 5", {3, 4, 0}, {5, 0.92729522f, half_pi}},
+        {"straight up", {0, 1, 0}, {1, half_pi, 0}},
+        {"straight down", {0, -1, 0}, {1, -half_pi, 0}},
+        {"behind", {0, 0, -1}, {1, 0, pi}},
+        {"left", {-1, 0, 0}, {1, 0, -half_pi}},
+        {"too near for angles", {5e-07f, 0, 0}, {5e-07f, 0, 0}},
+        {"as far as the tolerance", {tolerance, 0, 0}, {tolerance, 0, half_pi}},
+        {"the Z test comes first", {1e-07f, 1, 1e-07f}, {1, half_pi, half_pi}},
+        {"dz above the tolerance", {2e-06f, 1, 2e-06f}, {1, half_pi, 0.78539819f}},
+        {"dz equal to the tolerance", {1, 0, tolerance}, {1, 0, 1.5707953f}},
+        {"dz below the tolerance", {1, 0, -9e-07f}, {1, 0, half_pi}},
+        {"all zero", {0, 0, 0}, {0, 0, 0}},
+    };
+    const KXP3 origin = {0, 0, 0};
+    for (const Row &row : rows) {
+        check_rea(row.label, origin, row.to, row.rea);
+        Guarded<KXV3> ea;
+        KXVectorToEA(&row.to, &ea.record.y, &ea.record.z);
+        ea.check(row.label, {bits_as<float>(marker), row.rea.y, row.rea.z});
+    }
+    check_rea("second minus first", {1, 1, 1}, {1, 1, 3}, {2, 0, 0});
+}
+
+TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToEA back")
+{
+    const KXP3 origin = {0, 0, 0};
+    Random random;
+    for (int i = 0; i < 20000; ++i) {
+        const float range = 100 + random(99);
+        const float elevation = random(1.5707f);
+        const float azimuth = random(3.1415f);
+        const double flat = std::cos(static_cast<double>(elevation));
+
+        Guarded<KXP3> point;
+        KXREAToPoint(range, elevation, azimuth, &point.record);
+        const double x = range * flat * std::sin(static_cast<double>(azimuth));
+        const double y = range * std::sin(static_cast<double>(elevation));
+        const double z = range * flat * std::cos(static_cast<double>(azimuth));
+        point.check("there", {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
+
+        // An arcsine near 1 and an azimuth near the pole magnify the rounding of the point.
+        const double allowed = 1.2e-7 / flat;
+        float r, e, a;
+        KXPointsToREA(&origin, &point.record, &r, &e, &a);
+        const bool back = std::fabs(r / range - 1.0f) < 2.5e-7f &&
+                          std::fabs(e - elevation) < allowed + 1.2e-7 &&
+                          std::fabs(a - azimuth) < allowed + 2.4e-7;
+        CHECK_MESSAGE(back, range, " ", elevation, " ", azimuth, " came back as ", r, " ", e, " ",
+                      a);
+
+        Guarded<KXV3> unit;
+        KXEAToVector(elevation, azimuth, &unit.record);
+        KXVectorToEA(&unit.record, &e, &a);
+        const bool vector_back = std::fabs(e - elevation) < allowed + 1.2e-7 &&
+                                 std::fabs(a - azimuth) < allowed + 2.4e-7;
+        CHECK_MESSAGE(vector_back, elevation, " ", azimuth, " came back as ", e, " ", a);
+    }
+}

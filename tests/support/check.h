@@ -1,0 +1,167 @@
+/*
+ * What every test of a function shares: comparison by bits, records with guards around them, and
+ * the repetition of a row for every permitted aliasing.
+ */
+#ifndef KX_TESTS_CHECK_H
+#define KX_TESTS_CHECK_H
+
+#include "kxmaths5.h"
+
+#include <doctest/doctest.h>
+
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <string>
+
+namespace test
+{
+
+constexpr float tolerance = 9.999999974752427e-07f;
+constexpr float above_tolerance = 1.0000001111620804e-06f;
+constexpr float infinity = std::numeric_limits<float>::infinity();
+constexpr float not_a_number = std::numeric_limits<float>::quiet_NaN();
+
+/** Fills what a function must not write. As a float it is an ordinary, odd number. */
+constexpr std::uint32_t marker = 0x4b3c2d1eU;
+
+template <typename To, typename From>
+To bits_as(const From &from)
+{
+    static_assert(sizeof(To) == sizeof(From));
+    To to;
+    std::memcpy(&to, &from, sizeof to);
+    return to;
+}
+
+template <typename Record>
+using Words = std::array<std::uint32_t, sizeof(Record) / 4>;
+
+inline std::string show(std::uint32_t word)
+{
+    char text[48];
+    std::snprintf(text, sizeof text, "%.9g (0x%08x)", static_cast<double>(bits_as<float>(word)),
+                  static_cast<unsigned>(word));
+    return text;
+}
+
+/** Every float of a record, or an array of records, by its bits. */
+template <typename Record>
+void check_same(const std::string &label, const Record &wanted, const Record &got)
+{
+    const auto w = bits_as<Words<Record>>(wanted);
+    const auto g = bits_as<Words<Record>>(got);
+    for (std::size_t i = 0; i < w.size(); ++i) {
+        CHECK_MESSAGE(w[i] == g[i], label, ", float ", i, ": wanted ", show(w[i]), ", got ",
+                      show(g[i]));
+    }
+}
+
+/** An unrounded result, by its bits. */
+inline void check_same(const std::string &label, double wanted, double got)
+{
+    char text[96];
+    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got,
+                  got);
+    CHECK_MESSAGE(bits_as<std::uint64_t>(wanted) == bits_as<std::uint64_t>(got), label, text);
+}
+
+/** A result in which a maths function takes part, which may be off in the last bit of a double. */
+inline void check_near(const std::string &label, double wanted, double got)
+{
+    const double allowed = (wanted < 0 ? -wanted : wanted) * 4e-16;
+    char text[96];
+    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got,
+                  got);
+    CHECK_MESSAGE((got >= wanted - allowed && got <= wanted + allowed), label, text);
+}
+
+template <typename Record>
+Record marked()
+{
+    Words<Record> words;
+    words.fill(marker);
+    return bits_as<Record>(words);
+}
+
+/** A record full of markers, between two guards that nothing may touch. */
+template <typename Record>
+struct Guarded {
+    std::array<std::uint32_t, 4> before = {marker, marker, marker, marker};
+    Record record = marked<Record>();
+    std::array<std::uint32_t, 4> after = before;
+
+    void check(const std::string &label, const Record &wanted) const
+    {
+        check_same(label, wanted, record);
+        const bool intact = before == Guarded().before && after == before;
+        CHECK_MESSAGE(intact, label, ": something outside the record was written");
+    }
+};
+
+/** One input, one output: apart, and in place. `call` takes const Record * and Record *. */
+template <typename Record, typename Call>
+void check_in_out(const std::string &label, const Record &in, const Record &wanted, Call call)
+{
+    const Record given = in;
+    Guarded<Record> apart, place;
+    call(&given, &apart.record);
+    apart.check(label, wanted);
+    check_same(label + ", input", in, given);
+    place.record = in;
+    call(&place.record, &place.record);
+    place.check(label + ", in place", wanted);
+}
+
+/** Two inputs, one output: apart, into the first, and into the second. */
+template <typename Record, typename Call>
+void check_two_in_out(const std::string &label, const Record &a, const Record &b,
+                      const Record &wanted, Call call)
+{
+    const Record given_a = a, given_b = b;
+    Guarded<Record> apart, first, second;
+    call(&given_a, &given_b, &apart.record);
+    apart.check(label, wanted);
+    check_same(label + ", a", a, given_a);
+    check_same(label + ", b", b, given_b);
+    first.record = a;
+    call(&first.record, &given_b, &first.record);
+    first.check(label + ", out is a", wanted);
+    second.record = b;
+    call(&given_a, &second.record, &second.record);
+    second.check(label + ", out is b", wanted);
+}
+
+/** A permutation of digits and signs without end: xorshift, so that every run is the same. */
+class Random
+{
+public:
+    /** A single from -range to range. */
+    float operator()(float range)
+    {
+        state ^= state << 13;
+        state ^= state >> 7;
+        state ^= state << 17;
+        const auto top = static_cast<std::int32_t>(state >> 32);
+        return static_cast<float>(top) * (range / 2147483648.0f);
+    }
+
+    template <typename Record>
+    Record record(float range)
+    {
+        std::array<float, sizeof(Record) / 4> floats;
+        for (float &f : floats) {
+            f = (*this)(range);
+        }
+        return bits_as<Record>(floats);
+    }
+
+private:
+    std::uint64_t state = 0x9e3779b97f4a7c15U;
+};
+
+} // namespace test
+
+#endif
