@@ -1,0 +1,42 @@
+/* A triangle mesh as a host of kxmaths5 keeps it: packed points, and corners by index. */
+#ifndef EXAMPLES_MESH_H
+#define EXAMPLES_MESH_H
+
+#include <kxmaths5.h>
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace example
+{
+
+struct Mesh {
+    std::string name;
+    std::vector<KXP3> points;
+    std::vector<std::array<std::uint32_t, 3>> triangles;
+
+    /** The count that the library's array forms take. */
+    std::uint32_t point_count() const
+    {
+        return static_cast<std::uint32_t>(points.size());
+    }
+};
+
+/** The box around all points of a mesh that has at least one. */
+KXBox box_around(const Mesh &mesh);
+
+/** The unit normal of each triangle, by the right-hand rule; zero for a triangle with no area. */
+std::vector<KXV3> triangle_normals(const Mesh &mesh);
+
+/** Reads an OBJ file. Polygons are split into triangles. Throws Failure. */
+Mesh read_obj(const std::string &path);
+
+/** A tube along a trefoil knot: a shape for when there is no file. It has no symmetry to hide a
+ * wrong rotation, and its mirror image is a different knot. */
+Mesh trefoil();
+
+} // namespace example
+
+#endif

@@ -1,0 +1,123 @@
+#include "placement.h"
+
+#include "failure.h"
+#include "names.h"
+
+#include <cmath>
+#include <cstdarg>
+#include <cstdio>
+
+namespace example
+{
+
+namespace
+{
+
+constexpr double degrees_per_radian = 57.29577951308232;
+
+std::string text_of(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+std::string text_of(const char *format, ...)
+{
+    char text[256];
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::vsnprintf(text, sizeof text, format, arguments);
+    va_end(arguments);
+    return text;
+}
+
+std::string text_of(const KXP3 &p)
+{
+    return text_of("(%.6g, %.6g, %.6g)", static_cast<double>(p.x), static_cast<double>(p.y),
+                   static_cast<double>(p.z));
+}
+
+std::string text_of(const KXBox &box)
+{
+    return text_of(box.minimum) + " to " + text_of(box.maximum);
+}
+
+/** 34835 as 34,835. */
+std::string with_commas(std::size_t count)
+{
+    std::string digits = std::to_string(count);
+    for (std::size_t i = digits.size(); i > 3; i -= 3) {
+        digits.insert(i - 3, ",");
+    }
+    return digits;
+}
+
+bool is_finite(const KXP3 &p)
+{
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
+
+} // namespace
+
+Placement place(Mesh mesh, const Options &options)
+{
+    Placement p;
+    p.mesh = std::move(mesh);
+    std::vector<KXP3> &points = p.mesh.points;
+    const std::uint32_t count = p.mesh.point_count();
+
+    KXP3ChangeNUnits(options.from, options.to, count, points.data());
+    p.own_box = box_around(p.mesh);
+    KXBoxMidPoint(&p.own_box, &p.own_mid_point);
+    KXBoxDiagonal(&p.own_box, &p.own_diagonal);
+
+    KXM4Position(&p.matrix, &p.inverse, &options.position, options.order);
+    KXM4NP3I1(&p.matrix, count, points.data(), points.data());
+    KXTransformBox(&p.own_box, &p.matrix, &p.carried_box);
+    p.tight_box = box_around(p.mesh);
+    KXM4P3I1(&p.matrix, &p.own_mid_point, &p.mid_point);
+
+    p.ground_range = KXRange(&p.mid_point, &options.observer);
+    p.bearing = KXBearing(&p.mid_point, &options.observer);
+    KXPointsToREA(&options.observer, &p.mid_point, &p.range, &p.elevation, &p.azimuth);
+
+    // A box grown from points that overflowed is infinite, or too large to have a diagonal.
+    KXV3 diagonal;
+    KXBoxDiagonal(&p.carried_box, &diagonal);
+    if (!is_finite(p.own_diagonal) || !is_finite(diagonal) || !is_finite(p.mid_point) ||
+        !std::isfinite(p.range)) {
+        throw Failure("the mesh is too large for its place: a coordinate goes beyond 3.4e38");
+    }
+    return p;
+}
+
+std::vector<ReportLine> report(const Placement &p, const Options &options)
+{
+    const KXPosition &at = options.position;
+    const std::string unit = unit_symbol(options.to).empty() ? "" : " " + unit_symbol(options.to);
+    const auto degrees = [](double radians) { return radians * degrees_per_radian; };
+    const auto point = [&unit](const KXP3 &q) { return text_of(q) + unit; };
+    const auto box = [&unit](const KXBox &b) { return text_of(b) + unit; };
+
+    return {
+        {"mesh", p.mesh.name + ": " + with_commas(p.mesh.points.size()) + " points, " +
+                     with_commas(p.mesh.triangles.size()) + " triangles"},
+        {"own box", box(p.own_box)},
+        {"mid-point", point(p.own_mid_point)},
+        {"diagonal",
+         point(p.own_diagonal) + ", length " + text_of("%.6g", KXV3Length(&p.own_diagonal)) + unit},
+        {"position", point({at.x, at.y, at.z})},
+        {"rotation",
+         text_of("X %.6g, Y %.6g, Z %.6g degrees, order %s",
+                 degrees(static_cast<double>(at.rotateX)), degrees(static_cast<double>(at.rotateY)),
+                 degrees(static_cast<double>(at.rotateZ)), options.order_name.c_str())},
+        {"box carried", box(p.carried_box)},
+        {"box around", box(p.tight_box)},
+        {"observer", point(options.observer)},
+        {"mid-point at", point(p.mid_point)},
+        {"on the ground", text_of("range %.6g%s, bearing %.5g degrees", p.ground_range,
+                                  unit.c_str(), degrees(p.bearing))},
+        {"in space",
+         text_of("range %.6g%s, elevation %.5g, azimuth %.5g degrees", static_cast<double>(p.range),
+                 unit.c_str(), degrees(static_cast<double>(p.elevation)),
+                 degrees(static_cast<double>(p.azimuth)))},
+    };
+}
+
+} // namespace example
