@@ -18,6 +18,10 @@ TEST_CASE("KXV3Length and KXV3Normalise")
         {"length equal to the tolerance", {0, tolerance, 0}, {0, tolerance, 0}, tolerance},
         {"one step above", {above_tolerance, 0, 0}, {1, 0, 0}, above_tolerance},
         {"a square that overflows a single", {0x3p100f, 0x4p100f, 0}, {0.6f, 0.8f, 0}, 0x5p100},
+        {"times the reciprocal, not divided",
+         {2758, 4853, 0},
+         {0.494092524f, 0.869409323f, 0},
+         5581.950644711937},
     };
     for (const Row &row : rows) {
         check_in_out(row.label, row.v, row.unit, [&row](const KXV3 *in, KXV3 *out) {

@@ -83,6 +83,13 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
         {"dz equal to the tolerance", {1, 0, tolerance}, {1, 0, 1.5707953f}},
         {"dz below the tolerance", {1, 0, -9e-07f}, {1, 0, half_pi}},
         {"all zero", {0, 0, 0}, {0, 0, 0}},
+        {"r is compared before it is rounded",
+         {0x1.0c6f78p-20f, 0x1.73a28ap-32f, 0},
+         {tolerance, 0, 0}},
+        {"r is divided by after it is rounded", {1, 4096, 0}, {4096, half_pi, half_pi}},
+        {"the squares are added z first",
+         {3681, 0x1.cb258ap-1f, 0x1.3ac268p-2f},
+         {3681, 0x1.fee94ep-13f, 0x1.921a3cp+0f}},
     };
     const KXP3 origin = {0, 0, 0};
     for (const Row &row : rows) {
@@ -92,6 +99,11 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
         ea.check(row.label, {bits_as<float>(marker), row.rea.y, row.rea.z});
     }
     check_rea("second minus first", {1, 1, 1}, {1, 1, 3}, {2, 0, 0});
+    check_rea("dx is single", {-1, 0, 0}, {0x1p24f, 8, 0}, {0x1p24f, 0x1p-21f, half_pi});
+    check_rea("dy is single", {0, -1, 0}, {8, 0x1p24f, 0}, {0x1p24f, half_pi, half_pi});
+    check_rea("dz is single", {0, 0, -1}, {8, 0, 0x1p24f}, {0x1p24f, 0, 0x1p-21f});
+    check_rea("dz is single before its test", {0, 0, -0x1.00b486p-44f}, {1, 0, tolerance},
+              {1, 0, 1.5707953f});
 }
 
 TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToEA back")
