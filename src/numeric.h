@@ -18,7 +18,8 @@
 #include <float.h>
 #include <math.h>
 
-#ifdef __FAST_MATH__
+#if defined(__FAST_MATH__) || defined(_M_FP_FAST) ||                                               \
+    (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
 #error "fast maths drops roundings, signs of zero and NaN: the results would be wrong"
 #endif
 #if FLT_EVAL_METHOD == 2

@@ -105,8 +105,8 @@ KX_API void KXV3Combine(const KXV3 *a, const KXV3 *b, KXV3 *out, float s, float 
 /** @name Length units
  * Each function multiplies the lengths in a record by factor[from][to] out of a stored table of
  * ten units, and touches nothing else in the record: 2 from KX_UNIT_METRE to KX_UNIT_MILLIMETRE
- * becomes 2000. From or to KX_UNIT_NONE the factor is 1. The factors are singles, so going there
- * and back may differ from the start in the last bit.
+ * becomes 2000. From or to KX_UNIT_NONE the factor is 1. The factors are singles, so a length that
+ * goes there and back may come out a little beside the start, in its last bits.
  *
  * The unit indices are not tested: both must be in 0 to 9. Null is not allowed, but for an array
  * with a count of 0. There is no degenerate input: zeros, infinities and NaN are multiplied too.

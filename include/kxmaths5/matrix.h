@@ -25,7 +25,8 @@ KX_BEGIN_DECLARATIONS
  *       + m02*(m10*B - m11*D + m13*F) - m03*(m10*C - m11*E + m12*F)
  *
  * Null: not allowed.
- * Degenerate: a singular matrix gives 0 or a value near it; the caller decides.
+ * Degenerate: a singular matrix gives 0 or a value near it; the caller decides. A minor beyond what
+ * a single holds is infinite, or 0: with elements of rows 2 and 3 near 1e20, or near 1e-23.
  *
  * @param[in] m  the matrix
  * @return the determinant, unrounded
@@ -147,9 +148,9 @@ KX_API int32_t KXM3IsUnit(const KXM3 *m);
  * length, and the matrix may mirror.
  *
  * With L0, L1, L2 the squared lengths of the columns over rows 0 to 2 and d the determinant of the
- * whole matrix, d*d / L0 / L1 / L2 is 1 for columns at right angles. It passes from
- * 0.9990000000025248 to 1.0009999999974752, both included. All sixteen elements enter d, so a
- * matrix with m[3][3] = 2 fails.
+ * whole matrix as KXM4Determinant returns it, d*d / L0 / L1 / L2 is 1 for columns at right angles.
+ * It passes from 0.9990000000025248 to 1.0009999999974752, both included: two columns may be 1.8
+ * degrees off. All sixteen elements enter d, so a matrix with m[3][3] = 2 fails.
  *
  * Null: not allowed.
  * Degenerate: 0 when a squared length is at or below KX_TOLERANCE, that is, when a column is

@@ -17,7 +17,8 @@ KX_BEGIN_DECLARATIONS
  *         0 s  c        -s 0 c        0  0 1
  *
  * and an order names their product from left to right; the rightmost acts first. The inverse is
- * built from the same cosines and sines with the factors the other way round, not by inverting:
+ * built from the same cosines and sines with the factors the other way round, not by inverting; it
+ * rounds for itself and is not in general the transpose to the last bit:
  *
  *     order           matrix                  inverse
  *     KX_ORDER_XYZ    RX(x)*(RY(y)*RZ(z))     RZ(-z)*(RY(-y)*RX(-x))
@@ -38,7 +39,8 @@ KX_BEGIN_DECLARATIONS
  *
  * Aliasing: matrix and inverse may be one record; the inverse is what remains.
  * Null: matrix, inverse or both may be null; a null output is skipped.
- * Degenerate: an angle that is infinite or NaN has no cosine or sine; both count as +0. An order
+ * Degenerate: an angle that is infinite or NaN has no cosine or sine; both count as +0, and the
+ * outputs are finite but no rotations. An order
  * outside 0 to 5 multiplies nothing: the fourth row and column of each output are written as 0 0 0
  * 1, and its 3x3 block stays untouched.
  *

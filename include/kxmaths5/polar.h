@@ -5,7 +5,8 @@
  * Y is up; X and Z span the ground. Azimuth and bearing run from +Z towards +X: 0 points along +Z,
  * a quarter turn along +X. Elevation is the angle above the ground, from -pi/2 to pi/2. Where a
  * contract says pi/2, 3pi/2 or 2pi it means the singles 1.5707963705062866, 4.71238899230957 and
- * 6.2831854820251465.
+ * 6.2831854820251465. All three lie a little above the true angles, and so does the single nearest
+ * pi, 3.1415927410125732.
  *
  * The two direction measures take their points the opposite way round, and differ in more:
  *
@@ -46,7 +47,8 @@ KX_API double KXRange(const KXP3 *first, const KXP3 *second);
  * Aliasing: first and second may be one record.
  * Null: not allowed.
  * Degenerate: with dz equal to 0 the bearing is pi/2 if dx is above 0, otherwise 3pi/2: also for
- * two points at one place on the ground. A tiny negative dx with a positive dz gives 2pi itself.
+ * two points at one place on the ground. A tiny negative dx with a positive dz gives 2pi itself. A
+ * dx of -0 with a negative dz gives -pi plus 2pi, a little above pi.
  *
  * @param[in] first   the point measured
  * @param[in] second  the point it is seen from, in the same unit
@@ -92,7 +94,8 @@ KX_API void KXEAToVector(float elevation, float azimuth, KXV3 *out);
  * from each other.
  * Null: not allowed.
  * Degenerate: with |dz| below KX_TOLERANCE the azimuth is pi/2 for dx above 0, -pi/2 for dx below 0
- * and 0 for dx equal to 0. With r below KX_TOLERANCE both angles are 0; the range is still told.
+ * and 0 for dx equal to 0. With r below KX_TOLERANCE both angles are 0; the range is still told. A
+ * dx of -0 with a negative dz gives -pi.
  *
  * @param[in]  from       the point it is seen from, in the caller's length unit
  * @param[in]  to         the point measured, in the same unit
@@ -109,7 +112,7 @@ KX_API void KXPointsToREA(const KXP3 *from, const KXP3 *to, float *range, float 
  * Aliasing: the two outputs must be floats apart from the vector and from each other.
  * Null: not allowed.
  * Degenerate: a vector shorter than KX_TOLERANCE gives 0 for both; one with |z| below KX_TOLERANCE
- * gets its azimuth from the sign of x, as in KXPointsToREA.
+ * gets its azimuth from the sign of x, as in KXPointsToREA. (-0, 0, -1) gives -pi.
  *
  * @param[in]  vector     the vector, of any length
  * @param[out] elevation  the angle above the ground, in radians: one float

@@ -10,9 +10,10 @@
 KX_BEGIN_DECLARATIONS
 
 /** @name Boxes
- * A box is valid when no minimum is above its maximum; a box of no extent, or a single point, is
- * valid. A box with a minimum above its maximum is inverted. To gather points, start from the
- * inverted box with KX_HUGE in the minimum and -KX_HUGE in the maximum, and put them in.
+ * A box is valid when each maximum is at or above its minimum; a box of no extent, or a single
+ * point, is valid. A box with a minimum above its maximum is inverted. To gather points, start from
+ * the inverted box with KX_HUGE in the minimum and -KX_HUGE in the maximum and put them in, as long
+ * as no coordinate is beyond 1e20; or start with the first point in both corners.
  */
 /** @{ */
 
@@ -26,7 +27,10 @@ KX_BEGIN_DECLARATIONS
  * Aliasing: out may be box, and must not be part of matrix.
  * Null: not allowed.
  * Degenerate: an inverted box comes back unchanged, and the matrix is not read. A box of one point
- * gives the same point in both corners, up to the rounding of b.
+ * gives the same point in both corners, up to the rounding of b. A NaN does not make a box inverted.
+ *
+ * The singles are rounded to nearest, not outwards: a corner carried by itself can lie outside the
+ * box by the last bit or so.
  *
  * @param[in]  box     the box, in the caller's length unit
  * @param[in]  matrix  the transform, taken as affine
@@ -56,7 +60,8 @@ KX_API int32_t KXPutPointInBox(const KXP3 *point, KXBox *box);
  *
  * Aliasing: other may be box; nothing changes then.
  * Null: not allowed.
- * Degenerate: an inverted box takes part with the numbers that it has.
+ * Degenerate: an inverted box takes part with the numbers that it has. Of two zeros with different
+ * signs the first box keeps its own.
  *
  * @param[in,out] box    the box that grows
  * @param[in]     other  the box to be held, in the same unit
@@ -91,10 +96,10 @@ KX_API void KXBoxDiagonal(const KXBox *box, KXV3 *out);
  * Tells whether on all three axes the maximum is at or above the minimum.
  *
  * Null: not allowed.
- * Degenerate: a NaN in any corner gives 0.
+ * Degenerate: a NaN in any corner gives 0, though such a box is not inverted.
  *
  * @param[in] box  the box
- * @return 1 if it is valid, 0 if it is inverted
+ * @return 1 if it is valid, 0 if not
  */
 KX_API int32_t KXIsValidBox(const KXBox *box);
 

@@ -115,7 +115,7 @@ typedef struct KXM4 {
     float m[4][4]; /**< Element in row r and column c: m[r][c]. */
 } KXM4;
 
-/** An axis-aligned box. Six floats. Valid when no minimum is above its maximum. */
+/** An axis-aligned box. Six floats. Valid when each maximum is at or above its minimum. */
 typedef struct KXBox {
     KXP3 minimum; /**< The corner with the lowest coordinates. */
     KXP3 maximum; /**< The corner with the highest coordinates. */

@@ -55,7 +55,7 @@ void KXV3Perpendicular(const KXV3 *v, KXV3 *out)
         *out = x_axis;
         return;
     }
-    // The projection onto the XZ plane, a quarter turn about Y further.
+    // The projection onto the XZ plane, a quarter turn about Y back.
     const KXV3 turned = {-v->z, 0.0f, v->x};
     const double length = KXV3Normalise(&turned, out);
     // A vector along Y has no such projection; X is at right angles to it as well.

@@ -37,8 +37,8 @@ double KXM3Determinant(const KXM3 *m)
 
 int32_t KXM4IsOrthogonal(const KXM4 *m)
 {
-    // 1 - 1000 * KX_TOLERANCE and 1 + 1000 * KX_TOLERANCE. The ratio is a squared cosine of a kind:
-    // it falls as the columns lean towards each other, and does not depend on their lengths.
+    // 1 - 1000 * KX_TOLERANCE and 1 + 1000 * KX_TOLERANCE. The ratio is the squared volume that the
+    // columns would span at unit length: it falls as they lean towards each other.
     constexpr double lowest_ratio = 0.9990000000025248;
     constexpr double highest_ratio = 1.0009999999974752;
 

@@ -15,12 +15,12 @@ struct Turn {
 
 /**
  * Exact zeros for what would be zero but for rounding, such as the cosine of a quarter turn. The
- * bound is the double 1e-07, below the single of that name. The negation takes in a NaN, so that
+ * bound is the double 1e-07, below the single of that name. A NaN is not at or above it, so that
  * an infinite angle gives a finite matrix.
  */
 float snap(float value)
 {
-    return !(kx::magnitude(kx::wide(value)) >= 1e-07) ? 0.0f : value;
+    return kx::magnitude(kx::wide(value)) >= 1e-07 ? value : 0.0f;
 }
 
 Turn turn_by(float angle)

@@ -13,7 +13,7 @@ constexpr double quarter_turn = 1.5707963705062866;
 constexpr double three_quarter_turn = 4.71238899230957;
 constexpr double whole_turn = 6.2831854820251465;
 
-/** The unit vector with an elevation and an azimuth, before any rounding and times a range. */
+/** The point at a range, elevation and azimuth, before any rounding. */
 Wide3 polar_to_point(double range, double elevation, double azimuth)
 {
     return {

@@ -134,3 +134,21 @@ TEST_CASE("KXM4IsOrthogonal")
         CHECK_MESSAGE(KXM4IsOrthogonal(&row.m) == row.verdict, row.label);
     }
 }
+
+TEST_CASE("KXM4IsOrthogonal refuses a squared length equal to the tolerance")
+{
+    // 4192^2 + 139^2 + 1^2 is 2^44 times the single 1e-6. With 1.015 for the 1 the sum lies between
+    // that single and the decimal 1e-6.
+    for (const auto &[last, verdict] : {std::pair(1.0f, 0), std::pair(1.015f, 1)}) {
+        const float columns[3][3] = {
+            {4192 * 0x1p-22f, 139 * 0x1p-22f, last * 0x1p-22f}, {-139, 4192, 0}, {-1, 0, 4192}};
+        for (int first = 0; first < 3; ++first) {
+            KXM4 m = {};
+            m.m[3][3] = 1;
+            for (int i = 0; i < 9; ++i) {
+                m.m[i % 3][(first + i / 3) % 3] = columns[i / 3][i % 3];
+            }
+            CHECK_MESSAGE(KXM4IsOrthogonal(&m) == verdict, "column ", first, " with ", last);
+        }
+    }
+}

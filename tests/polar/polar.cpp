@@ -48,6 +48,8 @@ TEST_CASE("KXBearing")
     for (const Row &row : rows) {
         check_near(row.label, row.bearing, KXBearing(&row.first, &origin));
     }
+    const KXP3 left = {2, 0, 5}, right = {3, 0, 4};
+    check_near("first minus second", whole_turn - true_pi / 4, KXBearing(&left, &right));
     // Differences stay wide: as a single dz would be 0.
     const KXP3 first = {1, 0, 0x1p24f}, second = {0, 0, 16777215.0f};
     check_near("dz of 1", true_pi / 4, KXBearing(&first, &second));
@@ -83,6 +85,8 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
         {"dz equal to the tolerance", {1, 0, tolerance}, {1, 0, 1.5707953f}},
         {"dz below the tolerance", {1, 0, -9e-07f}, {1, 0, half_pi}},
         {"all zero", {0, 0, 0}, {0, 0, 0}},
+        {"a dx of -0 behind", {-0.0f, 0, -1}, {1, 0, -pi}},
+        {"a dy of -0", {0, -0.0f, 1}, {1, -0.0f, 0}},
         {"r is compared before it is rounded",
          {0x1.0c6f78p-20f, 0x1.73a28ap-32f, 0},
          {tolerance, 0, 0}},
