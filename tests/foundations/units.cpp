@@ -48,8 +48,7 @@ TEST_CASE("Which floats of each record are lengths")
             Guarded<KXBox> box;
             box.record = {{1, 2, 4}, {8, 16, 32}};
             KXBoxChangeUnits(from, to, &box.record);
-            box.check(label,
-                      {{factor, 2 * factor, 4 * factor}, {8 * factor, 16 * factor, 32 * factor}});
+            box.check(label, {{factor, 2 * factor, 4 * factor}, {8 * factor, 16 * factor, 32 * factor}});
 
             Guarded<KXPlane> plane;
             plane.record = {1, 2, 3, 4};
@@ -77,8 +76,7 @@ TEST_CASE("2 mm in m is 2 times the single 0.001")
 }
 
 template <typename Record>
-static void check_array(void (*convert)(KXUnit, KXUnit, std::uint32_t, Record *),
-                        void (*convert_one)(KXUnit, KXUnit, Record *))
+static void check_array(void (*convert)(KXUnit, KXUnit, std::uint32_t, Record *), void (*convert_one)(KXUnit, KXUnit, Record *))
 {
     Random random;
     Guarded<std::array<Record, 5>> array;

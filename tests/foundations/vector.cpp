@@ -17,20 +17,13 @@ TEST_CASE("KXV3Length and KXV3Normalise")
         {"too short", {1e-07f, 0, 0}, {1e-07f, 0, 0}, 1.0000000116860974e-07},
         {"length equal to the tolerance", {0, tolerance, 0}, {0, tolerance, 0}, tolerance},
         {"one step above", {above_tolerance, 0, 0}, {1, 0, 0}, above_tolerance},
-        {"between the single 1e-6 and the decimal",
-         {tolerance, 1e-11f, 0},
-         {1, 9.99999975e-06f, 0},
-         9.999999975252426e-07},
+        {"between the single 1e-6 and the decimal", {tolerance, 1e-11f, 0}, {1, 9.99999975e-06f, 0}, 9.999999975252426e-07},
         {"a square that overflows a single", {0x3p100f, 0x4p100f, 0}, {0.6f, 0.8f, 0}, 0x5p100},
-        {"times the reciprocal, not divided",
-         {2758, 4853, 0},
-         {0.494092524f, 0.869409323f, 0},
-         5581.950644711937},
+        {"times the reciprocal, not divided", {2758, 4853, 0}, {0.494092524f, 0.869409323f, 0}, 5581.950644711937},
     };
     for (const Row &row : rows) {
-        check_in_out(row.label, row.v, row.unit, [&row](const KXV3 *in, KXV3 *out) {
-            check_same(row.label, row.length, KXV3Normalise(in, out));
-        });
+        check_in_out(row.label, row.v, row.unit,
+                     [&row](const KXV3 *in, KXV3 *out) { check_same(row.label, row.length, KXV3Normalise(in, out)); });
         check_same(row.label, row.length, KXV3Length(&row.v));
     }
 }
@@ -62,10 +55,7 @@ TEST_CASE("KXV3Scale")
         {"too short stays", {1e-07f, 0, 0}, 5, {1e-07f, 0, 0}},
         {"equal to the tolerance stays", {tolerance, 0, 0}, 5, {tolerance, 0, 0}},
         {"one step above", {above_tolerance, 0, 0}, 5, {5, 0, 0}},
-        {"between the single 1e-6 and the decimal",
-         {tolerance, 1e-11f, 0},
-         5,
-         {5, 4.99999987e-05f, 0}},
+        {"between the single 1e-6 and the decimal", {tolerance, 1e-11f, 0}, 5, {5, 4.99999987e-05f, 0}},
     };
     for (const Row &row : rows) {
         Guarded<KXV3> v;
@@ -111,9 +101,7 @@ TEST_CASE("KXV3Perpendicular")
         {"along Y", {0, 1, 0}, {1, 0, 0}},
         {"against Y with next to no z", {0, -1, 1e-07f}, {1, 0, 0}},
         {"along Y, length equal to the tolerance", {tolerance, 1, 0}, {1, 0, 0}},
-        {"along Y, between the single 1e-6 and the decimal",
-         {tolerance, 1, 1e-11f},
-         {-9.99999975e-06f, 0, 1}},
+        {"along Y, between the single 1e-6 and the decimal", {tolerance, 1, 1e-11f}, {-9.99999975e-06f, 0, 1}},
         {"along Y, one step above", {above_tolerance, 1, 0}, {-0.0f, 0, 1}},
         {"x equal to the tolerance and nothing else", {tolerance, 0, 0}, {-0.0f, 0, tolerance}},
     };
@@ -139,8 +127,6 @@ TEST_CASE("KXV3Combine")
     };
     for (const Row &row : rows) {
         check_two_in_out(row.label, row.a, row.b, row.sum,
-                         [&row](const KXV3 *a, const KXV3 *b, KXV3 *out) {
-                             KXV3Combine(a, b, out, row.s, row.t);
-                         });
+                         [&row](const KXV3 *a, const KXV3 *b, KXV3 *out) { KXV3Combine(a, b, out, row.s, row.t); });
     }
 }

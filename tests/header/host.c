@@ -19,6 +19,5 @@ int main(void)
     if (KXV3Length(&offset) > 0.0 || p.z < 300.0f) {
         return 1;
     }
-    return (double)KX_TOLERANCE != 9.999999974752427e-07 ||
-           (double)KX_HUGE != 1.0000000200408773e+20;
+    return (double)KX_TOLERANCE != 9.999999974752427e-07 || (double)KX_HUGE != 1.0000000200408773e+20;
 }

@@ -10,28 +10,25 @@
 #define ASSERT_EXPANDED(condition, line) ASSERT_AT_LINE(condition, line)
 #define ASSERT(condition) ASSERT_EXPANDED(condition, __LINE__)
 
-#define ASSERT_SIZE(record, floats) ASSERT(sizeof(record) == 4 * (floats))
+#define ASSERT_SIZE(record, words) ASSERT(sizeof(record) == 4 * (words))
 #define ASSERT_FIELD(record, field, word) ASSERT(offsetof(record, field) == 4 * (word))
+#define ASSERT_TWO(record, word, a, b) ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4)
+#define ASSERT_FOUR(record, word, a, b, c, d)                                                                                    \
+    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4 &&                                         \
+           offsetof(record, c) == 4 * (word) + 8 && offsetof(record, d) == 4 * (word) + 12)
 
 ASSERT_SIZE(KXV3, 3);
-ASSERT_FIELD(KXV3, x, 0);
-ASSERT_FIELD(KXV3, y, 1);
+ASSERT_TWO(KXV3, 0, x, y);
 ASSERT_FIELD(KXV3, z, 2);
 ASSERT_SIZE(KXP2, 2);
-ASSERT_FIELD(KXP2, x, 0);
-ASSERT_FIELD(KXP2, y, 1);
+ASSERT_TWO(KXP2, 0, x, y);
 ASSERT_SIZE(KXP3, 3);
 ASSERT_SIZE(KXP4, 4);
-ASSERT_FIELD(KXP4, x, 0);
-ASSERT_FIELD(KXP4, y, 1);
-ASSERT_FIELD(KXP4, z, 2);
-ASSERT_FIELD(KXP4, w, 3);
+ASSERT_FOUR(KXP4, 0, x, y, z, w);
 ASSERT_SIZE(KXM3, 9);
-ASSERT_FIELD(KXM3, m[1][0], 3);
-ASSERT_FIELD(KXM3, m[0][2], 2);
+ASSERT_FOUR(KXM3, 0, m[0][0], m[0][1], m[0][2], m[1][0]);
 ASSERT_SIZE(KXM4, 16);
-ASSERT_FIELD(KXM4, m[1][0], 4);
-ASSERT_FIELD(KXM4, m[0][3], 3);
+ASSERT_TWO(KXM4, 3, m[0][3], m[1][0]);
 ASSERT_SIZE(KXBox, 6);
 ASSERT_FIELD(KXBox, minimum, 0);
 ASSERT_FIELD(KXBox, maximum, 3);
@@ -42,45 +39,22 @@ ASSERT_SIZE(KXRay, 6);
 ASSERT_FIELD(KXRay, origin, 0);
 ASSERT_FIELD(KXRay, direction, 3);
 ASSERT_SIZE(KXPlane, 4);
-ASSERT_FIELD(KXPlane, a, 0);
-ASSERT_FIELD(KXPlane, b, 1);
-ASSERT_FIELD(KXPlane, c, 2);
-ASSERT_FIELD(KXPlane, d, 3);
+ASSERT_FOUR(KXPlane, 0, a, b, c, d);
 ASSERT_SIZE(KXQuat, 4);
-ASSERT_FIELD(KXQuat, x, 0);
-ASSERT_FIELD(KXQuat, y, 1);
-ASSERT_FIELD(KXQuat, z, 2);
-ASSERT_FIELD(KXQuat, w, 3);
+ASSERT_FOUR(KXQuat, 0, x, y, z, w);
 ASSERT_SIZE(KXPosition, 6);
-ASSERT_FIELD(KXPosition, x, 0);
-ASSERT_FIELD(KXPosition, y, 1);
-ASSERT_FIELD(KXPosition, z, 2);
-ASSERT_FIELD(KXPosition, rotateX, 3);
-ASSERT_FIELD(KXPosition, rotateY, 4);
-ASSERT_FIELD(KXPosition, rotateZ, 5);
+ASSERT_FOUR(KXPosition, 0, x, y, z, rotateX);
+ASSERT_TWO(KXPosition, 4, rotateY, rotateZ);
 ASSERT_SIZE(KXComponents, 16);
-ASSERT_FIELD(KXComponents, scaleX, 0);
-ASSERT_FIELD(KXComponents, scaleY, 1);
-ASSERT_FIELD(KXComponents, scaleZ, 2);
-ASSERT_FIELD(KXComponents, shearXY, 3);
-ASSERT_FIELD(KXComponents, shearXZ, 4);
-ASSERT_FIELD(KXComponents, shearYZ, 5);
-ASSERT_FIELD(KXComponents, rotateX, 6);
-ASSERT_FIELD(KXComponents, rotateY, 7);
-ASSERT_FIELD(KXComponents, rotateZ, 8);
-ASSERT_FIELD(KXComponents, translateX, 9);
-ASSERT_FIELD(KXComponents, translateY, 10);
-ASSERT_FIELD(KXComponents, translateZ, 11);
-ASSERT_FIELD(KXComponents, perspectiveX, 12);
-ASSERT_FIELD(KXComponents, perspectiveY, 13);
-ASSERT_FIELD(KXComponents, perspectiveZ, 14);
-ASSERT_FIELD(KXComponents, perspectiveW, 15);
+ASSERT_FOUR(KXComponents, 0, scaleX, scaleY, scaleZ, shearXY);
+ASSERT_FOUR(KXComponents, 4, shearXZ, shearYZ, rotateX, rotateY);
+ASSERT_FOUR(KXComponents, 8, rotateZ, translateX, translateY, translateZ);
+ASSERT_FOUR(KXComponents, 12, perspectiveX, perspectiveY, perspectiveZ, perspectiveW);
 ASSERT_SIZE(KXTriangle, 17);
 ASSERT_FIELD(KXTriangle, corner[0].vertex, 1);
 ASSERT_FIELD(KXTriangle, corner[1].vertex, 5);
 ASSERT_FIELD(KXTriangle, corner[2].vertex, 9);
-ASSERT_FIELD(KXTriangle, host, 12);
-ASSERT_FIELD(KXTriangle, plane, 13);
+ASSERT_TWO(KXTriangle, 12, host, plane);
 ASSERT_SIZE(KXUnit, 1);
 ASSERT_SIZE(KXRotationOrder, 1);
 ASSERT(KX_UNIT_NAUTICAL_MILE == 9 && KX_ORDER_ZYX == 5);

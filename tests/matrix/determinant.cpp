@@ -13,30 +13,14 @@ TEST_CASE("KXM4Determinant")
     // to 16777216. Each row brings out one minor alone.
     const Row rows[] = {
         {"unit", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1},
-        {"A is single",
-         {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 4097, 1}, {0, 0, 8192, 4097}}},
-         16777216},
-        {"B is single",
-         {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, 4097, 0, 1}, {0, 8192, 0, 4097}}},
-         -16777216},
-        {"C is single",
-         {{{1, 0, 0, 0}, {0, 0, 0, 1}, {0, 4097, 1, 0}, {0, 8192, 4097, 0}}},
-         16777216},
-        {"D is single",
-         {{{0, 1, 0, 0}, {0, 0, 1, 0}, {4097, 0, 0, 1}, {8192, 0, 0, 4097}}},
-         16777216},
-        {"E is single",
-         {{{0, 1, 0, 0}, {0, 0, 0, 1}, {4097, 0, 1, 0}, {8192, 0, 4097, 0}}},
-         -16777216},
-        {"F is single",
-         {{{0, 0, 1, 0}, {0, 0, 0, 1}, {4097, 1, 0, 0}, {8192, 4097, 0, 0}}},
-         16777216},
-        {"all sixteen elements",
-         {{{2, 3, 5, 7}, {11, 13, 17, 19}, {23, 29, 31, 37}, {41, 43, 47, 53}}},
-         880},
-        {"the cofactors stay wide",
-         {{{8193, 8192, 0, 0}, {8192, 8191, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
-         -1},
+        {"A is single", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 4097, 1}, {0, 0, 8192, 4097}}}, 16777216},
+        {"B is single", {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, 4097, 0, 1}, {0, 8192, 0, 4097}}}, -16777216},
+        {"C is single", {{{1, 0, 0, 0}, {0, 0, 0, 1}, {0, 4097, 1, 0}, {0, 8192, 4097, 0}}}, 16777216},
+        {"D is single", {{{0, 1, 0, 0}, {0, 0, 1, 0}, {4097, 0, 0, 1}, {8192, 0, 0, 4097}}}, 16777216},
+        {"E is single", {{{0, 1, 0, 0}, {0, 0, 0, 1}, {4097, 0, 1, 0}, {8192, 0, 4097, 0}}}, -16777216},
+        {"F is single", {{{0, 0, 1, 0}, {0, 0, 0, 1}, {4097, 1, 0, 0}, {8192, 4097, 0, 0}}}, 16777216},
+        {"all sixteen elements", {{{2, 3, 5, 7}, {11, 13, 17, 19}, {23, 29, 31, 37}, {41, 43, 47, 53}}}, 880},
+        {"the cofactors stay wide", {{{8193, 8192, 0, 0}, {8192, 8191, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, -1},
         {"no product is fused with a sum: columns 0 and 1 are alike",
          {{{16764332, 16764332, 16730415, 16723654},
            {16746924, 16746924, 16724607, 16717686},
@@ -44,10 +28,7 @@ TEST_CASE("KXM4Determinant")
            {16765791, 16765791, 16776972, 16771760}}},
          0},
         {"the four terms are added from left to right",
-         {{{-0.5f, 5.7f, 7.7f, 4},
-           {8, 6.4f, 2.1f, 0.9f},
-           {6.4f, -6.2f, 0.5f, -6.9f},
-           {1.3f, -1.8f, -4.3f, 7.9f}}},
+         {{{-0.5f, 5.7f, 7.7f, 4}, {8, 6.4f, 2.1f, 0.9f}, {6.4f, -6.2f, 0.5f, -6.9f}, {1.3f, -1.8f, -4.3f, 7.9f}}},
          -6278.5139041603861},
     };
     for (const Row &row : rows) {
@@ -108,26 +89,15 @@ TEST_CASE("KXM4IsOrthogonal")
         {"column 1 too short", unit_with(1, 1, 0.00099f), 0},
         {"column 2 too short", unit_with(2, 2, 0.00099f), 0},
         {"a column of zeros", unit_with(1, 1, 0), 0},
-        {"equal to the lower bound",
-         {{{6, 0x1.2fc96cp-10f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.03026ep-5f, 3, 0}, {0, 0, 0, 1}}},
-         1},
+        {"equal to the lower bound", {{{6, 0x1.2fc96cp-10f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.03026ep-5f, 3, 0}, {0, 0, 0, 1}}}, 1},
         {"equal to the upper bound",
-         {{{1, 0x1.b82a64p-25f, 0, 0},
-           {0, 1, 0, 0},
-           {0, 0x1.51ff2ap-11f, 1, 0},
-           {0, 0, 0, 0x1.0020c6p+0f}}},
+         {{{1, 0x1.b82a64p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 1, 0}, {0, 0, 0, 0x1.0020c6p+0f}}},
          1},
         {"the determinant is not rounded",
-         {{{7, 0x1.35b9cp-24f, 0, 0},
-           {0, 1, 0, 0},
-           {0, 0x1.b9893cp-12f, 8, 0},
-           {0, 0, 0, 0x1.0020c4p+0f}}},
+         {{{7, 0x1.35b9cp-24f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.b9893cp-12f, 8, 0}, {0, 0, 0, 0x1.0020c4p+0f}}},
          1},
         {"divided by L0, then L1, then L2",
-         {{{7, 0x1.b82a62p-25f, 0, 0},
-           {0, 1, 0, 0},
-           {0, 0x1.51ff2ap-11f, 2, 0},
-           {0, 0, 0, 0x1.0020c6p+0f}}},
+         {{{7, 0x1.b82a62p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 2, 0}, {0, 0, 0, 0x1.0020c6p+0f}}},
          1},
     };
     for (const Row &row : rows) {
@@ -139,16 +109,17 @@ TEST_CASE("KXM4IsOrthogonal refuses a squared length equal to the tolerance")
 {
     // 4192^2 + 139^2 + 1^2 is 2^44 times the single 1e-6. With 1.015 for the 1 the sum lies between
     // that single and the decimal 1e-6.
-    for (const auto &[last, verdict] : {std::pair(1.0f, 0), std::pair(1.015f, 1)}) {
-        const float columns[3][3] = {
-            {4192 * 0x1p-22f, 139 * 0x1p-22f, last * 0x1p-22f}, {-139, 4192, 0}, {-1, 0, 4192}};
-        for (int first = 0; first < 3; ++first) {
-            KXM4 m = {};
-            m.m[3][3] = 1;
-            for (int i = 0; i < 9; ++i) {
-                m.m[i % 3][(first + i / 3) % 3] = columns[i / 3][i % 3];
-            }
-            CHECK_MESSAGE(KXM4IsOrthogonal(&m) == verdict, "column ", first, " with ", last);
+    const auto verdict = [](int first, float last) {
+        const float columns[3][3] = {{4192 * 0x1p-22f, 139 * 0x1p-22f, last * 0x1p-22f}, {-139, 4192, 0}, {-1, 0, 4192}};
+        KXM4 m = {};
+        m.m[3][3] = 1;
+        for (int i = 0; i < 9; ++i) {
+            m.m[i % 3][(first + i / 3) % 3] = columns[i / 3][i % 3];
         }
+        return KXM4IsOrthogonal(&m);
+    };
+    for (int column = 0; column < 3; ++column) {
+        CHECK(verdict(column, 1.0f) == 0);
+        CHECK(verdict(column, 1.015f) == 1);
     }
 }

@@ -36,8 +36,7 @@ static void check_bounds(const Matrix &unit, std::int32_t (*is_unit)(const Matri
             for (const Row &row : rows) {
                 Matrix m = unit;
                 m.m[r][c] = r == c ? row.diagonal : row.other;
-                CHECK_MESSAGE(is_unit(&m) == row.verdict, "row ", r, ", column ", c, ": ",
-                              m.m[r][c]);
+                CHECK_MESSAGE(is_unit(&m) == row.verdict, "row ", r, ", column ", c, ": ", m.m[r][c]);
             }
         }
     }

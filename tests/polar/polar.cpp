@@ -87,13 +87,9 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
         {"all zero", {0, 0, 0}, {0, 0, 0}},
         {"a dx of -0 behind", {-0.0f, 0, -1}, {1, 0, -pi}},
         {"a dy of -0", {0, -0.0f, 1}, {1, -0.0f, 0}},
-        {"r is compared before it is rounded",
-         {0x1.0c6f78p-20f, 0x1.73a28ap-32f, 0},
-         {tolerance, 0, 0}},
+        {"r is compared before it is rounded", {0x1.0c6f78p-20f, 0x1.73a28ap-32f, 0}, {tolerance, 0, 0}},
         {"r is divided by after it is rounded", {1, 4096, 0}, {4096, half_pi, half_pi}},
-        {"the squares are added z first",
-         {3681, 0x1.cb258ap-1f, 0x1.3ac268p-2f},
-         {3681, 0x1.fee94ep-13f, 0x1.921a3cp+0f}},
+        {"the squares are added z first", {3681, 0x1.cb258ap-1f, 0x1.3ac268p-2f}, {3681, 0x1.fee94ep-13f, 0x1.921a3cp+0f}},
     };
     const KXP3 origin = {0, 0, 0};
     for (const Row &row : rows) {
@@ -106,8 +102,7 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
     check_rea("dx is single", {-1, 0, 0}, {0x1p24f, 8, 0}, {0x1p24f, 0x1p-21f, half_pi});
     check_rea("dy is single", {0, -1, 0}, {8, 0x1p24f, 0}, {0x1p24f, half_pi, half_pi});
     check_rea("dz is single", {0, 0, -1}, {8, 0, 0x1p24f}, {0x1p24f, 0, 0x1p-21f});
-    check_rea("dz is single before its test", {0, 0, -0x1.00b486p-44f}, {1, 0, tolerance},
-              {1, 0, 1.5707953f});
+    check_rea("dz is single before its test", {0, 0, -0x1.00b486p-44f}, {1, 0, tolerance}, {1, 0, 1.5707953f});
 }
 
 TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToEA back")
@@ -131,17 +126,14 @@ TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToE
         const double allowed = 1.2e-7 / flat;
         float r, e, a;
         KXPointsToREA(&origin, &point.record, &r, &e, &a);
-        const bool back = std::fabs(r / range - 1.0f) < 2.5e-7f &&
-                          std::fabs(e - elevation) < allowed + 1.2e-7 &&
+        const bool back = std::fabs(r / range - 1.0f) < 2.5e-7f && std::fabs(e - elevation) < allowed + 1.2e-7 &&
                           std::fabs(a - azimuth) < allowed + 2.4e-7;
-        CHECK_MESSAGE(back, range, " ", elevation, " ", azimuth, " came back as ", r, " ", e, " ",
-                      a);
+        CHECK_MESSAGE(back, range, " ", elevation, " ", azimuth, " came back as ", r, " ", e, " ", a);
 
         Guarded<KXV3> unit;
         KXEAToVector(elevation, azimuth, &unit.record);
         KXVectorToEA(&unit.record, &e, &a);
-        const bool vector_back = std::fabs(e - elevation) < allowed + 1.2e-7 &&
-                                 std::fabs(a - azimuth) < allowed + 2.4e-7;
+        const bool vector_back = std::fabs(e - elevation) < allowed + 1.2e-7 && std::fabs(a - azimuth) < allowed + 2.4e-7;
         CHECK_MESSAGE(vector_back, elevation, " ", azimuth, " came back as ", e, " ", a);
     }
 }

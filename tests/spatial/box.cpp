@@ -38,71 +38,28 @@ TEST_CASE("KXTransformBox")
         {"inverted along y", {{0, 2, 0}, {1, 1, 1}}, mirrored, {{0, 2, 0}, {1, 1, 1}}},
         {"inverted along z", {{0, 0, 2}, {1, 1, 1}}, mirrored, {{0, 0, 2}, {1, 1, 1}}},
         // 4097*4097 is 16785409, and 16777217 is no single: each row loses one where it is rounded.
-        {"b is single, x",
-         {{0, 0, 0}, {4097, 0, 0}},
-         rows_of(4097, 0, 0, -16785408),
-         cube_of(-16785408, 0)},
-        {"b is single, y",
-         {{0, 0, 0}, {0, 4097, 0}},
-         rows_of(0, 4097, 0, -16785408),
-         cube_of(-16785408, 0)},
-        {"b is single, z",
-         {{0, 0, 0}, {0, 0, 4097}},
-         rows_of(0, 0, 4097, -16785408),
-         cube_of(-16785408, 0)},
-        {"a is not single, x",
-         {{4097, 0, 0}, {4098, 0, 0}},
-         rows_of(4097, 0, 0, -16785408),
-         cube_of(1, 4098)},
-        {"a is not single, y",
-         {{0, 4097, 0}, {0, 4098, 0}},
-         rows_of(0, 4097, 0, -16785408),
-         cube_of(1, 4098)},
-        {"a is not single, z",
-         {{0, 0, 4097}, {0, 0, 4098}},
-         rows_of(0, 0, 4097, -16785408),
-         cube_of(1, 4098)},
+        {"b is single, x", {{0, 0, 0}, {4097, 0, 0}}, rows_of(4097, 0, 0, -16785408), cube_of(-16785408, 0)},
+        {"b is single, y", {{0, 0, 0}, {0, 4097, 0}}, rows_of(0, 4097, 0, -16785408), cube_of(-16785408, 0)},
+        {"b is single, z", {{0, 0, 0}, {0, 0, 4097}}, rows_of(0, 0, 4097, -16785408), cube_of(-16785408, 0)},
+        {"a is not single, x", {{4097, 0, 0}, {4098, 0, 0}}, rows_of(4097, 0, 0, -16785408), cube_of(1, 4098)},
+        {"a is not single, y", {{0, 4097, 0}, {0, 4098, 0}}, rows_of(0, 4097, 0, -16785408), cube_of(1, 4098)},
+        {"a is not single, z", {{0, 0, 4097}, {0, 0, 4098}}, rows_of(0, 0, 4097, -16785408), cube_of(1, 4098)},
         {"a is not single where it is the higher",
          {{4097, 0, 0}, {4098, 0, 0}},
          rows_of(-4097, 0, 0, 16785410),
          cube_of(-4096, 1)},
-        {"compared as they are",
-         {{4099, 0, 0}, {4099, 0, 0}},
-         rows_of(4097, 0, 0, -16793602),
-         cube_of(1, 2)},
-        {"lo is single after x",
-         {{1, 1, 0}, {2, 2, 0}},
-         rows_of(1, 1, 0, 16777216),
-         cube_of(16777216, 16777220)},
-        {"lo is single after y",
-         {{0, 1, 1}, {0, 2, 2}},
-         rows_of(0, 1, 1, 16777216),
-         cube_of(16777216, 16777220)},
-        {"hi is single after x",
-         {{0, 0, 0}, {1, 1, 0}},
-         rows_of(1, 1, 0, 16777216),
-         cube_of(16777216, 16777216)},
-        {"hi is single after y",
-         {{0, 0, 0}, {0, 1, 1}},
-         rows_of(0, 1, 1, 16777216),
-         cube_of(16777216, 16777216)},
-        {"the same with the ends swapped",
-         {{-2, -2, 0}, {-1, -1, 0}},
-         rows_of(-1, -1, 0, 16777216),
-         cube_of(16777216, 16777220)},
-        {"and hi",
-         {{-1, -1, 0}, {0, 0, 0}},
-         rows_of(-1, -1, 0, 16777216),
-         cube_of(16777216, 16777216)},
-        {"equal products: b goes to lo",
-         {{-0.0f, 0, 0}, {0, 0, 0}},
-         rows_of(1, -1, -1, -0.0f),
-         cube_of(0, -0.0f)},
+        {"compared as they are", {{4099, 0, 0}, {4099, 0, 0}}, rows_of(4097, 0, 0, -16793602), cube_of(1, 2)},
+        {"lo is single after x", {{1, 1, 0}, {2, 2, 0}}, rows_of(1, 1, 0, 16777216), cube_of(16777216, 16777220)},
+        {"lo is single after y", {{0, 1, 1}, {0, 2, 2}}, rows_of(0, 1, 1, 16777216), cube_of(16777216, 16777220)},
+        {"hi is single after x", {{0, 0, 0}, {1, 1, 0}}, rows_of(1, 1, 0, 16777216), cube_of(16777216, 16777216)},
+        {"hi is single after y", {{0, 0, 0}, {0, 1, 1}}, rows_of(0, 1, 1, 16777216), cube_of(16777216, 16777216)},
+        {"the same with the ends swapped", {{-2, -2, 0}, {-1, -1, 0}}, rows_of(-1, -1, 0, 16777216), cube_of(16777216, 16777220)},
+        {"and hi", {{-1, -1, 0}, {0, 0, 0}}, rows_of(-1, -1, 0, 16777216), cube_of(16777216, 16777216)},
+        {"equal products: b goes to lo", {{-0.0f, 0, 0}, {0, 0, 0}}, rows_of(1, -1, -1, -0.0f), cube_of(0, -0.0f)},
     };
     for (const Row &row : rows) {
-        check_in_out(row.label, row.box, row.wanted, [&row](const KXBox *box, KXBox *out) {
-            KXTransformBox(box, &row.matrix, out);
-        });
+        check_in_out(row.label, row.box, row.wanted,
+                     [&row](const KXBox *box, KXBox *out) { KXTransformBox(box, &row.matrix, out); });
     }
     // Nothing of the matrix is read for an inverted box.
     Guarded<KXBox> out;
@@ -151,8 +108,7 @@ TEST_CASE("KXCombineBoxes")
     const KXBox one = {{0, 1, 2}, {3, 4, 5}};
     const KXBox other = {{-1, 2, 1}, {4, 3, 6}};
     const KXBox inverted = {{9, -9, 9}, {-9, 9, -9}};
-    const auto check = [](const char *label, const KXBox &box, const KXBox &with,
-                          const KXBox &wanted) {
+    const auto check = [](const char *label, const KXBox &box, const KXBox &with, const KXBox &wanted) {
         Guarded<KXBox> grown;
         grown.record = box;
         KXCombineBoxes(&grown.record, &with);
@@ -177,10 +133,7 @@ TEST_CASE("KXBoxMidPoint and KXBoxDiagonal")
     const Row rows[] = {
         {"ordinary", {{0, 1, 2}, {3, 5, 9}}, {1.5f, 3, 5.5f}, {3, 4, 7}},
         {"inverted", {{3, 5, 9}, {0, 1, 2}}, {1.5f, 3, 5.5f}, {-3, -4, -7}},
-        {"a sum that overflows a single",
-         {{0x1p127f, 0, 0}, {0x1p127f, 0, 0}},
-         {0x1p127f, 0, 0},
-         {0, 0, 0}},
+        {"a sum that overflows a single", {{0x1p127f, 0, 0}, {0x1p127f, 0, 0}}, {0x1p127f, 0, 0}, {0, 0, 0}},
     };
     for (const Row &row : rows) {
         Guarded<KXP3> middle;
