@@ -49,6 +49,7 @@ inline double rounded(double value)
 double rounded(float) = delete;
 
 constexpr double tolerance = static_cast<double>(KX_TOLERANCE);
+constexpr double huge = static_cast<double>(KX_HUGE);
 
 inline double magnitude(double value)
 {

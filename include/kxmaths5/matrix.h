@@ -1,6 +1,6 @@
 /**
  * @file
- * Matrices: everyday algebra, elementary transforms, and matrices applied to points.
+ * Matrices: everyday algebra, elementary transforms, inversion, and matrices applied to points.
  *
  * mrc stands for m[r][c], row r and column c. Matrices act on column vectors at their right, the
  * translation is the last column, and in a product the right factor acts first.
@@ -367,6 +367,58 @@ KX_API void KXM3Translate(float tx, float ty, KXM3 *out);
  * @param[out] out  the transform
  */
 KX_API void KXM3Rotate2(float c, float s, KXM3 *out);
+
+/** @} */
+
+/** @name Inversion
+ * The status is 0 when the inverse was written, 1 when the matrix counts as singular. Test it
+ * before the output is used; the condition of the matrix is not told.
+ */
+/** @{ */
+
+/**
+ * Inverse of a 4x4 matrix, by one of two methods, which refuse different matrices.
+ *
+ * Affine: when |m30|, |m31|, |m32| and |m33 - 1|, the difference as a single, are all below
+ * KX_TOLERANCE. The last row is then taken as exactly 0 0 0 1 and plays no further part; that of
+ * the inverse is 0 0 0 1. The 3x3 block is inverted by cofactors, and the translation is turned
+ * back with the stored block. Singular is judged relative to the six terms whose sum the block's
+ * determinant is, so the scale of the matrix does not matter: diag(1e-7, 1e-7, 1e-7, 1) has an
+ * inverse. The first of the terms is single, so rows that depend on each other exactly may still
+ * pass, and give very large elements.
+ *
+ * General: every other matrix, by an elimination that takes as pivot the first element above
+ * KX_TOLERANCE in magnitude. Singular is judged by that bound, so the scale does matter.
+ *
+ * Zeros of the inverse may be negative: the unit matrix's has seven of them.
+ *
+ * Aliasing: out must not be m.
+ * Null: not allowed.
+ * Degenerate: a NaN in the last row counts as affine there and has no effect; a NaN in the block of
+ * an affine matrix gives status 1.
+ * On status 1: affine, out stays untouched; general, out is written and means nothing. It is the
+ * unit matrix when row 0 has no element above the bound.
+ *
+ * @param[in]  m    the matrix
+ * @param[out] out  its inverse
+ * @return 0 for done, 1 for singular
+ */
+KX_API int32_t KXM4Inverse(const KXM4 *m, KXM4 *out);
+
+/**
+ * Inverse of a 3x3 matrix, by the cofactors that KXM4Inverse uses for an affine matrix's block. All
+ * nine elements count, the last row too.
+ *
+ * Aliasing: out may be m.
+ * Null: not allowed.
+ * Degenerate: a NaN in any element gives status 1.
+ * On status 1: out stays untouched.
+ *
+ * @param[in]  m    the matrix
+ * @param[out] out  its inverse
+ * @return 0 for done, 1 for singular
+ */
+KX_API int32_t KXM3Inverse(const KXM3 *m, KXM3 *out);
 
 /** @} */
 

@@ -1,6 +1,6 @@
 /**
  * @file
- * From angles and positions to matrices.
+ * From angles and positions to matrices, and the viewing matrix.
  */
 #ifndef KXMATHS5_ORIENTATION_H
 #define KXMATHS5_ORIENTATION_H
@@ -74,6 +74,39 @@ KX_API void KXM4Orientation(KXM4 *matrix, KXM4 *inverse, float x, float y, float
  */
 KX_API void KXM4Position(KXM4 *matrix, KXM4 *inverse, const KXPosition *position,
                          KXRotationOrder order);
+
+/** @} */
+
+/** @name Viewing
+ */
+/** @{ */
+
+/**
+ * The viewing matrix: a placement in the order KX_ORDER_YXZ, then Y scaled and X shifted by an
+ * amount that changes with depth. The output comes first.
+ *
+ * With R*p + t = (x, y, z) the placed point, D the plane distance, o the side offset and s the y
+ * scale, a point p goes to
+ *
+ *     x' = x + (o/D)*z - o        y' = s*y        z' = z
+ *
+ * so that the plane z = D stays where it is and the view moves sideways in front of it and behind:
+ * what a left and a right eye need, with o of either sign. The result is affine; nothing is divided
+ * by the depth. Each of the two steps multiplies from the left with singles in between.
+ *
+ * Null: not allowed.
+ * Degenerate: a y scale that differs from 1 by no more than KX_TOLERANCE is taken as 1. A side
+ * offset of no more than KX_TOLERANCE in magnitude is taken as 0, and the plane distance is not
+ * looked at. A plane distance not above 0, or at or above KX_HUGE, leaves x' = x - o.
+ *
+ * @param[out] out            the viewing matrix
+ * @param[in]  position       translation in the caller's length unit, angles in radians
+ * @param[in]  planeDistance  the z at which nothing is shifted, in that unit
+ * @param[in]  sideOffset     what a point at z = 0 is moved by along -X, in that unit
+ * @param[in]  yScale         the factor for Y; 1 for none
+ */
+KX_API void KXM4Projection1(KXM4 *out, const KXPosition *position, float planeDistance,
+                            float sideOffset, float yScale);
 
 /** @} */
 

@@ -1,0 +1,36 @@
+/* Lines and rays: carried through a matrix, and the distance of a point. */
+#include "kxmaths5/spatial.h"
+
+#include "kxmaths5/foundations.h"
+#include "kxmaths5/matrix.h"
+#include "numeric.h"
+
+using kx::Wide3;
+
+void KXTransformLine(const KXLine *line, const KXM4 *matrix, KXLine *result)
+{
+    KXM4P3I1(matrix, &line->start, &result->start);
+    KXM4P3I1(matrix, &line->end, &result->end);
+}
+
+void KXTransformRay(const KXRay *ray, const KXM4 *matrix, KXRay *result)
+{
+    KXM4P3I1(matrix, &ray->origin, &result->origin);
+    KXM4P3I0(matrix, &ray->direction, &result->direction);
+    KXV3Normalise(&result->direction, &result->direction);
+}
+
+double KXRayPointDistance(const KXRay *ray, const KXP3 *point)
+{
+    const Wide3 d = kx::wide(ray->direction);
+    const Wide3 w = {
+        kx::wide(point->x) - kx::wide(ray->origin.x),
+        kx::rounded(kx::wide(point->y) - kx::wide(ray->origin.y)),
+        kx::rounded(kx::wide(point->z) - kx::wide(ray->origin.z)),
+    };
+    // The cross product of w and d, its middle component with the sign turned over.
+    const double cx = kx::rounded(w.y * d.z - w.z * d.y);
+    const double cz = kx::rounded(w.x * d.y - w.y * d.x);
+    const double cy = w.x * d.z - w.z * d.x;
+    return kx::square_root(cy * cy + cz * cz + cx * cx);
+}
