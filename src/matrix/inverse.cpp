@@ -10,12 +10,13 @@ constexpr int32_t done = 0;
 constexpr int32_t singular = 1;
 
 /**
- * The inverse of a transform whose last row is taken as 0 0 0 1, by cofactors of its 3x3 block.
+ * The inverse of a 3x3 block by cofactors: the upper left of a KXM4, or all of a KXM3.
  *
  * The block counts as singular when its determinant is next to nothing beside the six terms that it
- * is the sum of. That does not depend on the scale of the block.
+ * is the sum of, which does not depend on the scale of the block.
  */
-int32_t invert_affine(const KXM4 &m, KXM4 *out)
+template <typename Matrix>
+int32_t invert_block(const Matrix &m, float (&inverse)[3][3])
 {
     const auto e = [&m](int r, int c) { return kx::wide(m.m[r][c]); };
     const double a00 = e(0, 0), a01 = e(0, 1), a02 = e(0, 2);
@@ -47,21 +48,34 @@ int32_t invert_affine(const KXM4 &m, KXM4 *out)
     const double k = 1.0 / D;
     // The two products of the first element are single; no others are. A negated difference stays
     // one: the difference the other way round would turn the sign of a zero.
-    const KXV3 rows[3] = {
-        kx::single(kx::Wide3{(kx::rounded(a11 * a22) - kx::rounded(a21 * a12)) * k,
-                             -(a22 * a01 - a21 * a02) * k, (a12 * a01 - a11 * a02) * k}),
-        kx::single(kx::Wide3{-(a10 * a22 - a12 * a20) * k, (a22 * a00 - a20 * a02) * k,
-                             -(a12 * a00 - a10 * a02) * k}),
-        kx::single(kx::Wide3{(a10 * a21 - a11 * a20) * k, -(a21 * a00 - a20 * a01) * k,
-                             (a11 * a00 - a10 * a01) * k}),
-    };
-    const double t0 = e(0, 3), t1 = e(1, 3), t2 = e(2, 3);
+    inverse[0][0] = kx::single((kx::rounded(a11 * a22) - kx::rounded(a21 * a12)) * k);
+    inverse[0][1] = kx::single(-(a22 * a01 - a21 * a02) * k);
+    inverse[0][2] = kx::single((a12 * a01 - a11 * a02) * k);
+    inverse[1][0] = kx::single(-(a10 * a22 - a12 * a20) * k);
+    inverse[1][1] = kx::single((a22 * a00 - a20 * a02) * k);
+    inverse[1][2] = kx::single(-(a12 * a00 - a10 * a02) * k);
+    inverse[2][0] = kx::single((a10 * a21 - a11 * a20) * k);
+    inverse[2][1] = kx::single(-(a21 * a00 - a20 * a01) * k);
+    inverse[2][2] = kx::single((a11 * a00 - a10 * a01) * k);
+    return done;
+}
+
+/** The inverse of a transform whose last row is taken as 0 0 0 1. */
+int32_t invert_affine(const KXM4 &m, KXM4 *out)
+{
+    float block[3][3];
+    if (invert_block(m, block) == singular) {
+        return singular;
+    }
+    const double t0 = kx::wide(m.m[0][3]), t1 = kx::wide(m.m[1][3]), t2 = kx::wide(m.m[2][3]);
     for (int r = 0; r < 3; ++r) {
-        const kx::Wide3 row = kx::wide(rows[r]);
-        out->m[r][0] = rows[r].x;
-        out->m[r][1] = rows[r].y;
-        out->m[r][2] = rows[r].z;
-        out->m[r][3] = kx::single(-(row.x * t0 + row.y * t1 + row.z * t2));
+        // The translation is turned back by the block as it is stored.
+        const double turned =
+            kx::wide(block[r][0]) * t0 + kx::wide(block[r][1]) * t1 + kx::wide(block[r][2]) * t2;
+        out->m[r][0] = block[r][0];
+        out->m[r][1] = block[r][1];
+        out->m[r][2] = block[r][2];
+        out->m[r][3] = kx::single(-turned);
     }
     out->m[3][0] = 0.0f;
     out->m[3][1] = 0.0f;
@@ -102,7 +116,7 @@ public:
             }
             scale_column(stage);
             for (int c = stage + 1; c < 4; ++c) {
-                clear(stage, c);
+                add_column(stage, c, -work[stage][c]);
             }
         }
         for (int r = 1; r < 4; ++r) {
@@ -161,22 +175,16 @@ private:
         }
     }
 
-    /** Clears row `stage` of column c, and leaves the next stage its diagonal element wide. */
-    void clear(int stage, int c)
-    {
-        const double f = -work[stage][c];
-        const double wide_diagonal = work[c][c] + f * work[c][stage];
-        add_column(stage, c, f);
-        if (c == stage + 1) {
-            work[c][c] = wide_diagonal;
-        }
-    }
-
-    /** Adds f times column `from` to column c: below row `from` in work, everywhere in result. */
+    /**
+     * Adds f times column `from` to column c: below row `from` in work, everywhere in result. Next
+     * to `from` this leaves the following stage its diagonal element, which stays wide.
+     */
     void add_column(int from, int c, double f)
     {
         for (int r = from + 1; r < 4; ++r) {
-            work[r][c] = kx::rounded(work[r][c] + f * work[r][from]);
+            const double sum = work[r][c] + f * work[r][from];
+            const bool is_next_diagonal = r == c && c == from + 1;
+            work[r][c] = is_next_diagonal ? sum : kx::rounded(sum);
         }
         for (int r = 0; r < 4; ++r) {
             result[r][c] = kx::rounded(result[r][c] + f * result[r][from]);
@@ -214,19 +222,12 @@ int32_t KXM4Inverse(const KXM4 *m, KXM4 *out)
 
 int32_t KXM3Inverse(const KXM3 *m, KXM3 *out)
 {
-    // All nine elements are the block of a transform of space that does not move anything.
-    KXM4 block, inverse;
-    KXM4Unit(&block);
-    for (int r = 0; r < 3; ++r) {
-        for (int c = 0; c < 3; ++c) {
-            block.m[r][c] = m->m[r][c];
-        }
-    }
-    const int32_t status = invert_affine(block, &inverse);
+    float inverse[3][3];
+    const int32_t status = invert_block(*m, inverse);
     if (status == done) {
         for (int r = 0; r < 3; ++r) {
             for (int c = 0; c < 3; ++c) {
-                out->m[r][c] = inverse.m[r][c];
+                out->m[r][c] = inverse[r][c];
             }
         }
     }

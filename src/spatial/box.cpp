@@ -2,18 +2,12 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
+#include "spatial/inverted.h"
 
 using kx::Wide3;
 
 namespace
 {
-
-bool is_inverted(const KXBox &box)
-{
-    return kx::wide(box.minimum.x) > kx::wide(box.maximum.x) ||
-           kx::wide(box.minimum.y) > kx::wide(box.maximum.y) ||
-           kx::wide(box.minimum.z) > kx::wide(box.maximum.z);
-}
 
 /** The lowest and highest value of one coordinate over the transformed box, both singles. */
 struct Interval {
@@ -83,12 +77,12 @@ bool raise_each(KXP3 &maximum, const KXP3 &p)
 void KXTransformBox(const KXBox *box, const KXM4 *matrix, KXBox *out)
 {
     const KXBox original = *box;
-    if (is_inverted(original)) {
+    const Wide3 minimum = kx::wide(original.minimum);
+    const Wide3 maximum = kx::wide(original.maximum);
+    if (kx::is_inverted(minimum, maximum)) {
         *out = original;
         return;
     }
-    const Wide3 minimum = kx::wide(original.minimum);
-    const Wide3 maximum = kx::wide(original.maximum);
     const Interval x = transformed_interval(*matrix, 0, minimum, maximum);
     const Interval y = transformed_interval(*matrix, 1, minimum, maximum);
     const Interval z = transformed_interval(*matrix, 2, minimum, maximum);

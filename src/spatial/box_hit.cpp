@@ -5,6 +5,7 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
+#include "spatial/inverted.h"
 
 using kx::Wide3;
 
@@ -47,7 +48,10 @@ struct Interval {
     double near = -kx::huge;
     double far = kx::huge;
 
-    /** Narrows the interval; false once nothing in front of the start is left of it. */
+    /**
+     * Narrows the interval; false once nothing in front of the start is left of it. The start being
+     * behind the slab is found before this in every finite case, by either caller.
+     */
     bool narrow(const Crossing &c)
     {
         const double enter = c.t1 > c.t2 ? c.t2 : c.t1;
@@ -81,7 +85,7 @@ int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
 {
     const Wide3 s = kx::wide(line->start), e = kx::wide(line->end);
     const Wide3 lo = kx::wide(box->minimum), hi = kx::wide(box->maximum);
-    if (lo.x > hi.x || lo.y > hi.y || lo.z > hi.z) {
+    if (kx::is_inverted(lo, hi)) {
         return miss;
     }
     if ((s.x < lo.x && e.x < lo.x) || (s.y < lo.y && e.y < lo.y) || (s.z < lo.z && e.z < lo.z) ||
@@ -116,7 +120,7 @@ int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point)
 {
     const Wide3 o = kx::wide(ray->origin), d = kx::wide(ray->direction);
     const Wide3 lo = kx::wide(box->minimum), hi = kx::wide(box->maximum);
-    if (lo.x > hi.x || lo.y > hi.y || lo.z > hi.z) {
+    if (kx::is_inverted(lo, hi)) {
         return miss;
     }
     store(point, ray->origin);

@@ -23,6 +23,13 @@ double squared_length(const Wide3 &v)
     return v.x * v.x + v.y * v.y + v.z * v.z;
 }
 
+/** The normal enters d as it is here; only what is stored is rounded. */
+KXPlane plane_through(const Wide3 &point, const Wide3 &normal)
+{
+    const double d = -(normal.x * point.x + normal.y * point.y + normal.z * point.z);
+    return {kx::single(normal.x), kx::single(normal.y), kx::single(normal.z), kx::single(d)};
+}
+
 } // namespace
 
 int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3 *third, KXPlane *out)
@@ -45,8 +52,7 @@ int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3 *third
         const double a = kx::rounded(N.x * f);
         const double b = kx::rounded(N.y * f);
         const double c = N.z * f;
-        const double d = -(a * through.x + b * through.y + c * through.z);
-        *out = {kx::single(a), kx::single(b), kx::single(c), kx::single(d)};
+        *out = plane_through(through, {a, b, c});
         return done;
     }
 
@@ -57,8 +63,7 @@ int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3 *third
         const double a = wide_normal.x * f;
         const double b = wide_normal.y * f;
         const double c = wide_normal.z * f;
-        const double d = -(a * through.x + b * through.y + c * through.z);
-        *out = {kx::single(a), kx::single(b), kx::single(c), kx::single(d)};
+        *out = plane_through(through, {a, b, c});
         return done;
     }
 
