@@ -37,6 +37,10 @@ Mesh read_obj(const std::string &path);
  * wrong rotation, and its mirror image is a different knot. */
 Mesh trefoil();
 
+/** The mesh in a file or, without a name, the bunny of a Debian package; where that is not there
+ * either, the knot, with a line on stdout that says so. Throws Failure. */
+Mesh mesh_named(const std::string &path);
+
 } // namespace example
 
 #endif

@@ -21,6 +21,7 @@ Progress::~Progress()
 
 void Progress::advance(std::size_t count)
 {
+    const std::lock_guard<std::mutex> lock(mutex);
     done += count;
     if (!on_terminal || Clock::now() < next_show) {
         return;

@@ -4,13 +4,16 @@
 
 #include <chrono>
 #include <cstddef>
+#include <mutex>
 #include <string>
 
 namespace example
 {
 
-/** Shows itself only on a terminal, once the work has taken a while, and clears its line at the
- * end. */
+/**
+ * Shows itself only on a terminal, once the work has taken a while, and clears its line at the end.
+ * Any thread may advance it.
+ */
 class Progress
 {
 public:
@@ -24,6 +27,7 @@ public:
 private:
     using Clock = std::chrono::steady_clock;
 
+    std::mutex mutex;
     std::string title;
     std::size_t steps;
     std::size_t done = 0;

@@ -4,49 +4,12 @@
 #include "names.h"
 
 #include <cmath>
-#include <cstdarg>
-#include <cstdio>
 
 namespace example
 {
 
 namespace
 {
-
-constexpr double degrees_per_radian = 57.29577951308232;
-
-std::string text_of(const char *format, ...) __attribute__((format(printf, 1, 2)));
-
-std::string text_of(const char *format, ...)
-{
-    char text[256];
-    std::va_list arguments;
-    va_start(arguments, format);
-    std::vsnprintf(text, sizeof text, format, arguments);
-    va_end(arguments);
-    return text;
-}
-
-std::string text_of(const KXP3 &p)
-{
-    return text_of("(%.6g, %.6g, %.6g)", static_cast<double>(p.x), static_cast<double>(p.y),
-                   static_cast<double>(p.z));
-}
-
-std::string text_of(const KXBox &box)
-{
-    return text_of(box.minimum) + " to " + text_of(box.maximum);
-}
-
-/** 34835 as 34,835. */
-std::string with_commas(std::size_t count)
-{
-    std::string digits = std::to_string(count);
-    for (std::size_t i = digits.size(); i > 3; i -= 3) {
-        digits.insert(i - 3, ",");
-    }
-    return digits;
-}
 
 bool is_finite(const KXP3 &p)
 {
@@ -91,7 +54,6 @@ std::vector<ReportLine> report(const Placement &p, const Options &options)
 {
     const KXPosition &at = options.position;
     const std::string unit = unit_symbol(options.to).empty() ? "" : " " + unit_symbol(options.to);
-    const auto degrees = [](double radians) { return radians * degrees_per_radian; };
     const auto point = [&unit](const KXP3 &q) { return text_of(q) + unit; };
     const auto box = [&unit](const KXBox &b) { return text_of(b) + unit; };
 
@@ -105,18 +67,19 @@ std::vector<ReportLine> report(const Placement &p, const Options &options)
         {"position", point({at.x, at.y, at.z})},
         {"rotation",
          text_of("X %.6g, Y %.6g, Z %.6g degrees, order %s",
-                 degrees(static_cast<double>(at.rotateX)), degrees(static_cast<double>(at.rotateY)),
-                 degrees(static_cast<double>(at.rotateZ)), options.order_name.c_str())},
+                 in_degrees(static_cast<double>(at.rotateX)),
+                 in_degrees(static_cast<double>(at.rotateY)),
+                 in_degrees(static_cast<double>(at.rotateZ)), options.order_name.c_str())},
         {"box carried", box(p.carried_box)},
         {"box around", box(p.tight_box)},
         {"observer", point(options.observer)},
         {"mid-point at", point(p.mid_point)},
         {"on the ground", text_of("range %.6g%s, bearing %.5g degrees", p.ground_range,
-                                  unit.c_str(), degrees(p.bearing))},
+                                  unit.c_str(), in_degrees(p.bearing))},
         {"in space",
          text_of("range %.6g%s, elevation %.5g, azimuth %.5g degrees", static_cast<double>(p.range),
-                 unit.c_str(), degrees(static_cast<double>(p.elevation)),
-                 degrees(static_cast<double>(p.azimuth)))},
+                 unit.c_str(), in_degrees(static_cast<double>(p.elevation)),
+                 in_degrees(static_cast<double>(p.azimuth)))},
     };
 }
 

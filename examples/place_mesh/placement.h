@@ -4,8 +4,8 @@
 
 #include "mesh.h"
 #include "options.h"
+#include "report.h"
 
-#include <string>
 #include <vector>
 
 namespace example
@@ -31,10 +31,7 @@ struct Placement {
 /** Converts, places and measures a mesh. Throws Failure when a float can't hold the outcome. */
 Placement place(Mesh mesh, const Options &options);
 
-/** What a person wants to know of it, line by line: a title, and what is to be said. */
-struct ReportLine {
-    std::string title, text;
-};
+/** What a person wants to know of it. */
 std::vector<ReportLine> report(const Placement &placement, const Options &options);
 
 } // namespace example

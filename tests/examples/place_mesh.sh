@@ -3,15 +3,7 @@
 # place_mesh.sh PROGRAM
 set -eu
 program=$1
-folder=$(mktemp -d)
-trap 'rm -rf "$folder"' EXIT
-cd "$folder"
-failures=0
-
-fail() {
-    echo "$*"
-    failures=$((failures + 1))
-}
+. "$(dirname "$0")/common.sh"
 
 # A wedge, 1 by 2 by 4 m, with a polygon of four corners among its faces.
 wedge='v 0 0 0
@@ -44,9 +36,7 @@ on the ground  range 0 cm, bearing 270 degrees
 in space       range 100 cm, elevation 90, azimuth 0 degrees
 picture        placed.png, 1600 x 1200 pixels
 TEXT
-# The signature and the size, 1600 by 1200, as the file's first bytes.
-head -c 24 placed.png | od -An -tx1 | tr -d ' \n' >head.txt
-grep -q '^89504e470d0a1a0a0000000d49484452''00000640''000004b0$' head.txt || fail "not the PNG wanted"
+is_png placed.png 1600 1200
 
 # Of the two orders that differ here, each does its own: X then Z, and Z then X.
 for order in ZYX XYZ; do
@@ -57,19 +47,7 @@ box around     (0, 0, 0) to (4, 1, 2) m
 box around     (-2, -4, 0) to (0, 0, 1) m
 TEXT
 
-# Everything below must end in one sentence and a non-zero exit, and leave no file behind.
-mkdir out
-refused() {
-    what=$1
-    shift
-    if "$program" "$@" >stdout.txt 2>stderr.txt; then
-        fail "$what: accepted"
-    fi
-    [ "$(wc -l <stderr.txt)" -eq 1 ] || fail "$what: not one sentence:" "$(cat stderr.txt)"
-    [ ! -s stdout.txt ] || fail "$what: a report all the same"
-    [ -z "$(ls -A out)" ] || fail "$what: left a file behind"
-    rm -f out/*
-}
+# Everything that can be wrong.
 refused_mesh() {
     printf '%b' "$2" >bad.obj
     refused "$1" bad.obj --output out/bad.png

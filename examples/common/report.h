@@ -1,0 +1,40 @@
+/* What a program tells a person: lines with a title each, and numbers as text. */
+#ifndef EXAMPLES_REPORT_H
+#define EXAMPLES_REPORT_H
+
+#include "png_file.h"
+
+#include <kxmaths5.h>
+
+#include <string>
+#include <vector>
+
+namespace example
+{
+
+struct ReportLine {
+    std::string title, text;
+};
+
+/** What is said of a picture that has been written. */
+ReportLine line_for(const std::string &path, const Picture &picture);
+
+void print(const std::vector<ReportLine> &lines);
+
+/** As printf does it. */
+std::string text_of(const char *format, ...) __attribute__((format(printf, 1, 2)));
+
+/** A point or vector as "(1, 2, 3)". */
+std::string text_of(const KXP3 &p);
+
+/** A box as its two corners. */
+std::string text_of(const KXBox &box);
+
+/** 34835 as "34,835". */
+std::string with_commas(std::size_t count);
+
+double in_degrees(double radians);
+
+} // namespace example
+
+#endif
