@@ -382,13 +382,18 @@ KX_API void KXM3Rotate2(float c, float s, KXM3 *out);
  * Affine: when |m30|, |m31|, |m32| and |m33 - 1|, the difference as a single, are all below
  * KX_TOLERANCE. The last row is then taken as exactly 0 0 0 1 and plays no further part; that of
  * the inverse is 0 0 0 1. The 3x3 block is inverted by cofactors, and the translation is turned
- * back with the stored block. Singular is judged relative to the six terms whose sum the block's
- * determinant is, so the scale of the matrix does not matter: diag(1e-7, 1e-7, 1e-7, 1) has an
- * inverse. The first of the terms is single, so rows that depend on each other exactly may still
- * pass, and give very large elements.
+ * back with the block as stored. With pos the sum of the determinant's terms at or above 0, neg
+ * that of those below, and D the single of pos + neg, the block is singular when pos + neg is 0 or
+ * |D / (pos - neg)| is below 1e-15. That is relative: blocks of any one scale from about 1e-12 to
+ * 1e12 are judged alike. Beyond that D leaves the range of a single, and with it the inverse its
+ * sense. Singles are D, the first term m11*m22*m00, and the products m11*m22 and m21*m12 of the
+ * first element; so rows that depend on each other exactly may still pass, and give very large
+ * elements.
  *
- * General: every other matrix, by an elimination that takes as pivot the first element above
- * KX_TOLERANCE in magnitude. Singular is judged by that bound, so the scale does matter.
+ * General: every other matrix, by an elimination over columns that takes as pivot of a row the
+ * first element above KX_TOLERANCE in magnitude, from the diagonal on, and not the largest.
+ * Singular is judged by that bound, so the scale does matter. Every element is single after every
+ * step, but for the diagonal element that becomes the next pivot.
  *
  * Zeros of the inverse may be negative: the unit matrix's has seven of them.
  *
@@ -406,8 +411,8 @@ KX_API void KXM3Rotate2(float c, float s, KXM3 *out);
 KX_API int32_t KXM4Inverse(const KXM4 *m, KXM4 *out);
 
 /**
- * Inverse of a 3x3 matrix, by the cofactors that KXM4Inverse uses for an affine matrix's block. All
- * nine elements count, the last row too.
+ * Inverse of a 3x3 matrix, by the cofactors that KXM4Inverse uses for an affine matrix's block, and
+ * within the same range of scales. All nine elements count, the last row too.
  *
  * Aliasing: out may be m.
  * Null: not allowed.

@@ -92,8 +92,10 @@ KX_API void KXM4Position(KXM4 *matrix, KXM4 *inverse, const KXPosition *position
  *
  * so that the plane z = D stays where it is and the view moves sideways in front of it and behind:
  * what a left and a right eye need, with o of either sign. The result is affine; nothing is divided
- * by the depth. Each of the two steps multiplies from the left with singles in between.
+ * by the depth. The scale and the shift are matrices, multiplied from the left one after the other;
+ * their elements, o/D among them, and those of each product are singles.
  *
+ * Aliasing: out must be apart from position.
  * Null: not allowed.
  * Degenerate: a y scale that differs from 1 by no more than KX_TOLERANCE is taken as 1. A side
  * offset of no more than KX_TOLERANCE in magnitude is taken as 0, and the plane distance is not

@@ -164,11 +164,11 @@ KX_API double KXRayPointDistance(const KXRay *ray, const KXP3 *point);
  *
  * An axis along which the path moves by less than KX_TOLERANCE settles the test by itself, when its
  * turn comes: the verdict is 1 if the start is between the box's faces on that axis, else 0. Axes
- * behind it are not looked at, so a ray along X can be told to meet a box that it passes by in Z.
- * As a filter in front of an exact test this costs time and loses nothing. The other way round it
- * can lose something: a ray that moves by a little less than KX_TOLERANCE for each t drifts into a
- * box beside it over a long way, and is told to miss it. Boxes grown by KX_TOLERANCE times the
- * largest t that matters are safe.
+ * behind it are not looked at. So a contact may be told that is none: a ray along X is told to meet
+ * a box that it passes by in Z. And a contact may be missed, where a path that starts beside the
+ * slab drifts into it by less than KX_TOLERANCE for each t, or touches an edge and misses it by
+ * rounding. As a filter in front of an exact test the first costs time, and the second asks for
+ * boxes grown by a little more than KX_TOLERANCE times the largest t that matters.
  *
  * The point written is a point of contact only where the last step was reached; see the tables.
  */
@@ -185,7 +185,7 @@ KX_API double KXRayPointDistance(const KXRay *ray, const KXP3 *point);
  *     the start is in the box or on its surface                  1      the start
  *     an axis with |d| below KX_TOLERANCE                      0 or 1   the start
  *     the slabs have no t in common, or none from 0 to 1         0      the start
- *     contact                                                    1      d*t + s, where it enters
+ *     contact, t the highest of the lower of each t1 and t2      1      d*t + s, where it enters
  *
  * Aliasing: point must be apart from line and box.
  * Null: point may be null; the result is the same.
@@ -209,7 +209,8 @@ KX_API int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point);
  *     box inverted                                               0      untouched
  *     an axis with |d| below KX_TOLERANCE                      0 or 1   the origin
  *     the slabs have no t in common, or none at or above 0       0      the origin
- *     contact                                                    1      d*t + o
+ *     contact from outside, t as for a line                      1      d*t + o, where it enters
+     from inside, t the lowest of the higher of each t1 and t2  1      d*t + o, where it leaves
  *
  * t goes no further than KX_HUGE. There is no other limit.
  *
@@ -231,14 +232,24 @@ KX_API int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point);
  * The first half finds where the path crosses the triangle's plane, and stores that point h in
  * singles. The plane is taken as the record has it, at any scale and either side up; it is never
  * compared with the corners. The second half drops the axis along which the plane's normal is
- * largest (on a tie x before y before z), and tests in the two coordinates that are left whether h
- * is in the triangle; its edges and corners belong to it.
+ * largest (on a tie x before y before z), and tests in the two coordinates p and q that are left
+ * whether h is in the triangle; its edges and corners belong to it. After h has passed the
+ * rectangle around the corners, with (hp, hq), (ep, eq) and (fp, fq) the singles of h, the second
+ * and the third corner less the first:
+ *
+ *     ep equal to 0:  beta = hp/fp                     alpha = (hq - beta*fq)/eq
+ *     otherwise:      beta = (hq*ep - eq*hp)/den       alpha = (hp - beta*fp)/ep
+ *                     den = fq*ep - eq*fp
+ *
+ * beta is single; alpha, den and the sums are not. Inside: beta from 0 to 1, alpha at or above 0,
+ * alpha + beta at or below 1.
  *
  * The tolerances are absolute. A path whose step times the normal comes to less than KX_TOLERANCE
  * is parallel: with a unit direction and a unit normal that is a millionth of a radian. A triangle
- * whose projection has less than KX_TOLERANCE of twice its area is never hit (with a first edge
- * that does not move along the first coordinate left, two lengths are tested in its place): legs of
- * a thousandth are the limit. Scale small meshes up.
+ * is not hit when |den|, twice its projected area, is below KX_TOLERANCE, which legs of a
+ * thousandth are; or, with ep equal to 0, when |fp| or |eq| is, which takes legs of a millionth. So
+ * a small triangle may be hit with its corners in one order and not in another. Scale small meshes
+ * up.
  *
  * A start on the plane does not cross it.
  */
@@ -304,20 +315,20 @@ KX_API int32_t KXRayIxTriangle(const KXRay *ray, const KXTriangle *triangle, con
  * The plane through three points, with a unit normal. Seen from the side the normal points to,
  * first, second, third run counter-clockwise.
  *
- * With A = second - first and B = third - second in singles and N = A x B:
+ * With A = second - first and B = third - second in singles, N = A x B, S its squared length and
+ * f = 1/sqrt(S):
  *
- * - first with N in singles: where its squared length S is above KX_TOLERANCE, f = 1/sqrt(S),
- *   a = N.x*f and b = N.y*f as singles, c = N.z*f; d = -(a*x + b*y + c*z) at the second point,
- * before c is rounded;
- * - else with N unrounded: where S is above 1e-16, the same with nothing rounded but what is
- * stored.
+ *     a = N.x*f   b = N.y*f   c = N.z*f   d = -(a*second.x + b*second.y + c*second.z)
  *
- * So triangles with legs down to a ten-thousandth or so have a plane.
+ * A first attempt has N, a and b in singles and c not yet rounded where it enters d; it stands when
+ * S is above KX_TOLERANCE. A second has nothing rounded but what is stored; it stands when S is
+ * above 1e-16. So triangles with legs down to a ten-thousandth or so have a plane. d is a negation:
+ * a plane through the origin has -0.
  *
  * Aliasing: two or all three points may be one record; out must not be part of a point.
  * Null: not allowed.
- * On status 1: the points are one, on one line, or too near each other; out is the plane
- * x = second.x, that is 1, 0, 0, -second.x.
+ * On status 1: the points are one, on one line, or too near each other; out is the plane 1, 0, 0,
+ * -second.x, through the second point.
  *
  * @param[in]  first   a point, in the caller's length unit
  * @param[in]  second  another; the plane passes through it on every path

@@ -29,7 +29,8 @@ constexpr double no_hit = std::numeric_limits<double>::infinity();
 class Peer
 {
 public:
-    explicit Peer(const Scene &scene) : device(rtcNewDevice(nullptr)), peer(rtcNewScene(device))
+    explicit Peer(const Scene &scene)
+        : device(rtcNewDevice(nullptr)), peer(rtcNewScene(device))
     {
         rtcSetSceneFlags(peer, RTC_SCENE_FLAG_ROBUST);
         RTCGeometry geometry = rtcNewGeometry(device, RTC_GEOMETRY_TYPE_TRIANGLE);

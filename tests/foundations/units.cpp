@@ -27,44 +27,33 @@ TEST_CASE("The hundred factors")
     CHECK(hash == 0xeb0690b0fb5bdd22U);
 }
 
+/** lengths: an 'L' for every float of the record that is one, anything else for the rest. */
+template <typename Record>
+static void check_lengths(const std::string &lengths, void (*convert)(KXUnit, KXUnit, Record *))
+{
+    REQUIRE(lengths.size() == sizeof(Record) / 4);
+    for (KXUnit unit = 0; unit < 10; ++unit) {
+        Random random;
+        Guarded<Record> converted;
+        converted.record = random.record<Record>(100);
+        auto wanted = bits_as<std::array<float, sizeof(Record) / 4>>(converted.record);
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            if (lengths[i] == 'L') {
+                KXChangeUnits(unit, KX_UNIT_FOOT, &wanted[i]);
+            }
+        }
+        convert(unit, KX_UNIT_FOOT, &converted.record);
+        converted.check(lengths + " from " + std::to_string(unit), bits_as<Record>(wanted));
+    }
+}
+
 TEST_CASE("Which floats of each record are lengths")
 {
-    for (KXUnit from = 0; from < 10; ++from) {
-        for (KXUnit to = 0; to < 10; ++to) {
-            const std::string label = std::to_string(from) + " to " + std::to_string(to);
-            const float factor = factor_of(from, to);
-
-            // Inputs 1, 2, 4 ... keep the wanted products exact.
-            Guarded<KXP3> p3;
-            p3.record = {1, -2, 4};
-            KXP3ChangeUnits(from, to, &p3.record);
-            p3.check(label, {factor, -2 * factor, 4 * factor});
-
-            Guarded<KXP4> p4;
-            p4.record = {1, 2, 4, 3};
-            KXP4ChangeUnits(from, to, &p4.record);
-            p4.check(label, {factor, 2 * factor, 4 * factor, 3});
-
-            Guarded<KXBox> box;
-            box.record = {{1, 2, 4}, {8, 16, 32}};
-            KXBoxChangeUnits(from, to, &box.record);
-            box.check(label, {{factor, 2 * factor, 4 * factor}, {8 * factor, 16 * factor, 32 * factor}});
-
-            Guarded<KXPlane> plane;
-            plane.record = {1, 2, 3, 4};
-            KXPlaneChangeUnits(from, to, &plane.record);
-            plane.check(label, {1, 2, 3, 4 * factor});
-
-            Guarded<KXM4> m;
-            KXM4 wanted = m.record;
-            for (int r = 0; r < 3; ++r) {
-                m.record.m[r][3] = static_cast<float>(1 << r);
-                wanted.m[r][3] = static_cast<float>(1 << r) * factor;
-            }
-            KXM4ChangeUnits(from, to, &m.record);
-            m.check(label, wanted);
-        }
-    }
+    check_lengths("LLL", KXP3ChangeUnits);
+    check_lengths("LLL.", KXP4ChangeUnits);
+    check_lengths("LLLLLL", KXBoxChangeUnits);
+    check_lengths("...L", KXPlaneChangeUnits);
+    check_lengths("...L...L...L....", KXM4ChangeUnits);
 }
 
 TEST_CASE("2 mm in m is 2 times the single 0.001")

@@ -22,10 +22,7 @@ TEST_CASE("KXM4Determinant")
         {"all sixteen elements", {{{2, 3, 5, 7}, {11, 13, 17, 19}, {23, 29, 31, 37}, {41, 43, 47, 53}}}, 880},
         {"the cofactors stay wide", {{{8193, 8192, 0, 0}, {8192, 8191, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, -1},
         {"no product is fused with a sum: columns 0 and 1 are alike",
-         {{{16764332, 16764332, 16730415, 16723654},
-           {16746924, 16746924, 16724607, 16717686},
-           {16770052, 16770052, 16709408, 16752388},
-           {16765791, 16765791, 16776972, 16771760}}},
+         {{{16764332, 16764332, 16730415, 16723654}, {16746924, 16746924, 16724607, 16717686}, {16770052, 16770052, 16709408, 16752388}, {16765791, 16765791, 16776972, 16771760}}},
          0},
         {"the four terms are added from left to right",
          {{{-0.5f, 5.7f, 7.7f, 4}, {8, 6.4f, 2.1f, 0.9f}, {6.4f, -6.2f, 0.5f, -6.9f}, {1.3f, -1.8f, -4.3f, 7.9f}}},
@@ -50,10 +47,8 @@ TEST_CASE("KXM3Determinant")
         {"no minor is single: 2", {{{0, 0, 1}, {4097, 1, 0}, {8192, 4097, 0}}}, 16777217},
         {"all nine elements", {{{2, 3, 5}, {7, 11, 13}, {17, 19, 23}}}, -78},
         {"no product is fused with a sum: columns 0 and 1 are alike",
-         {{{2.6f, 2.6f, 5.1f}, {5.9f, 5.9f, 6.2f}, {8.6f, 8.6f, 0.3f}}},
-         0},
-        {"the three terms are added from left to right",
-         {{{-8, -6.9f, -8.4f}, {-1.5f, 1.2f, -7.2f}, {1.7f, -4.4f, -9.9f}}},
+         {{{2.6f, 2.6f, 5.1f}, {5.9f, 5.9f, 6.2f}, {8.6f, 8.6f, 0.3f}}}, 0},
+        {"the three terms are added from left to right", {{{-8, -6.9f, -8.4f}, {-1.5f, 1.2f, -7.2f}, {1.7f, -4.4f, -9.9f}}},
          497.09699936008411},
     };
     for (const Row &row : rows) {
@@ -91,14 +86,11 @@ TEST_CASE("KXM4IsOrthogonal")
         {"a column of zeros", unit_with(1, 1, 0), 0},
         {"equal to the lower bound", {{{6, 0x1.2fc96cp-10f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.03026ep-5f, 3, 0}, {0, 0, 0, 1}}}, 1},
         {"equal to the upper bound",
-         {{{1, 0x1.b82a64p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 1, 0}, {0, 0, 0, 0x1.0020c6p+0f}}},
-         1},
+         {{{1, 0x1.b82a64p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 1, 0}, {0, 0, 0, 0x1.0020c6p+0f}}}, 1},
         {"the determinant is not rounded",
-         {{{7, 0x1.35b9cp-24f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.b9893cp-12f, 8, 0}, {0, 0, 0, 0x1.0020c4p+0f}}},
-         1},
+         {{{7, 0x1.35b9cp-24f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.b9893cp-12f, 8, 0}, {0, 0, 0, 0x1.0020c4p+0f}}}, 1},
         {"divided by L0, then L1, then L2",
-         {{{7, 0x1.b82a62p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 2, 0}, {0, 0, 0, 0x1.0020c6p+0f}}},
-         1},
+         {{{7, 0x1.b82a62p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 2, 0}, {0, 0, 0, 0x1.0020c6p+0f}}}, 1},
     };
     for (const Row &row : rows) {
         CHECK_MESSAGE(KXM4IsOrthogonal(&row.m) == row.verdict, row.label);

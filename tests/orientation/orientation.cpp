@@ -18,7 +18,8 @@ static KXM4 axis_rotation(char axis, double angle, float direction)
     const float c = snapped(std::cos(angle));
     const float s = snapped(std::sin(angle)) * direction;
     KXM4 m;
-    (axis == 'X' ? KXM4RotateX2 : axis == 'Y' ? KXM4RotateY2 : KXM4RotateZ2)(c, s, &m);
+    (axis == 'X' ? KXM4RotateX2 : axis == 'Y' ? KXM4RotateY2
+                                              : KXM4RotateZ2)(c, s, &m);
     return m;
 }
 
@@ -134,9 +135,7 @@ TEST_CASE("KXM4Position")
     };
     const Row rows[] = {
         {"nothing", still, unit, {{{1, 0, 0, -0.0f}, {0, 1, 0, -0.0f}, {0, 0, 1, -0.0f}, {0, 0, 0, 1}}}},
-        {"turns first, moves after",
-         turned,
-         {{{1, 0, 0, 10}, {0, 0, -1, 20}, {0, 1, 0, 30}, {0, 0, 0, 1}}},
+        {"turns first, moves after", turned, {{{1, 0, 0, 10}, {0, 0, -1, 20}, {0, 1, 0, 30}, {0, 0, 0, 1}}},
          {{{1, 0, 0, -10}, {0, 0, 1, -30}, {0, -1, 0, 20}, {0, 0, 0, 1}}}},
     };
     for (const Row &row : rows) {

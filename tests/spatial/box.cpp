@@ -29,9 +29,7 @@ TEST_CASE("KXTransformBox")
         KXBox wanted;
     };
     const Row rows[] = {
-        {"a negative element swaps the ends; the fourth row plays no part",
-         {{1, 2, 3}, {4, 5, 6}},
-         mirrored,
+        {"a negative element swaps the ends; the fourth row plays no part", {{1, 2, 3}, {4, 5, 6}}, mirrored,
          {{12, 15, 31.5f}, {18, 18, 33}}},
         {"one point", {{1, 2, 3}, {1, 2, 3}}, mirrored, {{12, 18, 31.5f}, {12, 18, 31.5f}}},
         {"inverted along x", {{2, 0, 0}, {1, 1, 1}}, mirrored, {{2, 0, 0}, {1, 1, 1}}},
@@ -44,9 +42,7 @@ TEST_CASE("KXTransformBox")
         {"a is not single, x", {{4097, 0, 0}, {4098, 0, 0}}, rows_of(4097, 0, 0, -16785408), cube_of(1, 4098)},
         {"a is not single, y", {{0, 4097, 0}, {0, 4098, 0}}, rows_of(0, 4097, 0, -16785408), cube_of(1, 4098)},
         {"a is not single, z", {{0, 0, 4097}, {0, 0, 4098}}, rows_of(0, 0, 4097, -16785408), cube_of(1, 4098)},
-        {"a is not single where it is the higher",
-         {{4097, 0, 0}, {4098, 0, 0}},
-         rows_of(-4097, 0, 0, 16785410),
+        {"a is not single where it is the higher", {{4097, 0, 0}, {4098, 0, 0}}, rows_of(-4097, 0, 0, 16785410),
          cube_of(-4096, 1)},
         {"compared as they are", {{4099, 0, 0}, {4099, 0, 0}}, rows_of(4097, 0, 0, -16793602), cube_of(1, 2)},
         {"lo is single after x", {{1, 1, 0}, {2, 2, 0}}, rows_of(1, 1, 0, 16777216), cube_of(16777216, 16777220)},
@@ -88,11 +84,8 @@ TEST_CASE("KXPutPointInBox")
         {"above z", {0, 0, 2}, unit, {{0, 0, 0}, {1, 1, 2}}, 1},
         {"below and above", {-1, 2, -1}, unit, {{-1, 0, -1}, {1, 2, 1}}, 1},
         {"a zero of the other sign moves nothing", {-0.0f, 0, 0}, unit, unit, 0},
-        {"the first point of an empty box",
-         {1, 2, 3},
-         {{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}},
-         {{1, 2, 3}, {1, 2, 3}},
-         1},
+        {"the first point of an empty box", {1, 2, 3}, {{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}},
+         {{1, 2, 3}, {1, 2, 3}}, 1},
         {"a NaN moves nothing", {not_a_number, 2, not_a_number}, unit, {{0, 0, 0}, {1, 2, 1}}, 1},
     };
     for (const Row &row : rows) {

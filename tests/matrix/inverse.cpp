@@ -1,0 +1,181 @@
+#include "support/check.h"
+
+#include <cmath>
+
+using namespace test;
+
+using Elements = std::array<float, 16>;
+
+static KXM4 matrix(const Elements &elements)
+{
+    return bits_as<KXM4>(elements);
+}
+
+static void check_inverse(const std::string &label, const KXM4 &m, std::int32_t status, const KXM4 &wanted)
+{
+    const KXM4 given = m;
+    Guarded<KXM4> out;
+    CHECK_MESSAGE(KXM4Inverse(&given, &out.record) == status, label);
+    out.check(label, wanted);
+    check_same(label + ", input", m, given);
+}
+
+TEST_CASE("KXM4Inverse: every rounding of both methods, every exchange")
+{
+    struct Row {
+        const char *label;
+        Elements m, inverse;
+    };
+    const Row rows[] = {
+        {"affine: each single, and each that is not",
+         {1.5f, -1.5f, -1.8f, -1.2f, 1.9f, -1.8f, -2.2f, 3.4f, -3.1f, 3.4f, 4.9f, 2.4f, 0, 0, 0, 1},
+         {-9.50350666f, 8.72337437f, 0.425532162f, -42.0849609f, -17.6595135f, 12.5531511f, -0.851059377f, -61.8295898f, 6.24111605f, -3.19148016f, 1.06382632f, 15.7871895f, 0, 0, 0, 1}},
+        {"affine: the translation takes the stored block",
+         {2.2f, -2.3f, 4.7f, 0.3f, -1, 2.8f, 3.6f, 4.4f, 2.1f, 4, -2.8f, 4.1f, 0, 0, 0, 1},
+         {0.209195569f, -0.116261572f, 0.201670557f, -0.378057003f, -0.0447738692f, 0.1507826f, 0.118707202f, -1.13671076f, 0.092934005f, 0.128207549f, -0.0363082252f, -0.443129718f, 0, 0, 0, 1}},
+        {"affine: negated differences", {-1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1},
+         {-1, 0, -0.0f, -0.0f, 0, 1, -0.0f, -0.0f, -0.0f, -0.0f, 1, -0.0f, 0, 0, 0, 1}},
+        {"unit: seven zeros are negative", {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1},
+         {1, -0.0f, 0, -0.0f, -0.0f, 1, -0.0f, -0.0f, 0, -0.0f, 1, -0.0f, 0, 0, 0, 1}},
+        {"general: no exchange", {1.1f, 2.7f, 2.2f, 1.6f, 3, -4.7f, 4.3f, 4, 2.6f, 4.7f, 1.6f, 0.4f, -4.6f, -1.5f, 0.3f, -1.8f},
+         {-0.410379797f, 0.0993678495f, 0.311245948f, -0.0747988597f, 0.232508227f, -0.103813648f, -0.034747526f, -0.0317446589f, -0.220678642f, 0.177923501f, 0.396392316f, 0.287313908f, 0.818211675f, -0.137774706f, -0.700384676f, -0.290063322f}},
+        {"general: the wide diagonal meets the bound",
+         {1, 0x1.e32f1p-21f, 0, 0, 1e-07f, 0x1.0c6f7cp-20f, 0, 0, 0, 0, 1, 0, 0.5f, 0, 0, 1},
+         {1.00000012f, -0.900000036f, 0, 0, -0.100000001f, 1000000, 0, 0, 0, 0, 1, 0, -0.50000006f, 0.450000018f, 0, 1}},
+        {"general: a wide diagonal exchanged", {1, 0.0007f, -3, 1, 0.0004f, 0, 4, -3, 0, 0, -3, 0, -3, 3, 3, -1},
+         {0.999167323f, 0.333133519f, -0.555222452f, -0.000233139028f, 0.999211729f, 0.222037226f, -0.370061964f, 0.3331002f, -3.53155656e-12f, 1.48966919e-08f, -0.333333313f, 6.00445722e-16f, 0.000133222304f, -0.333288908f, -0.444518447f, -3.10852037e-08f}},
+        {"general: the same a stage later", {1, 0, 0, 1, 0, 1, 0.0002f, -1, 0, 0.0002f, 0, 0, 1, 4, 4, 2},
+         {1.00004995f, 0.999949992f, -4998.75f, -4.99974922e-05f, 3.48148528e-12f, 2.52586432e-08f, 5000, -3.48148528e-12f, -0.249987498f, 0.249987468f, -6249.6875f, 0.249987498f, -4.99974922e-05f, -0.999949992f, 4998.75f, 4.99974922e-05f}},
+        {"general: pivot from column 1 of row 0", {0, -0.5f, 0.1f, 0, -3.9f, 0.9f, 0, 0, 4.6f, 0, 0.3f, 1.4f, 0.3f, 0, 0, 0},
+         {1.89284961e-08f, 8.03230549e-09f, 3.62460639e-09f, 3.33333302f, 1.51293776e-07f, 1.11111116f, 1.74518107e-08f, 14.4444447f, 10.000001f, 5.5555563f, -6.73908289e-08f, 72.222229f, -2.14285779f, -1.19047642f, 0.714285731f, -26.4285736f}},
+        {"general: pivot from column 2 of row 0", {0, 0, -1.6f, 0, 0, 4.3f, 0, 4.2f, 2.5f, 1.6f, 4.1f, -4.8f, 0.5f, 0, -2.5f, 0},
+         {-3.12499976f, -8.87138896e-09f, 2.38418583e-08f, 1.99999988f, 1.59265339f, 0.175438598f, 0.153508767f, -0.767543793f, -0.625f, 0, 0, 0, -1.63057387f, 0.0584795289f, -0.157163739f, 0.785818696f}},
+        {"general: pivot from column 3 of row 0",
+         {0, 0, 0, -2.5f, 3.3f, 2.1f, 0, 0, 2.5f, 2.8f, -0.4f, 0, 0.5f, -1.2f, -4.5f, -2.2f},
+         {-0.0370359197f, 0.655343413f, -0.473470569f, 0.0420862734f, 0.0581993088f, -0.553634942f, 0.74402523f, -0.0661355779f, 0.175920635f, 0.220452085f, -0.25101468f, -0.199909806f, -0.400000006f, 0, -0.0f, 0}},
+        {"general: pivot from column 2 of row 1",
+         {3.8f, 0, -1.3f, 0, 3.4f, 0, -3.5f, -2.7f, 4.4f, 3.9f, -3.9f, 4.2f, 0.5f, 0, -2.3f, 4.4f},
+         {0.354756624f, -0.0939013362f, 0, -0.0576212779f, -0.239800274f, -0.0255168732f, 0.256410241f, -0.260413319f, 0.267750174f, -0.27448085f, 0, -0.168431416f, 0.0996470526f, -0.132808f, 0, 0.145776898f}},
+        {"general: pivot from column 3 of row 1", {0.6f, 0, 0.7f, 0.2f, 0, 0, 0, 3.4f, -4.7f, 3, -2.8f, 0, 0.5f, 0, 0, -4.6f},
+         {0, 2.70588207f, 0, 2, 1.33333337f, 1.99607766f, 0.333333343f, 1.53333294f, 1.42857134f, -2.40336108f, -1.2217102e-08f, -1.71428573f, 0, 0.29411763f, 0, 0}},
+        {"general: pivot from column 3 of row 2", {-3.7f, 1.7f, 0, 3.5f, -2, 3.5f, 4.4f, 2, 0, 0, 0, 4.7f, -2.1f, 0, 0, 0},
+         {-1.47488421e-08f, 1.06102505e-08f, 3.44588109e-08f, -0.476190448f, 0.588235259f, 2.65990536e-08f, -0.438047498f, -1.0364145f, -0.467914432f, 0.227272719f, 0.251735121f, 0.607970476f, 0, 0, 0.212765962f, 0}},
+        {"affine: order of the translation's terms",
+         {1, -0x1p+30f, -0x1p+24f, 0.1f, 0, 1, -0x1p+30f, 0x1p+30f, 0, 0, 1, -1, 0, 0, 0, 1},
+         {1, 1.07374182e+09f, 1.1529215e+18f, -0.0f, -0.0f, 1, 1.07374182e+09f, -0.0f, 0, -0.0f, 1, 1, 0, 0, 0, 1}},
+        {"affine: order of the determinant's terms",
+         {0.1f, 0x1p+24f, -1, 0, 1, 0x1p+24f, -1, 0, -0x1p+30f, 0.5f, -1, 0, 0, 0, 0, 1},
+         {-1.11111128f, 1.11111128f, 0, -0.0f, 71.1111221f, -71.1111221f, -5.96046519e-08f, -0.0f, 1.19304666e+09f, -1.19304666e+09f, -1.00000012f, -0.0f, 0, 0, 0, 1}},
+        {"general: an exchange in every stage", {0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, 0, 0, 0},
+         {0, 0, 0, 1, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0}},
+    };
+    for (const Row &row : rows) {
+        check_inverse(row.label, matrix(row.m), 0, matrix(row.inverse));
+    }
+}
+
+static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+static const KXM4 untouched = marked<KXM4>();
+
+TEST_CASE("The last row chooses the method")
+{
+    // A block of zeros tells them apart: affine leaves out as it was, general stores the unit matrix.
+    const auto zero_block_with = [](int c, float value) {
+        KXM4 m = {};
+        m.m[3][3] = 1;
+        m.m[3][c] = value;
+        return m;
+    };
+    const float below = std::nextafter(tolerance, 0.0f);
+    for (int c = 0; c < 3; ++c) {
+        for (const float sign : {1.0f, -1.0f}) {
+            check_inverse("at the tolerance", zero_block_with(c, sign * tolerance), 1, unit);
+            check_inverse("below it", zero_block_with(c, sign * below), 1, untouched);
+        }
+        check_inverse("a NaN", zero_block_with(c, not_a_number), 1, untouched);
+    }
+    for (const float sign : {1.0f, -1.0f}) {
+        check_inverse("m33 off by 2^-19", zero_block_with(3, 1 + sign * 0x1p-19f), 1, unit);
+        check_inverse("m33 off by 2^-20", zero_block_with(3, 1 + sign * 0x1p-20f), 1, untouched);
+    }
+    check_inverse("m33 of 0", zero_block_with(3, 0), 1, unit);
+    check_inverse("m33 a NaN", zero_block_with(3, not_a_number), 1, untouched);
+    // What the last row held plays no part in an affine inverse.
+    check_inverse("small values below", matrix({2, 0, 0, 3, 0, 4, 0, 5, 0, 0, 8, 7, 9e-07f, -9e-07f, not_a_number, 1 + 0x1p-20f}),
+                  0, matrix({0.5f, -0.0f, 0, -1.5f, -0.0f, 0.25f, -0.0f, -1.25f, 0, -0.0f, 0.125f, -0.875f, 0, 0, 0, 1}));
+}
+
+TEST_CASE("What counts as singular")
+{
+    for (int i = 0; i < 9; ++i) {
+        KXM4 m = unit;
+        m.m[i / 3][i % 3] = not_a_number;
+        check_inverse("a NaN in the block", m, 1, untouched);
+    }
+    check_inverse("rows that depend on each other", matrix({1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0, 0, 0, 0, 1}), 1, untouched);
+    const float q = 0x1p-24f;
+    check_inverse("a determinant that is next to nothing",
+                  matrix({1, 1, 1 - 5 * q, 0, 1 - q, 1, 1, 0, 1 - 2 * q, 1 - q, 1, 0, 0, 0, 0, 1}), 1, untouched);
+    check_inverse("a determinant that no single holds", matrix({1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1}),
+                  1, untouched);
+
+    const auto status = [](const Elements &elements) {
+        const KXM4 m = matrix(elements);
+        KXM4 out;
+        return KXM4Inverse(&m, &out);
+    };
+    CHECK(status({1e-07f, 0, 0, 0, 0, 1e-07f, 0, 0, 0, 0, 1e-07f, 0, 0, 0, 0, 1}) == 0);
+    CHECK(status({1e-07f, 0, 0, 0, 0, 1e-07f, 0, 0, 0, 0, 1e-07f, 0, 0.5f, 0, 0, 1}) == 1);
+    CHECK(status({1e-12f, 0, 0, 0, 0, 1e12f, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}) == 0);
+    // The general method refuses a pivot equal to the tolerance, in every stage.
+    for (int i = 0; i < 4; ++i) {
+        Elements m = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 2};
+        m[static_cast<std::size_t>(5 * i)] = tolerance;
+        CHECK_MESSAGE(status(m) == 1, "stage ", i);
+        m[static_cast<std::size_t>(5 * i)] = -2 * tolerance;
+        CHECK_MESSAGE(status(m) == 0, "stage ", i);
+    }
+    CHECK(status({not_a_number, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 2}) == 1); // a NaN is no pivot
+}
+
+TEST_CASE("KXM4Inverse undoes a matrix")
+{
+    Random random;
+    for (int i = 0; i < 5000; ++i) {
+        auto m = random.record<KXM4>(1);
+        for (int k = 0; k < 4; ++k) {
+            m.m[k][k] += 4; // far from singular
+            m.m[3][k] = i % 2 == 0 ? unit.m[3][k] : m.m[3][k];
+        }
+        KXM4 inverse, both;
+        CHECK(KXM4Inverse(&m, &inverse) == 0);
+        KXM4Mult(&m, &inverse, &both);
+        for (int k = 0; k < 16; ++k) {
+            CHECK(std::fabs(both.m[k / 4][k % 4] - unit.m[k / 4][k % 4]) < 1e-6f);
+        }
+    }
+}
+
+TEST_CASE("KXM3Inverse")
+{
+    struct Row {
+        const char *label;
+        KXM3 m, inverse;
+        std::int32_t status;
+    };
+    const KXM3 dependent = {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
+    const Row rows[] = {
+        {"a translation", {{{1, 0, 5}, {0, 1, 7}, {0, 0, 1}}}, {{{1, -0.0f, -5}, {-0.0f, 1, -7}, {0, -0.0f, 1}}}, 0},
+        {"the last row counts", {{{1, 0, 0}, {0, 1, 0}, {2, 0, 4}}}, {{{1, -0.0f, 0}, {-0.0f, 1, -0.0f}, {-0.5f, -0.0f, 0.25f}}},
+         0},
+        {"singular", dependent, marked<KXM3>(), 1},
+    };
+    for (const Row &row : rows) {
+        Guarded<KXM3> apart, place;
+        CHECK_MESSAGE(KXM3Inverse(&row.m, &apart.record) == row.status, row.label);
+        apart.check(row.label, row.inverse);
+        place.record = row.m;
+        KXM3Inverse(&place.record, &place.record);
+        place.check(row.label, row.status == 0 ? row.inverse : row.m);
+    }
+}

@@ -1,0 +1,123 @@
+#include "support/check.h"
+
+using namespace test;
+
+static const KXP3 untouched = marked<KXP3>();
+static const KXBox unit = {{0, 0, 0}, {1, 1, 1}};
+static const KXBox inverted = {{1, 0, 0}, {0, 1, 1}};
+static const KXBox flat = {{0, 0, 0}, {0, 1, 1}};
+static const KXBox dot = {{0, 0, 0}, {0, 0, 0}};
+static constexpr float still = 9.9e-07f; // a step below the tolerance
+
+/** Path is KXLine, with its end, or KXRay, with its direction. */
+template <typename Path>
+struct Row {
+    const char *label;
+    KXBox box;
+    Path path;
+    std::int32_t verdict;
+    KXP3 point;
+};
+
+template <typename Path>
+static void check_row(const Row<Path> &row, std::int32_t (*meets)(const Path *, const KXBox *, KXP3 *))
+{
+    Guarded<KXP3> point;
+    CHECK_MESSAGE(meets(&row.path, &row.box, &point.record) == row.verdict, row.label);
+    point.check(row.label, row.point);
+    CHECK_MESSAGE(meets(&row.path, &row.box, nullptr) == row.verdict, row.label, ", no point");
+}
+
+TEST_CASE("KXLineIxBox")
+{
+    const Row<KXLine> rows[] = {
+        {"inverted box", inverted, {{-1, 0.5f, 0.5f}, {2, 0.5f, 0.5f}}, 0, untouched},
+        {"flat box", flat, {{-1, 0.4f, 0.5f}, {1, 0.6f, 0.7f}}, 1, {0, 0.5f, 0.6f}},
+        {"box of one point", dot, {{-1, -1, -1}, {1, 1, 1}}, 1, {0, 0, 0}},
+        {"no length, inside", unit, {{0.5f, 0.5f, 0.5f}, {0.5f, 0.5f, 0.5f}}, 1, {0.5f, 0.5f, 0.5f}},
+        {"no length, outside", unit, {{1.5f, 0.5f, 0.5f}, {1.5f, 0.5f, 0.5f}}, 0, untouched},
+        {"both below x", unit, {{-2, 0.5f, 0.5f}, {-1, 0.6f, 0.7f}}, 0, untouched},
+        {"both below y", unit, {{0.2f, -2, 0.5f}, {0.3f, -1, 0.6f}}, 0, untouched},
+        {"both below z", unit, {{0.2f, 0.5f, -2}, {0.3f, 0.6f, -1}}, 0, untouched},
+        {"both above x", unit, {{2, 0.5f, 0.5f}, {3, 0.6f, 0.6f}}, 0, untouched},
+        {"both above y", unit, {{-1, 5, 0.5f}, {2, 5, 0.5f}}, 0, untouched},
+        {"both above z", unit, {{0.2f, 0.5f, 2}, {0.3f, 0.6f, 3}}, 0, untouched},
+        {"an inside start is the contact", unit, {{0.5f, 0.5f, 0.5f}, {2, 2, 2}}, 1, {0.5f, 0.5f, 0.5f}},
+        {"a start on a lower face, leaving", unit, {{0, 0.5f, 0.5f}, {-2, 3, 4}}, 1, {0, 0.5f, 0.5f}},
+        {"a start on the upper corner, leaving", unit, {{1, 1, 1}, {2, 3, 4}}, 1, {1, 1, 1}},
+        {"through a lower face", unit, {{-1, 0.2f, 0.3f}, {2, 0.5f, 0.6f}}, 1, {0, 0.3f, 0.4f}},
+        {"through the top", unit, {{0.5f, 0.6f, 3}, {0.3f, 0.4f, -1}}, 1, {0.4f, 0.5f, 1}},
+        {"an end on a lower face", unit, {{-2, 0.3f, 0.4f}, {0, 0.5f, 0.6f}}, 1, {0, 0.5f, 0.6f}},
+        {"an end short of the box", unit, {{-2, 0.3f, -0.4f}, {-0.01f, 0.5f, 0.6f}}, 0, untouched},
+        {"an end past one slab and short of another", unit, {{-1, -3, 0.5f}, {0.5f, -0.5f, 0.6f}}, 0, untouched},
+        {"a corner first", unit, {{-1, -1, -1}, {2, 2, 2}}, 1, {0, 0, 0}},
+        {"touches an edge", unit, {{-1, 1, 0.5f}, {1, -1, 0.6f}}, 1, {0, 0, 0.55f}},
+        {"passes an edge", unit, {{-1, 0.25f, -1}, {2, 3.25f, 2}}, 0, {-1, 0.25f, -1}},
+        {"near above 1", unit, {{-3, 0.5f, -0.5f}, {-1, 1.5f, 2}}, 0, untouched},
+        {"enters beyond its end", {{0, 0, 0}, {1, 1, 1}}, {{-1, 2, 0.5f}, {1.5f, 0.9f, 0.6f}}, 0, {-1, 2, 0.5f}},
+        {"y settles", unit, {{-1, 0.5f, 0.5f}, {2, 0.5f, 0.5f}}, 1, {-1, 0.5f, 0.5f}},
+        {"x settles", unit, {{0.5f, -1, 0.5f}, {0.5f, 2, 0.5f}}, 1, {0.5f, -1, 0.5f}},
+        {"z settles", unit, {{-1, -1, 0.5f}, {2, 2, 0.5f}}, 1, {-1, -1, 0.5f}},
+        {"rejected before z settles", unit, {{-1, 0.25f, 0.5f}, {2, 3.25f, 0.5f}}, 0, {-1, 0.25f, 0.5f}},
+        {"x settles, y and z not compared", unit, {{0.5f, -1, 0.5f}, {0.5f, 0.5f, -1}}, 1, {0.5f, -1, 0.5f}},
+        {"straddles a face by next to nothing", unit, {{-4e-07f, 0.5f, 0.5f}, {4e-07f, 0.6f, 0.7f}}, 0, {-4e-07f, 0.5f, 0.5f}},
+        {"straddles the other face", unit, {{0.5f, 1.0000004f, 0.5f}, {0.6f, 0.9999996f, 0.7f}}, 0, {0.5f, 1.0000004f, 0.5f}},
+        {"a step equal to the tolerance", unit, {{0, 2, 2}, {tolerance, -1, -1}}, 1, {3.33333332e-07f, 1, 1}},
+        {"a step below it", unit, {{0, 2, 2}, {still, -1, -1}}, 1, {0, 2, 2}},
+        {"products with a wide reciprocal", {{0, 1, 0}, {2, 3, 1}}, {{5, 4, -6}, {-2, -1, 4}}, 1,
+         {0.800000012f, 1, 8.8817842e-16f}},
+        {"the step is single", {{-2.6f, 2.9f, 0}, {-0x1.999998p+0f, 2.9f, 1}}, {{-2.2f, -0.8f, 4.6f}, {-1.8f, 4.5f, -1.8f}}, 1,
+         {-1.92075467f, 2.9000001f, 0.132075667f}},
+        {"an edge missed by a product", unit, {{-4.9f, -0.3f, -0.5f}, {1, 0, 0.9f}}, 0, {-4.9f, -0.3f, -0.5f}},
+        {"an edge met by a wide reciprocal", unit, {{-6, 4, 6}, {0, 0, 0.8f}}, 1, {0, 0, 0.800000191f}},
+        {"an edge missed by wide parameters", unit, {{-5, -2, -3}, {7, 4, 6.6f}}, 0, {-5, -2, -3}},
+        {"an edge met by a single step", unit, {{0, 5, -1}, {2, -7, 1.4f}}, 1, {0.833333313f, 1.98682145e-07f, 0}},
+    };
+    for (const auto &row : rows) {
+        check_row(row, KXLineIxBox);
+    }
+}
+
+TEST_CASE("KXRayIxBox")
+{
+    const KXBox vast = {{-1e30f, -1e30f, -1e30f}, {1e30f, 1e30f, 1e30f}};
+    const Row<KXRay> rows[] = {
+        {"inverted box", inverted, {{-1, 0.5f, 0.5f}, {1, 0, 0}}, 0, untouched},
+        {"flat box", flat, {{-1, 0.4f, 0.5f}, {1, 0.1f, 0.1f}}, 1, {0, 0.5f, 0.6f}},
+        {"box of one point", dot, {{-1, -1, -1}, {1, 1, 1}}, 1, {0, 0, 0}},
+        {"through a face", unit, {{-1, 0.2f, 0.3f}, {3, 0.3f, 0.3f}}, 1, {0, 0.3f, 0.4f}},
+        {"a short direction", unit, {{-1, 0.2f, 0.3f}, {0.1f, 0.01f, 0.01f}}, 1, {0, 0.3f, 0.4f}},
+        {"a parameter of 100000", unit, {{-100, 0.2f, 0.3f}, {0.001f, 2e-06f, 2e-06f}}, 1, {1.42108547e-14f, 0.4f, 0.5f}},
+        {"from inside: the way out", unit, {{0.5f, 0.5f, 0.5f}, {1, 0.5f, 0.25f}}, 1, {1, 0.75f, 0.625f}},
+        {"on a face, going in", unit, {{0, 0.5f, 0.5f}, {1, 0.2f, 0.2f}}, 1, {0, 0.5f, 0.5f}},
+        {"on a face, going out", unit, {{1, 0.5f, 0.5f}, {1, 0.2f, 0.2f}}, 1, {1, 0.5f, 0.5f}},
+        {"on a corner, going out", unit, {{1, 1, 1}, {1, 1, 1}}, 1, {1, 1, 1}},
+        {"a corner first", unit, {{-1, -1, -1}, {1, 1, 1}}, 1, {0, 0, 0}},
+        {"behind along x", unit, {{2, 0.5f, 0.5f}, {1, 0.1f, 0.1f}}, 0, {2, 0.5f, 0.5f}},
+        {"behind along z", unit, {{0.5f, 0.5f, 3}, {0.1f, 0.1f, 1}}, 0, {0.5f, 0.5f, 3}},
+        {"misses", unit, {{-1, 3, 0.5f}, {1, 1, 0.1f}}, 0, {-1, 3, 0.5f}},
+        {"no parameter beyond KX_HUGE", vast, {{0, 0, 0}, {1, 1, 1}}, 1, {KX_HUGE, KX_HUGE, KX_HUGE}},
+        {"y settles", unit, {{-1, 0.5f, 0.5f}, {1, 0, 0}}, 1, {-1, 0.5f, 0.5f}},
+        {"y settles, z not looked at", unit, {{-1, 0.5f, 5}, {1, 0, 0}}, 1, {-1, 0.5f, 5}},
+        {"y settles, outside", unit, {{-1, 5, 0.5f}, {1, 0, 0}}, 0, {-1, 5, 0.5f}},
+        {"y settles on its face", unit, {{-1, 1, 0.5f}, {1, 0, 0}}, 1, {-1, 1, 0.5f}},
+        {"x rejects before y settles", unit, {{-1, 0.5f, 0.5f}, {-1, 0, 0}}, 0, {-1, 0.5f, 0.5f}},
+        {"from inside, y settles", unit, {{0.5f, 0.5f, 0.5f}, {1, 0, 0}}, 1, {0.5f, 0.5f, 0.5f}},
+        {"x settles, pointing away in y", unit, {{0.5f, 2, 0.5f}, {0, 1, 0}}, 1, {0.5f, 2, 0.5f}},
+        {"z settles", unit, {{-1, -1, 0.5f}, {1, 1, 0}}, 1, {-1, -1, 0.5f}},
+        {"z settles, outside", unit, {{-1, -1, 5}, {1, 1, 0}}, 0, {-1, -1, 5}},
+        {"slabs apart before z settles", unit, {{-1, 1.5f, 0.5f}, {1, 3, 0}}, 0, {-1, 1.5f, 0.5f}},
+        {"no direction, x between the faces", unit, {{0.5f, 5, 5}, {0, 0, 0}}, 1, {0.5f, 5, 5}},
+        {"no direction, x outside", unit, {{5, 0.5f, 0.5f}, {0, 0, 0}}, 0, {5, 0.5f, 0.5f}},
+        {"a step equal to the tolerance", unit, {{0.5f, 5, 5}, {tolerance, 1, 1}}, 0, {0.5f, 5, 5}},
+        {"a step below it", unit, {{0.5f, 5, 5}, {still, 1, 1}}, 1, {0.5f, 5, 5}},
+        {"products with a wide reciprocal", unit, {{-3, -2, -3}, {6, 4, 5}}, 1, {0.600000024f, 0.400000006f, 4.4408921e-16f}},
+        {"an edge missed by a product", unit, {{2.7f, 0.9f, -0.3f}, {-1.7f, -0.9f, 1.2f}}, 0, {2.7f, 0.9f, -0.3f}},
+        {"an edge met by a wide reciprocal", unit, {{4, 0, -5}, {-4, 1, 5}}, 1, {0, 1, 0}},
+        {"an edge missed by wide parameters", unit, {{-4.6f, 2.9f, 2.1f}, {4.6f, -2.9f, -0x1.666664p+0f}}, 0,
+         {-4.6f, 2.9f, 2.1f}},
+    };
+    for (const auto &row : rows) {
+        check_row(row, KXRayIxBox);
+    }
+}

@@ -1,0 +1,78 @@
+#include "support/check.h"
+
+using namespace test;
+
+TEST_CASE("KXPlaneEquation")
+{
+    struct Row {
+        const char *label;
+        KXP3 first, second, third;
+        std::int32_t status;
+        KXPlane plane;
+    };
+    const Row rows[] = {
+        {"counter-clockwise seen from +Z", {0, 0, 0}, {1, 0, 0}, {1, 1, 0}, 0, {0, 0, 1, -0.0f}},
+        {"two points swapped", {0, 0, 0}, {1, 1, 0}, {1, 0, 0}, 0, {0, 0, -1, -0.0f}},
+        {"at z of 3", {1, 2, 3}, {4, 6, 3}, {0, 9, 3}, 0, {0, -0.0f, 1, -3}},
+        {"first attempt: each single, and each that is not", {1.1f, 1.2f, -2.9f}, {-4.9f, 4.9f, -3.2f}, {-1.2f, -1.8f, 3.7f}, 0,
+         {0.438326061f, 0.750856996f, 0.494048595f, 0.0495539047f}},
+        {"first attempt: order in d", {8, -6, 9}, {8, -8, -8}, {16, -14, 1}, 0,
+         {-0.659062147f, -0.746937096f, 0.0878749564f, 4.84346039e-08f}},
+        {"second attempt: nothing is single", {-0.00522f, -0.0028f, 0.00422f}, {-0.00266f, 0.00276f, -0.00363f},
+         {0.00748f, 0.00222f, -0.00362f}, 0, {-0.042489402f, -0.808720171f, -0.586656928f, -1.0518831e-05f}},
+        {"second attempt: order in d", {-0x1.cp-14f, -0x1.cp-14f, -0x1.8p-15f}, {0x1p-15f, -0x1.4p-14f, -0x1p-15f},
+         {-0x1.4p-14f, -0x1.8p-13f, -0x1.4p-14f}, 0, {0.018891478f, 0.377829552f, -0.925682425f, 3.38813179e-21f}},
+        {"a squared length equal to the tolerance takes the second attempt", {-4.25048828125f, 2.625f, 10.046875f},
+         {-4.25f, 2.625f, 8}, {-4.25f, 2.62548828125f, 7.93212890625f}, 0,
+         {0.999450684f, 0.0331401825f, 0.000238418579f, 4.15876532f}},
+        {"d is a negation of the whole sum", {1, 1, 1}, {0, 1, 0}, {0, -1, 0}, 0, {-0.707106769f, 0, 0.707106769f, -0.0f}},
+        {"the squared length meets the second bound", {1e-08f, 0, 0}, {0, 0, 0}, {0, 1, 0}, 1, {1, 0, 0, -0.0f}},
+        {"and is above it", {1.01e-08f, 0, 0}, {0, 0, 0}, {0, 1, 0}, 0, {0, 0, -1, -0.0f}},
+        {"legs of 5e-05", {5e-05f, 0, 0}, {0, 0, 0}, {0, 5e-05f, 0}, 1, {1, 0, 0, -0.0f}},
+        {"on one line", {5, 1, 2}, {7, 2, 3}, {9, 3, 4}, 1, {1, 0, 0, -7}},
+        {"one point", {3, 4, 5}, {3, 4, 5}, {3, 4, 5}, 1, {1, 0, 0, -3}},
+        {"one point with an x of -0", {1, 2, 3}, {-0.0f, 2, 3}, {5, 2, 3}, 1, {1, 0, 0, 0}},
+    };
+    for (const Row &row : rows) {
+        Guarded<KXPlane> out;
+        CHECK_MESSAGE(KXPlaneEquation(&row.first, &row.second, &row.third, &out.record) == row.status, row.label);
+        out.check(row.label, row.plane);
+    }
+}
+
+TEST_CASE("KXRotateInPlane")
+{
+    const auto quarter = static_cast<float>(1.5707963705062866);
+    struct Row {
+        const char *label;
+        KXP3 point;
+        KXV3 axis;
+        float angle;
+        KXP3 wanted;
+    };
+    const Row rows[] = {
+        {"about Z, +X towards +Y; small cosines stay", {1, 0, 0}, {0, 0, 1}, quarter, {-4.37113883e-08f, 1, 0}},
+        {"about X, +Y towards +Z", {0, 1, 0}, {1, 0, 0}, quarter, {0, -4.37113883e-08f, 1}},
+        {"about Y, +Z towards +X", {0, 0, 1}, {0, 1, 0}, quarter, {1, 0, -4.37113883e-08f}},
+        {"no angle", {1, 2, 3}, {0.6f, 0, 0.8f}, 0, {1, 2, 3}},
+        {"no axis: times the cosine", {1, 2, -4}, {0, 0, 0}, 1, {0.540302277f, 1.08060455f, -2.16120911f}},
+        {"each single, and each that is not", {-6, -3, 4}, {0.4f, 0.4f, -0.8f}, 2.5f, {-0.57102704f, -0.58056891f, 7.31181431f}},
+        {"order of the sums", {0x1p30f, 0x1p30f, -0.1f}, {1, 1, 0}, 1, {1.5673385e+09f, 1.5673385e+09f, 30.0166759f}},
+    };
+    for (const Row &row : rows) {
+        Guarded<KXP3> point;
+        point.record = row.point;
+        KXRotateInPlane(&point.record, &row.axis, row.angle);
+        point.check(row.label, row.wanted);
+    }
+    Guarded<KXP3> own_axis;
+    own_axis.record = {0, 0, 1};
+    KXRotateInPlane(&own_axis.record, &own_axis.record, 1);
+    own_axis.check("a point that is its own axis", {0, 0, 1});
+    own_axis.record = {2, 1, 0};
+    const KXV3 axis = own_axis.record;
+    KXP3 apart = own_axis.record;
+    KXRotateInPlane(&own_axis.record, &own_axis.record, 1);
+    KXRotateInPlane(&apart, &axis, 1);
+    own_axis.check("read whole before the first store", apart);
+}
