@@ -1,15 +1,12 @@
 #include "sheet.h"
 
-#include "failure.h"
+#include "pen.h"
 #include "progress.h"
 #include "shading.h"
-
-#include <cairo.h>
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <memory>
 
 namespace example
 {
@@ -23,9 +20,6 @@ constexpr double margin = 20.0;
 /** Pixels of the shaded picture for one of the sheet, each way: edges come out smooth. */
 constexpr int oversampling = 3;
 
-struct Colour {
-    double r, g, b;
-};
 constexpr Colour paper = {1.00, 1.00, 1.00};
 constexpr Colour panel_paper = {0.965, 0.97, 0.98};
 constexpr Colour grid = {0.86, 0.88, 0.91};
@@ -36,10 +30,6 @@ constexpr Colour tight_box_ink = {0.15, 0.42, 0.75};
 constexpr std::array<Colour, 3> axis_ink = {
     {{0.80, 0.16, 0.18}, {0.13, 0.58, 0.24}, {0.12, 0.38, 0.84}}};
 constexpr std::array<const char *, 3> axis_name = {"X", "Y", "Z"};
-
-struct Rectangle {
-    double x, y, width, height;
-};
 
 /** One way of looking: the rotation that turns +X right, +Y up and +Z at the viewer. */
 struct View {
@@ -105,141 +95,6 @@ std::string number(double value)
     return text;
 }
 
-/** A drawing surface and its pen. */
-class Sheet
-{
-public:
-    Sheet()
-        : surface(cairo_image_surface_create(CAIRO_FORMAT_RGB24, sheet_width, sheet_height)),
-          pen(cairo_create(surface.get()))
-    {
-        colour(paper);
-        cairo_paint(pen.get());
-    }
-
-    void colour(const Colour &c)
-    {
-        cairo_set_source_rgb(pen.get(), c.r, c.g, c.b);
-    }
-
-    void fill(const Rectangle &r, const Colour &c)
-    {
-        colour(c);
-        cairo_rectangle(pen.get(), r.x, r.y, r.width, r.height);
-        cairo_fill(pen.get());
-    }
-
-    void outline(const Rectangle &r, const Colour &c, double width, double dash = 0.0)
-    {
-        prepare(c, width, dash);
-        cairo_rectangle(pen.get(), r.x, r.y, r.width, r.height);
-        cairo_stroke(pen.get());
-    }
-
-    void line(double x0, double y0, double x1, double y1, const Colour &c, double width,
-              double dash = 0.0)
-    {
-        prepare(c, width, dash);
-        cairo_move_to(pen.get(), x0, y0);
-        cairo_line_to(pen.get(), x1, y1);
-        cairo_stroke(pen.get());
-    }
-
-    void disc(double x, double y, double radius, const Colour &c)
-    {
-        colour(c);
-        cairo_arc(pen.get(), x, y, radius, 0.0, 6.2831853);
-        cairo_fill(pen.get());
-    }
-
-    /** anchor: the part of the text's width that lies left of x. */
-    void text(double x, double y, const std::string &words, double size, const Colour &c,
-              double anchor = 0.0, bool bold = false)
-    {
-        cairo_select_font_face(pen.get(), "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
-                               bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
-        cairo_set_font_size(pen.get(), size);
-        cairo_text_extents_t extents;
-        cairo_text_extents(pen.get(), words.c_str(), &extents);
-        colour(c);
-        cairo_move_to(pen.get(), x - anchor * extents.x_advance, y);
-        cairo_show_text(pen.get(), words.c_str());
-    }
-
-    void image(const Rectangle &r, const Image &shaded)
-    {
-        // The surface only looks at the pixels; cairo has no const for that.
-        auto *bytes =
-            reinterpret_cast<unsigned char *>(const_cast<std::uint32_t *>(shaded.argb.data()));
-        const Surface pixels(cairo_image_surface_create_for_data(
-            bytes, CAIRO_FORMAT_ARGB32, shaded.width, shaded.height, 4 * shaded.width));
-        cairo_save(pen.get());
-        cairo_translate(pen.get(), r.x, r.y);
-        cairo_scale(pen.get(), 1.0 / oversampling, 1.0 / oversampling);
-        cairo_set_source_surface(pen.get(), pixels.get(), 0.0, 0.0);
-        cairo_pattern_set_filter(cairo_get_source(pen.get()), CAIRO_FILTER_GOOD);
-        cairo_paint(pen.get());
-        cairo_restore(pen.get());
-    }
-
-    /** Until release, nothing is drawn outside the rectangle. */
-    void confine(const Rectangle &r)
-    {
-        cairo_save(pen.get());
-        cairo_rectangle(pen.get(), r.x, r.y, r.width, r.height);
-        cairo_clip(pen.get());
-    }
-    void release()
-    {
-        cairo_restore(pen.get());
-    }
-
-    Picture picture() const
-    {
-        if (cairo_status(pen.get()) != CAIRO_STATUS_SUCCESS) {
-            throw Failure(std::string("the picture cannot be drawn: ") +
-                          cairo_status_to_string(cairo_status(pen.get())));
-        }
-        cairo_surface_flush(surface.get());
-        const unsigned char *bytes = cairo_image_surface_get_data(surface.get());
-        const int stride = cairo_image_surface_get_stride(surface.get());
-        Picture result = {sheet_width, sheet_height, {}};
-        result.rgb.reserve(std::size_t{3} * sheet_width * sheet_height);
-        for (int y = 0; y < sheet_height; ++y) {
-            const auto *row = reinterpret_cast<const std::uint32_t *>(bytes + y * stride);
-            for (int x = 0; x < sheet_width; ++x) {
-                for (const int shift : {16, 8, 0}) {
-                    result.rgb.push_back(static_cast<unsigned char>(row[x] >> shift & 0xff));
-                }
-            }
-        }
-        return result;
-    }
-
-private:
-    struct Destroy {
-        void operator()(cairo_surface_t *s) const
-        {
-            cairo_surface_destroy(s);
-        }
-        void operator()(cairo_t *c) const
-        {
-            cairo_destroy(c);
-        }
-    };
-    using Surface = std::unique_ptr<cairo_surface_t, Destroy>;
-
-    void prepare(const Colour &c, double width, double dash)
-    {
-        colour(c);
-        cairo_set_line_width(pen.get(), width);
-        cairo_set_dash(pen.get(), &dash, dash > 0.0 ? 1 : 0, 0.0);
-    }
-
-    Surface surface;
-    std::unique_ptr<cairo_t, Destroy> pen;
-};
-
 /** The placed mesh about its own middle: far from the origin a float has too few bits for pixels.
  */
 struct Scene {
@@ -292,7 +147,7 @@ KXM4 pixel_matrix(const View &view, const Scene &scene, double magnification, do
 }
 
 /** Lines at round coordinates, with the numbers beside them; the one at 0 in its axis's colour. */
-void draw_grid(Sheet &sheet, const View &view, const Scene &scene, double step)
+void draw_grid(Pen &pen, const View &view, const Scene &scene, double step)
 {
     const Rectangle plot = view.plot();
     for (const int row : {0, 1}) {
@@ -309,19 +164,19 @@ void draw_grid(Sheet &sheet, const View &view, const Scene &scene, double step)
             const double width = k == 0.0 ? 1.6 : 1.0;
             if (across) {
                 const double x = plot.x + half + offset;
-                sheet.line(x, plot.y, x, plot.y + plot.height, c, width);
-                sheet.text(x, plot.y + plot.height + 20, number(k * step), 12, faint_ink, 0.5);
+                pen.line(x, plot.y, x, plot.y + plot.height, c, width);
+                pen.text(x, plot.y + plot.height + 20, number(k * step), 12, faint_ink, 0.5);
             } else {
                 const double y = plot.y + half - offset;
-                sheet.line(plot.x, y, plot.x + plot.width, y, c, width);
-                sheet.text(plot.x - 8, y + 4, number(k * step), 12, faint_ink, 1.0);
+                pen.line(plot.x, y, plot.x + plot.width, y, c, width);
+                pen.text(plot.x - 8, y + 4, number(k * step), 12, faint_ink, 1.0);
             }
         }
     }
 }
 
 /** Which way the three axes run in a view; the one that comes at the viewer is a dot. */
-void draw_axes(Sheet &sheet, const View &view)
+void draw_axes(Pen &pen, const View &view)
 {
     const Rectangle plot = view.plot();
     const double x0 = plot.x + 76, y0 = plot.y + plot.height - 76;
@@ -331,87 +186,86 @@ void draw_axes(Sheet &sheet, const View &view)
         const double right = static_cast<double>(view.rotation.m[0][axis]);
         const double up = static_cast<double>(view.rotation.m[1][axis]);
         if (right == 0.0 && up == 0.0) {
-            sheet.disc(x0, y0, 5.0, axis_ink[i]);
-            sheet.text(x0 + 8, y0 + 18, axis_name[i], 14, axis_ink[i], 0.5, true);
+            pen.disc(x0, y0, 5.0, axis_ink[i]);
+            pen.text(x0 + 8, y0 + 18, axis_name[i], 14, axis_ink[i], 0.5, true);
             continue;
         }
         const double x = x0 + right * length, y = y0 - up * length;
-        sheet.line(x0, y0, x, y, axis_ink[i], 2.5);
+        pen.line(x0, y0, x, y, axis_ink[i], 2.5);
         for (const double side : {-1.0, 1.0}) {
-            sheet.line(x, y, x - 9 * right + 5 * side * up, y + 9 * up + 5 * side * right,
-                       axis_ink[i], 2.5);
+            pen.line(x, y, x - 9 * right + 5 * side * up, y + 9 * up + 5 * side * right,
+                     axis_ink[i], 2.5);
         }
-        sheet.text(x + 14 * right, y - 14 * up + 5, axis_name[i], 14, axis_ink[i], 0.5, true);
+        pen.text(x + 14 * right, y - 14 * up + 5, axis_name[i], 14, axis_ink[i], 0.5, true);
     }
 }
 
-void draw_scale_bar(Sheet &sheet, const View &view, const Scene &scene, double step,
+void draw_scale_bar(Pen &pen, const View &view, const Scene &scene, double step,
                     const std::string &unit)
 {
     const Rectangle plot = view.plot();
     const double x1 = plot.x + plot.width - 16, x0 = x1 - step * scene.scale;
     const double y = plot.y + plot.height - 16;
-    sheet.line(x0, y, x1, y, ink, 3.0);
-    sheet.line(x0, y - 6, x0, y + 6, ink, 2.0);
-    sheet.line(x1, y - 6, x1, y + 6, ink, 2.0);
-    sheet.text((x0 + x1) / 2, y - 10, number(step) + (unit.empty() ? "" : " " + unit), 13, ink,
-               0.5);
+    pen.line(x0, y, x1, y, ink, 3.0);
+    pen.line(x0, y - 6, x0, y + 6, ink, 2.0);
+    pen.line(x1, y - 6, x1, y + 6, ink, 2.0);
+    pen.text((x0 + x1) / 2, y - 10, number(step) + (unit.empty() ? "" : " " + unit), 13, ink, 0.5);
 }
 
-void draw_box(Sheet &sheet, const KXBox &box, const KXM4 &pixels, const Colour &c, double dash)
+void draw_box(Pen &pen, const KXBox &box, const KXM4 &pixels, const Colour &c, double dash)
 {
     // Carried into pixels a box is the rectangle that it shows.
     KXBox shown;
     KXV3 extent;
     KXTransformBox(&box, &pixels, &shown);
     KXBoxDiagonal(&shown, &extent);
-    sheet.outline({shown.minimum.x, shown.minimum.y, extent.x, extent.y}, c, 1.6, dash);
+    pen.outline({shown.minimum.x, shown.minimum.y, extent.x, extent.y}, c, 1.6, dash);
 }
 
-void draw_view(Sheet &sheet, const View &view, const Scene &scene, const std::string &unit,
+void draw_view(Pen &pen, const View &view, const Scene &scene, const std::string &unit,
                Progress &progress)
 {
     const Rectangle plot = view.plot();
     const double step = round_length(std::min(plot.width, plot.height) / 4 / scene.scale);
-    sheet.fill(view.panel, panel_paper);
-    sheet.fill(plot, paper);
-    sheet.text(view.panel.x + 16, view.panel.y + 27, view.title, 17, ink, 0.0, true);
-    draw_grid(sheet, view, scene, step);
+    pen.fill(view.panel, panel_paper);
+    pen.fill(plot, paper);
+    pen.text(view.panel.x + 16, view.panel.y + 27, view.title, 17, ink, 0.0, true);
+    draw_grid(pen, view, scene, step);
 
     const Image shaded = shade(scene.mesh, scene.normals, view.rotation,
                                pixel_matrix(view, scene, oversampling, plot.x, plot.y),
                                static_cast<int>(plot.width) * oversampling,
                                static_cast<int>(plot.height) * oversampling, progress);
-    sheet.image(plot, shaded);
+    pen.image(plot.x, plot.y, 1.0 / oversampling, shaded);
 
     const KXM4 pixels = pixel_matrix(view, scene, 1.0, 0.0, 0.0);
-    draw_box(sheet, scene.carried_box, pixels, carried_box_ink, 0.0);
-    draw_box(sheet, scene.tight_box, pixels, tight_box_ink, 6.0);
-    draw_axes(sheet, view);
-    draw_scale_bar(sheet, view, scene, step, unit);
-    sheet.outline(plot, faint_ink, 1.0);
+    draw_box(pen, scene.carried_box, pixels, carried_box_ink, 0.0);
+    draw_box(pen, scene.tight_box, pixels, tight_box_ink, 6.0);
+    draw_axes(pen, view);
+    draw_scale_bar(pen, view, scene, step, unit);
+    pen.outline(plot, faint_ink, 1.0);
 }
 
-void draw_report(Sheet &sheet, const Rectangle &panel, const std::vector<ReportLine> &lines)
+void draw_report(Pen &pen, const Rectangle &panel, const std::vector<ReportLine> &lines)
 {
-    sheet.fill(panel, panel_paper);
-    sheet.confine(panel);
+    pen.fill(panel, panel_paper);
+    pen.confine(panel);
     const double left = panel.x + 24;
     double y = panel.y + 42;
-    sheet.text(left, y, "A mesh in its place", 22, ink, 0.0, true);
+    pen.text(left, y, "A mesh in its place", 22, ink, 0.0, true);
     y += 20;
     for (const ReportLine &line : lines) {
         y += 31;
-        sheet.text(left, y, line.title, 14, faint_ink);
-        sheet.text(left + 122, y, line.text, 14, ink);
+        pen.text(left, y, line.title, 14, faint_ink);
+        pen.text(left + 122, y, line.text, 14, ink);
     }
     y += 40;
-    sheet.line(left, y - 5, left + 60, y - 5, carried_box_ink, 2.0);
-    sheet.text(left + 72, y, "the mesh's own box, carried to its place", 14, ink);
+    pen.line(left, y - 5, left + 60, y - 5, carried_box_ink, 2.0);
+    pen.text(left + 72, y, "the mesh's own box, carried to its place", 14, ink);
     y += 26;
-    sheet.line(left, y - 5, left + 60, y - 5, tight_box_ink, 2.0, 6.0);
-    sheet.text(left + 72, y, "the box around the points in their place", 14, ink);
-    sheet.release();
+    pen.line(left, y - 5, left + 60, y - 5, tight_box_ink, 2.0, 6.0);
+    pen.text(left + 72, y, "the box around the points in their place", 14, ink);
+    pen.release();
 }
 
 } // namespace
@@ -422,13 +276,13 @@ Picture draw_sheet(const Placement &placement, const std::vector<ReportLine> &li
     const Scene scene = centred(placement);
     const std::array<View, 3> views = three_views();
     Progress progress("drawing", views.size() * scene.mesh.triangles.size());
-    Sheet sheet;
+    Pen pen(sheet_width, sheet_height);
     for (const View &view : views) {
-        draw_view(sheet, view, scene, unit, progress);
+        draw_view(pen, view, scene, unit, progress);
     }
     const Rectangle &above = views[0].panel, &right = views[2].panel;
-    draw_report(sheet, {right.x, above.y, right.width, above.height}, lines);
-    return sheet.picture();
+    draw_report(pen, {right.x, above.y, right.width, above.height}, lines);
+    return pen.picture();
 }
 
 } // namespace example
