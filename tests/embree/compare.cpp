@@ -59,15 +59,11 @@ public:
 
     double distance(const KXRay &ray) const
     {
+        constexpr float everywhere = std::numeric_limits<float>::infinity();
+        const KXP3 &o = ray.origin;
+        const KXV3 &d = ray.direction;
         RTCRayHit query = {};
-        query.ray.org_x = ray.origin.x;
-        query.ray.org_y = ray.origin.y;
-        query.ray.org_z = ray.origin.z;
-        query.ray.dir_x = ray.direction.x;
-        query.ray.dir_y = ray.direction.y;
-        query.ray.dir_z = ray.direction.z;
-        query.ray.tfar = std::numeric_limits<float>::infinity();
-        query.ray.mask = ~0U;
+        query.ray = {o.x, o.y, o.z, 0.0f, d.x, d.y, d.z, 0.0f, everywhere, ~0U, 0, 0};
         query.hit.geomID = RTC_INVALID_GEOMETRY_ID;
 #if RTC_VERSION_MAJOR >= 4
         rtcIntersect1(peer, &query);

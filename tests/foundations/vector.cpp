@@ -4,12 +4,7 @@ using namespace test;
 
 TEST_CASE("KXV3Length and KXV3Normalise")
 {
-    struct Row {
-        const char *label;
-        KXV3 v;
-        KXV3 unit;
-        double length;
-    };
+    struct Row { const char *label; KXV3 v; KXV3 unit; double length; };
     const Row rows[] = {
         {"3 4 5", {3, 4, 0}, {0.6f, 0.8f, 0}, 5.0},
         {"zero", {0, 0, 0}, {0, 0, 0}, 0.0},
@@ -40,12 +35,7 @@ TEST_CASE("KXV3Length adds x first, KXV3Normalise z")
 
 TEST_CASE("KXV3Scale")
 {
-    struct Row {
-        const char *label;
-        KXV3 v;
-        float length;
-        KXV3 scaled;
-    };
+    struct Row { const char *label; KXV3 v; float length; KXV3 scaled; };
     const Row rows[] = {
         {"to 10", {3, 4, 0}, 10, {6, 8, 0}},
         {"to -10 turns round", {3, 4, 0}, -10, {-6, -8, -0.0f}},
@@ -67,10 +57,7 @@ TEST_CASE("KXV3Scale")
 
 TEST_CASE("KXV3Cross")
 {
-    struct Row {
-        const char *label;
-        KXV3 a, b, product;
-    };
+    struct Row { const char *label; KXV3 a, b, product; };
     const Row rows[] = {
         {"1 2 3 x 4 5 6", {1, 2, 3}, {4, 5, 6}, {-3, 6, -3}},
         {"products that only a double holds", {8193, 8192, 0}, {8192, 8191, 0}, {0, 0, -1}},
@@ -85,10 +72,7 @@ TEST_CASE("KXV3Cross")
 
 TEST_CASE("KXV3Perpendicular")
 {
-    struct Row {
-        const char *label;
-        KXV3 v, perpendicular;
-    };
+    struct Row { const char *label; KXV3 v, perpendicular; };
     const Row rows[] = {
         {"general", {1, 2, 3}, {-0.94868332f, 0, 0.31622776f}},
         {"along X", {1, 0, 0}, {-0.0f, 0, 1}},
@@ -114,12 +98,7 @@ TEST_CASE("KXV3Perpendicular")
 
 TEST_CASE("KXV3Combine")
 {
-    struct Row {
-        const char *label;
-        KXV3 a, b;
-        float s, t;
-        KXV3 sum;
-    };
+    struct Row { const char *label; KXV3 a, b; float s, t; KXV3 sum; };
     const Row rows[] = {
         {"weights in order", {1, 2, 3}, {4, 5, 6}, 2, 10, {42, 54, 66}},
         {"difference", {4, 5, 6}, {1, 2, 3}, 1, -1, {3, 3, 3}},

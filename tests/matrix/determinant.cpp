@@ -4,11 +4,7 @@ using namespace test;
 
 TEST_CASE("KXM4Determinant")
 {
-    struct Row {
-        const char *label;
-        KXM4 m;
-        double determinant;
-    };
+    struct Row { const char *label; KXM4 m; double determinant; };
     // The corner minor of each block below is 4097*4097 - 1*8192 = 16777217, which a single rounds
     // to 16777216. Each row brings out one minor alone.
     const Row rows[] = {
@@ -35,11 +31,7 @@ TEST_CASE("KXM4Determinant")
 
 TEST_CASE("KXM3Determinant")
 {
-    struct Row {
-        const char *label;
-        KXM3 m;
-        double determinant;
-    };
+    struct Row { const char *label; KXM3 m; double determinant; };
     const Row rows[] = {
         {"unit", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, 1},
         {"no minor is single: 0", {{{1, 0, 0}, {0, 4097, 1}, {0, 8192, 4097}}}, 16777217},
@@ -58,11 +50,7 @@ TEST_CASE("KXM3Determinant")
 
 TEST_CASE("KXM4IsOrthogonal")
 {
-    struct Row {
-        const char *label;
-        KXM4 m;
-        std::int32_t verdict;
-    };
+    struct Row { const char *label; KXM4 m; std::int32_t verdict; };
     const auto unit_with = [](int r, int c, float value) {
         KXM4 m = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
         m.m[r][c] = value;

@@ -4,11 +4,7 @@ using namespace test;
 
 TEST_CASE("Every elementary transform fills the whole record")
 {
-    struct Row {
-        const char *label;
-        void (*fill)(KXM4 *);
-        KXM4 wanted;
-    };
+    struct Row { const char *label; void (*fill)(KXM4 *); KXM4 wanted; };
     const Row rows[] = {
         {"scale", [](KXM4 *m) {KXM4Scale(2, 3, 4, m); }, {{{2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 4, 0}, {0, 0, 0, 1}}}},
         {"translate", [](KXM4 *m) {KXM4Translate(2, 3, 4, m); }, {{{1, 0, 0, 2}, {0, 1, 0, 3}, {0, 0, 1, 4}, {0, 0, 0, 1}}}},
@@ -37,11 +33,7 @@ TEST_CASE("Every elementary transform fills the whole record")
 
 TEST_CASE("The same in the plane")
 {
-    struct Row {
-        const char *label;
-        void (*fill)(KXM3 *);
-        KXM3 wanted;
-    };
+    struct Row { const char *label; void (*fill)(KXM3 *); KXM3 wanted; };
     const Row rows[] = {
         {"scale", [](KXM3 *m) {KXM3Scale(2, 3, m); }, {{{2, 0, 0}, {0, 3, 0}, {0, 0, 1}}}},
         {"translate", [](KXM3 *m) {KXM3Translate(2, 3, m); }, {{{1, 0, 2}, {0, 1, 3}, {0, 0, 1}}}},

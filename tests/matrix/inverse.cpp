@@ -22,10 +22,7 @@ static void check_inverse(const std::string &label, const KXM4 &m, std::int32_t 
 
 TEST_CASE("KXM4Inverse: every rounding of both methods, every exchange")
 {
-    struct Row {
-        const char *label;
-        Elements m, inverse;
-    };
+    struct Row { const char *label; Elements m, inverse; };
     const Row rows[] = {
         {"affine: each single, and each that is not",
          {1.5f, -1.5f, -1.8f, -1.2f, 1.9f, -1.8f, -2.2f, 3.4f, -3.1f, 3.4f, 4.9f, 2.4f, 0, 0, 0, 1},
@@ -158,11 +155,7 @@ TEST_CASE("KXM4Inverse undoes a matrix")
 
 TEST_CASE("KXM3Inverse")
 {
-    struct Row {
-        const char *label;
-        KXM3 m, inverse;
-        std::int32_t status;
-    };
+    struct Row { const char *label; KXM3 m, inverse; std::int32_t status; };
     const KXM3 dependent = {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
     const Row rows[] = {
         {"a translation", {{{1, 0, 5}, {0, 1, 7}, {0, 0, 1}}}, {{{1, -0.0f, -5}, {-0.0f, 1, -7}, {0, -0.0f, 1}}}, 0},

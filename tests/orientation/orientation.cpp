@@ -34,21 +34,28 @@ static KXM4 product(const std::string &letters, const float angles[3], float dir
     return m;
 }
 
+/** Both outputs, each alone, one record for both, and neither. `build` takes the two outputs. */
+template <typename Build>
+static void check_outputs(const std::string &label, const KXM4 &forward, const KXM4 &back, Build build)
+{
+    Guarded<KXM4> matrix, inverse, matrix_alone, inverse_alone, shared;
+    build(&matrix.record, &inverse.record);
+    matrix.check(label, forward);
+    inverse.check(label + ", inverse", back);
+    build(&matrix_alone.record, nullptr);
+    matrix_alone.check(label + ", no inverse", forward);
+    build(nullptr, &inverse_alone.record);
+    inverse_alone.check(label + ", inverse alone", back);
+    build(&shared.record, &shared.record);
+    shared.check(label + ", one record for both", back);
+    build(nullptr, nullptr);
+}
+
 static void check_orientation(const std::string &label, float x, float y, float z, KXRotationOrder order, const KXM4 &forward,
                               const KXM4 &back)
 {
-    Guarded<KXM4> matrix, inverse, alone, shared;
-    KXM4Orientation(&matrix.record, &inverse.record, x, y, z, order);
-    matrix.check(label, forward);
-    inverse.check(label + ", inverse", back);
-    KXM4Orientation(&alone.record, nullptr, x, y, z, order);
-    alone.check(label + ", no inverse", forward);
-    alone = {};
-    KXM4Orientation(nullptr, &alone.record, x, y, z, order);
-    alone.check(label + ", inverse alone", back);
-    KXM4Orientation(&shared.record, &shared.record, x, y, z, order);
-    shared.check(label + ", one record for both", back);
-    KXM4Orientation(nullptr, nullptr, x, y, z, order);
+    check_outputs(label, forward, back,
+                  [&](KXM4 *matrix, KXM4 *inverse) { KXM4Orientation(matrix, inverse, x, y, z, order); });
 }
 
 TEST_CASE("The six orders, each with its inverse")
@@ -128,30 +135,16 @@ TEST_CASE("KXM4Position")
 {
     const KXPosition still = {0, 0, 0, 0, 0, 0};
     const KXPosition turned = {10, 20, 30, static_cast<float>(1.5707963705062866), 0, 0};
-    struct Row {
-        const char *label;
-        KXPosition position;
-        KXM4 forward, back;
-    };
+    struct Row { const char *label; KXPosition position; KXM4 forward, back; };
     const Row rows[] = {
         {"nothing", still, unit, {{{1, 0, 0, -0.0f}, {0, 1, 0, -0.0f}, {0, 0, 1, -0.0f}, {0, 0, 0, 1}}}},
         {"turns first, moves after", turned, {{{1, 0, 0, 10}, {0, 0, -1, 20}, {0, 1, 0, 30}, {0, 0, 0, 1}}},
          {{{1, 0, 0, -10}, {0, 0, 1, -30}, {0, -1, 0, 20}, {0, 0, 0, 1}}}},
     };
     for (const Row &row : rows) {
-        const std::string label = row.label;
-        Guarded<KXM4> matrix, inverse, alone, shared;
-        KXM4Position(&matrix.record, &inverse.record, &row.position, KX_ORDER_XYZ);
-        matrix.check(label, row.forward);
-        inverse.check(label + ", inverse", row.back);
-        KXM4Position(&alone.record, nullptr, &row.position, KX_ORDER_XYZ);
-        alone.check(label + ", no inverse", row.forward);
-        alone = {};
-        KXM4Position(nullptr, &alone.record, &row.position, KX_ORDER_XYZ);
-        alone.check(label + ", inverse alone", row.back);
-        KXM4Position(&shared.record, &shared.record, &row.position, KX_ORDER_XYZ);
-        shared.check(label + ", one record for both", row.back);
-        KXM4Position(nullptr, nullptr, &row.position, KX_ORDER_XYZ);
+        check_outputs(row.label, row.forward, row.back, [&row](KXM4 *matrix, KXM4 *inverse) {
+            KXM4Position(matrix, inverse, &row.position, KX_ORDER_XYZ);
+        });
     }
 }
 

@@ -12,12 +12,7 @@ static void check_projection(const char *label, const KXPosition &position, floa
 
 TEST_CASE("KXM4Projection1")
 {
-    struct Row {
-        const char *label;
-        KXPosition position;
-        float distance, offset, y_scale;
-        KXM4 wanted;
-    };
+    struct Row { const char *label; KXPosition position; float distance, offset, y_scale; KXM4 wanted; };
     const KXPosition still = {0, 0, 0, 0, 0, 0}, at_1_2_3 = {1, 2, 3, 0, 0, 0};
     const float steps8 = 1.0000009536743164f, steps9 = 1.000001072883606f;
     const auto view = [](float y_scale, float slope, float shift) {

@@ -11,11 +11,7 @@ static constexpr double true_pi = 3.141592653589793;
 
 TEST_CASE("KXRange")
 {
-    struct Row {
-        const char *label;
-        KXP3 first, second;
-        double range;
-    };
+    struct Row { const char *label; KXP3 first, second; double range; };
     const Row rows[] = {
         {"y plays no part", {3, 100, 4}, {0, -7, 0}, 5},
         {"differences stay wide", {0x1p24f, 0, 0}, {-1, 0, 0}, 16777217},
@@ -28,11 +24,7 @@ TEST_CASE("KXRange")
 
 TEST_CASE("KXBearing")
 {
-    struct Row {
-        const char *label;
-        KXP3 first;
-        double bearing;
-    };
+    struct Row { const char *label; KXP3 first; double bearing; };
     const Row rows[] = {
         {"along X", {1, 0, 0}, quarter_turn},
         {"along -X", {-1, 0, 0}, three_quarter_turn},
@@ -65,11 +57,7 @@ static void check_rea(const char *label, const KXP3 &from, const KXP3 &to, const
 
 TEST_CASE("KXPointsToREA and KXVectorToEA")
 {
-    struct Row {
-        const char *label;
-        KXP3 to;
-        KXV3 rea;
-    };
+    struct Row { const char *label; KXP3 to; KXV3 rea; };
     const auto half_pi = static_cast<float>(quarter_turn);
     const auto pi = static_cast<float>(true_pi);
     const Row rows[] = {

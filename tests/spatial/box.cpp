@@ -22,12 +22,7 @@ static KXBox cube_of(float lo, float hi)
 
 TEST_CASE("KXTransformBox")
 {
-    struct Row {
-        const char *label;
-        KXBox box;
-        KXM4 matrix;
-        KXBox wanted;
-    };
+    struct Row { const char *label; KXBox box; KXM4 matrix; KXBox wanted; };
     const Row rows[] = {
         {"a negative element swaps the ends; the fourth row plays no part", {{1, 2, 3}, {4, 5, 6}}, mirrored,
          {{12, 15, 31.5f}, {18, 18, 33}}},
@@ -65,12 +60,7 @@ TEST_CASE("KXTransformBox")
 
 TEST_CASE("KXPutPointInBox")
 {
-    struct Row {
-        const char *label;
-        KXP3 point;
-        KXBox box, wanted;
-        std::int32_t changed;
-    };
+    struct Row { const char *label; KXP3 point; KXBox box, wanted; std::int32_t changed; };
     const KXBox unit = {{0, 0, 0}, {1, 1, 1}};
     const Row rows[] = {
         {"inside", {0.5f, 0.5f, 0.5f}, unit, unit, 0},
@@ -117,12 +107,7 @@ TEST_CASE("KXCombineBoxes")
 
 TEST_CASE("KXBoxMidPoint and KXBoxDiagonal")
 {
-    struct Row {
-        const char *label;
-        KXBox box;
-        KXP3 middle;
-        KXV3 diagonal;
-    };
+    struct Row { const char *label; KXBox box; KXP3 middle; KXV3 diagonal; };
     const Row rows[] = {
         {"ordinary", {{0, 1, 2}, {3, 5, 9}}, {1.5f, 3, 5.5f}, {3, 4, 7}},
         {"inverted", {{3, 5, 9}, {0, 1, 2}}, {1.5f, 3, 5.5f}, {-3, -4, -7}},

@@ -11,21 +11,42 @@ static constexpr float still = 9.9e-07f; // a step below the tolerance
 
 /** Path is KXLine, with its end, or KXRay, with its direction. */
 template <typename Path>
-struct Row {
-    const char *label;
-    KXBox box;
-    Path path;
-    std::int32_t verdict;
-    KXP3 point;
-};
+struct Row { const char *label; KXBox box; Path path; std::int32_t verdict; KXP3 point; };
 
 template <typename Path>
-static void check_row(const Row<Path> &row, std::int32_t (*meets)(const Path *, const KXBox *, KXP3 *))
+using Meets = std::int32_t (*)(const Path *, const KXBox *, KXP3 *);
+
+/** x as it is, y halved and z quartered, all times sign: exact, and no axis looks like another. */
+template <typename Record>
+static Record stretched(const Record &record, float sign)
 {
+    auto floats = bits_as<std::array<float, sizeof(Record) / 4>>(record);
+    const float factors[3] = {sign, sign * 0.5f, sign * 0.25f};
+    for (std::size_t i = 0; i < floats.size(); ++i) {
+        floats[i] *= factors[i % 3];
+    }
+    return bits_as<Record>(floats);
+}
+
+template <typename Path>
+static void check_row(const Row<Path> &row, Meets<Path> meets)
+{
+    const std::string label = row.label;
     Guarded<KXP3> point;
-    CHECK_MESSAGE(meets(&row.path, &row.box, &point.record) == row.verdict, row.label);
-    point.check(row.label, row.point);
-    CHECK_MESSAGE(meets(&row.path, &row.box, nullptr) == row.verdict, row.label, ", no point");
+    CHECK_MESSAGE(meets(&row.path, &row.box, &point.record) == row.verdict, label);
+    point.check(label, row.point);
+    CHECK_MESSAGE(meets(&row.path, &row.box, nullptr) == row.verdict, label, ", no point");
+
+    const Path path = stretched(row.path, 1), mirrored_path = stretched(row.path, -1);
+    const KXBox box = stretched(row.box, 1), back = stretched(row.box, -1), mirrored_box = {back.maximum, back.minimum};
+    KXP3 mirrored_point = stretched(untouched, -1);
+    point.record = stretched(untouched, 1);
+    CHECK_MESSAGE(meets(&path, &box, &point.record) == row.verdict, label, ", stretched");
+    point.check(label + ", stretched", stretched(row.point, 1));
+    CHECK_MESSAGE(meets(&mirrored_path, &mirrored_box, &mirrored_point) == row.verdict, label, ", mirrored");
+    const KXP3 wanted = stretched(row.point, -1);
+    const bool same = mirrored_point.x == wanted.x && mirrored_point.y == wanted.y && mirrored_point.z == wanted.z;
+    CHECK_MESSAGE(same, label, ", mirrored: another point"); // but for the sign of a zero
 }
 
 TEST_CASE("KXLineIxBox")
@@ -53,7 +74,10 @@ TEST_CASE("KXLineIxBox")
         {"a corner first", unit, {{-1, -1, -1}, {2, 2, 2}}, 1, {0, 0, 0}},
         {"touches an edge", unit, {{-1, 1, 0.5f}, {1, -1, 0.6f}}, 1, {0, 0, 0.55f}},
         {"passes an edge", unit, {{-1, 0.25f, -1}, {2, 3.25f, 2}}, 0, {-1, 0.25f, -1}},
-        {"near above 1", unit, {{-3, 0.5f, -0.5f}, {-1, 1.5f, 2}}, 0, untouched},
+        {"a step rounded down ends short", {{0.5f, 0, 0}, {1, 1, 1}}, {{-16777216, 0.2f, 0.3f}, {1, 0.4f, 0.5f}}, 0,
+         {-16777216, 0.2f, 0.3f}},
+        {"from y, starting on x", unit, {{0, -1, 0.3f}, {1, 1, 0.5f}}, 1, {0.5f, 0, 0.4f}},
+        {"ends on y, z entered before", unit, {{0.3f, -0.5f, -3}, {0.5f, 0, 0.5f}}, 1, {0.5f, 0, 0.5f}},
         {"enters beyond its end", {{0, 0, 0}, {1, 1, 1}}, {{-1, 2, 0.5f}, {1.5f, 0.9f, 0.6f}}, 0, {-1, 2, 0.5f}},
         {"y settles", unit, {{-1, 0.5f, 0.5f}, {2, 0.5f, 0.5f}}, 1, {-1, 0.5f, 0.5f}},
         {"x settles", unit, {{0.5f, -1, 0.5f}, {0.5f, 2, 0.5f}}, 1, {0.5f, -1, 0.5f}},
@@ -87,7 +111,7 @@ TEST_CASE("KXRayIxBox")
         {"box of one point", dot, {{-1, -1, -1}, {1, 1, 1}}, 1, {0, 0, 0}},
         {"through a face", unit, {{-1, 0.2f, 0.3f}, {3, 0.3f, 0.3f}}, 1, {0, 0.3f, 0.4f}},
         {"a short direction", unit, {{-1, 0.2f, 0.3f}, {0.1f, 0.01f, 0.01f}}, 1, {0, 0.3f, 0.4f}},
-        {"a parameter of 100000", unit, {{-100, 0.2f, 0.3f}, {0.001f, 2e-06f, 2e-06f}}, 1, {1.42108547e-14f, 0.4f, 0.5f}},
+        {"a parameter of 100000", unit, {{-100, 0.2f, 0.3f}, {0.001f, 4e-06f, 4e-06f}}, 1, {1.42108547e-14f, 0.599999964f, 0.7f}},
         {"from inside: the way out", unit, {{0.5f, 0.5f, 0.5f}, {1, 0.5f, 0.25f}}, 1, {1, 0.75f, 0.625f}},
         {"on a face, going in", unit, {{0, 0.5f, 0.5f}, {1, 0.2f, 0.2f}}, 1, {0, 0.5f, 0.5f}},
         {"on a face, going out", unit, {{1, 0.5f, 0.5f}, {1, 0.2f, 0.2f}}, 1, {1, 0.5f, 0.5f}},

@@ -16,11 +16,7 @@ TEST_CASE("KXTransformLine")
 
 TEST_CASE("KXTransformRay")
 {
-    struct Row {
-        const char *label;
-        KXM4 matrix;
-        KXRay ray, wanted;
-    };
+    struct Row { const char *label; KXM4 matrix; KXRay ray, wanted; };
     const Row rows[] = {
         {"the direction becomes unit", scaled, {{1, 2, 3}, {0, 3, 4}}, {{12, 26, 42}, {0, 0.49026123f, 0.87157553f}}},
         {"under the unit matrix too", unit, {{1, 2, 3}, {3, 0, 4}}, {{1, 2, 3}, {0.6f, 0, 0.8f}}},
@@ -37,12 +33,7 @@ TEST_CASE("KXTransformRay")
 
 TEST_CASE("KXRayPointDistance")
 {
-    struct Row {
-        const char *label;
-        KXRay ray;
-        KXP3 point;
-        double distance;
-    };
+    struct Row { const char *label; KXRay ray; KXP3 point; double distance; };
     const Row rows[] = {
         {"in front", {{0, 0, 0}, {1, 0, 0}}, {3, 4, 0}, 4},
         {"behind", {{0, 0, 0}, {1, 0, 0}}, {-3, 4, 0}, 4},

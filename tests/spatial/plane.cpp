@@ -4,12 +4,7 @@ using namespace test;
 
 TEST_CASE("KXPlaneEquation")
 {
-    struct Row {
-        const char *label;
-        KXP3 first, second, third;
-        std::int32_t status;
-        KXPlane plane;
-    };
+    struct Row { const char *label; KXP3 first, second, third; std::int32_t status; KXPlane plane; };
     const Row rows[] = {
         {"counter-clockwise seen from +Z", {0, 0, 0}, {1, 0, 0}, {1, 1, 0}, 0, {0, 0, 1, -0.0f}},
         {"two points swapped", {0, 0, 0}, {1, 1, 0}, {1, 0, 0}, 0, {0, 0, -1, -0.0f}},
@@ -43,13 +38,7 @@ TEST_CASE("KXPlaneEquation")
 TEST_CASE("KXRotateInPlane")
 {
     const auto quarter = static_cast<float>(1.5707963705062866);
-    struct Row {
-        const char *label;
-        KXP3 point;
-        KXV3 axis;
-        float angle;
-        KXP3 wanted;
-    };
+    struct Row { const char *label; KXP3 point; KXV3 axis; float angle; KXP3 wanted; };
     const Row rows[] = {
         {"about Z, +X towards +Y; small cosines stay", {1, 0, 0}, {0, 0, 1}, quarter, {-4.37113883e-08f, 1, 0}},
         {"about X, +Y towards +Z", {0, 1, 0}, {1, 0, 0}, quarter, {0, -4.37113883e-08f, 1}},

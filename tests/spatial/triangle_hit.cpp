@@ -11,14 +11,7 @@ struct Corners {
 
 /** Path is KXLine, with its end, or KXRay, with its direction. */
 template <typename Path>
-struct Row {
-    const char *label;
-    Path path;
-    KXPlane plane;
-    Corners corners;
-    std::int32_t verdict;
-    KXP3 point;
-};
+struct Row { const char *label; Path path; KXPlane plane; Corners corners; std::int32_t verdict; KXP3 point; };
 
 /** Also with the plane turned over, which changes nothing, and with words of the host's own around. */
 template <typename Path>
@@ -57,7 +50,8 @@ TEST_CASE("KXLineIxTriangle: the crossing of the plane")
         {"starts on it, the other way", {{0.25f, 0.25f, 0}, {0.25f, 0.25f, -1}}, level, half_square, 0, untouched},
         {"ends on it", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 0}}, level, half_square, 1, hit},
         {"stops short", {{0.25f, 0.25f, 2}, {0.25f, 0.25f, 1}}, level, half_square, 0, untouched},
-        {"stops just short", {{0.25f, 0.25f, 1.0000001f}, {0.25f, 0.25f, 1.1920929e-07f}}, level, half_square, 0, untouched},
+        {"stops just short", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 0x1p-24f}}, level, half_square, 0, untouched},
+        {"delta is single along z", {{0.25f, 0.25f, 0x1p24f}, {0.25f, 0.25f, -1}}, level, half_square, 1, hit},
         {"runs away above", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 2}}, level, half_square, 0, untouched},
         {"runs away below", {{0.25f, 0.25f, -1}, {0.25f, 0.25f, -2}}, level, half_square, 0, untouched},
         {"parallel", {{0.25f, 0.25f, 1}, {0.5f, 0.25f, 1}}, level, half_square, 0, untouched},
