@@ -210,7 +210,7 @@ KX_API int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point);
  *     an axis with |d| below KX_TOLERANCE                      0 or 1   the origin
  *     the slabs have no t in common, or none at or above 0       0      the origin
  *     contact from outside, t as for a line                      1      d*t + o, where it enters
-     from inside, t the lowest of the higher of each t1 and t2  1      d*t + o, where it leaves
+ *     from inside, t the lowest of the higher of each t1 and t2  1      d*t + o, where it leaves
  *
  * t goes no further than KX_HUGE. There is no other limit.
  *
@@ -246,10 +246,10 @@ KX_API int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point);
  *
  * The tolerances are absolute. A path whose step times the normal comes to less than KX_TOLERANCE
  * is parallel: with a unit direction and a unit normal that is a millionth of a radian. A triangle
- * is not hit when |den|, twice its projected area, is below KX_TOLERANCE, which legs of a
- * thousandth are; or, with ep equal to 0, when |fp| or |eq| is, which takes legs of a millionth. So
- * a small triangle may be hit with its corners in one order and not in another. Scale small meshes
- * up.
+ * is not hit when |den|, twice its projected area, is below KX_TOLERANCE: with legs of less than a
+ * thousandth. With ep equal to 0 it is |fp| or |eq| that must not be: legs of less than a millionth.
+ * So a small triangle may be hit with its corners in one order and not in another. Scale small
+ * meshes up.
  *
  * A start on the plane does not cross it.
  */
