@@ -247,9 +247,9 @@ KX_API int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point);
  * The tolerances are absolute. A path whose step times the normal comes to less than KX_TOLERANCE
  * is parallel: with a unit direction and a unit normal that is a millionth of a radian. A triangle
  * is not hit when |den|, twice its projected area, is below KX_TOLERANCE: with legs of less than a
- * thousandth. With ep equal to 0 it is |fp| or |eq| that must not be: legs of less than a millionth.
- * So a small triangle may be hit with its corners in one order and not in another. Scale small
- * meshes up.
+ * thousandth. With ep equal to 0 it is |fp| or |eq| that must not be: legs of less than a
+ * millionth. So a small triangle may be hit with its corners in one order and not in another. Scale
+ * small meshes up.
  *
  * A start on the plane does not cross it.
  */
