@@ -46,6 +46,7 @@ TEST_CASE("KXRotateInPlane")
         {"no angle", {1, 2, 3}, {0.6f, 0, 0.8f}, 0, {1, 2, 3}},
         {"no axis: times the cosine", {1, 2, -4}, {0, 0, 0}, 1, {0.540302277f, 1.08060455f, -2.16120911f}},
         {"each single, and each that is not", {-6, -3, 4}, {0.4f, 0.4f, -0.8f}, 2.5f, {-0.57102704f, -0.58056891f, 7.31181431f}},
+        {"no component like another", {3, -2, 5}, {0.3f, -0.5f, 0.8f}, 0.7f, {2.13095999f, -1.64360416f, 5.51395178f}},
         {"order of the sums", {0x1p30f, 0x1p30f, -0.1f}, {1, 1, 0}, 1, {1.5673385e+09f, 1.5673385e+09f, 30.0166759f}},
     };
     for (const Row &row : rows) {
