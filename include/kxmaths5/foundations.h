@@ -1,6 +1,6 @@
 /**
  * @file
- * Vectors and length units.
+ * Vectors, bits and scalars, length units.
  */
 #ifndef KXMATHS5_FOUNDATIONS_H
 #define KXMATHS5_FOUNDATIONS_H
@@ -99,6 +99,72 @@ KX_API void KXV3Perpendicular(const KXV3 *v, KXV3 *out);
  * @param[in]  t    the weight of b
  */
 KX_API void KXV3Combine(const KXV3 *a, const KXV3 *b, KXV3 *out, float s, float t);
+
+/** @} */
+
+/** @name Bits and scalars
+ * Bit 0 is the least significant.
+ */
+/** @{ */
+
+/**
+ * How many bits of a word are set.
+ *
+ * @param[in] v  the word
+ * @return the count, 0 to 32
+ */
+KX_API uint32_t KXBitCount(uint32_t v);
+
+/**
+ * Index of the lowest bit that is set.
+ *
+ * Degenerate: 32 for a word of 0, unlike KXMSB.
+ *
+ * @param[in] v  the word
+ * @return the index, 0 to 31; or 32
+ */
+KX_API uint32_t KXLSB(uint32_t v);
+
+/**
+ * Index of the highest bit that is set.
+ *
+ * Degenerate: 0 for a word of 0, as for a word of 1; test the word itself to tell them apart.
+ *
+ * @param[in] v  the word
+ * @return the index, 0 to 31
+ */
+KX_API uint32_t KXMSB(uint32_t v);
+
+/**
+ * Straight-line interpolation from (x0, y0) to (x1, y1), held at both ends. In this order:
+ *
+ *     x at or below x0:  y0
+ *     x at or above x1:  y1
+ *     otherwise:         (x - x0)*(y1 - y0) / (x1 - x0) + y0
+ *
+ * Degenerate: with x0 equal to x1, or above it, an x at or below x0 gives y0 and any other gives
+ * y1; nothing is divided.
+ *
+ * @param[in] x0  where the interval begins
+ * @param[in] y0  the value there
+ * @param[in] x1  where it ends
+ * @param[in] y1  the value there
+ * @param[in] x   the position
+ * @return the value at x, unrounded
+ */
+KX_API double KXInterpolate(float x0, float y0, float x1, float y1, float x);
+
+/**
+ * Time between two readings of a free-running 32-bit counter, in thousands of counts: the
+ * difference modulo 2^32, read as a signed integer, times the single 0.001. A counter that has
+ * wrapped round still gives the true difference, as long as that is below 2^31 counts; a larger one
+ * comes out negative.
+ *
+ * @param[in] later    the later reading
+ * @param[in] earlier  the earlier reading
+ * @return the difference, scaled and unrounded: seconds, for a counter of milliseconds
+ */
+KX_API double KXDiffTime(uint32_t later, uint32_t earlier);
 
 /** @} */
 

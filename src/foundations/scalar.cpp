@@ -1,0 +1,26 @@
+/* Interpolation, and the difference of two tick readings. */
+#include "kxmaths5/foundations.h"
+
+#include "numeric.h"
+
+double KXInterpolate(float x0, float y0, float x1, float y1, float x)
+{
+    const double from = kx::wide(x0), to = kx::wide(x1), at = kx::wide(x);
+    // In this order the tests also settle an interval of no length, or one turned round: the
+    // division is not reached.
+    if (at <= from) {
+        return kx::wide(y0);
+    }
+    if (at >= to) {
+        return kx::wide(y1);
+    }
+    return (at - from) * (kx::wide(y1) - kx::wide(y0)) / (to - from) + kx::wide(y0);
+}
+
+double KXDiffTime(uint32_t later, uint32_t earlier)
+{
+    // The single 0.001, and a product: a quotient by 1000 has other bits. The conversion turns the
+    // upper half of the differences negative.
+    constexpr double scale = static_cast<double>(0.001f);
+    return static_cast<double>(static_cast<int32_t>(later - earlier)) * scale;
+}

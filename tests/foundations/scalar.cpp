@@ -1,0 +1,41 @@
+#include "support/check.h"
+
+using namespace test;
+
+TEST_CASE("KXInterpolate")
+{
+    struct Row { const char *label; float x0, y0, x1, y1, x; double y; };
+    const Row rows[] = {
+        {"half way", 0, 0, 10, 100, 5, 50},
+        {"before", 0, 0, 10, 100, -1, 0},
+        {"at the beginning", 0, 0, 10, 100, 0, 0},
+        {"at the end", 0, 0, 10, 100, 10, 100},
+        {"behind", 0, 0, 10, 100, 11, 100},
+        {"neither from 0", 1, 10, 3, 20, 2.5f, 17.5},
+        {"no length, before", 5, 1, 5, 2, 4, 1},
+        {"no length, there", 5, 1, 5, 2, 5, 1},
+        {"no length, behind", 5, 1, 5, 2, 6, 2},
+        {"turned round, between", 10, 0, 0, 100, 5, 0},
+        {"turned round, behind", 10, 0, 0, 100, 11, 100},
+        {"the product first, then the quotient", 1.7f, 6.2f, 7.8f, 9.9f, 3.2f, 7.10983580660032},
+        {"differences stay wide", -1, 0, 0x1p24f, 0x1p24f, 0, 0.9999999403953588},
+    };
+    for (const Row &row : rows) {
+        check_same(row.label, row.y, KXInterpolate(row.x0, row.y0, row.x1, row.y1, row.x));
+    }
+}
+
+TEST_CASE("KXDiffTime")
+{
+    struct Row { const char *label; std::uint32_t later, earlier; double time; };
+    const Row rows[] = {
+        {"two seconds", 5000, 3000, 2.0000000949949026},
+        {"the other way round", 3000, 5000, -2.0000000949949026},
+        {"across the wrap", 5, 0xffffffffU, 0.006000000284984708},
+        {"half the range is negative", 0x80000000U, 0, -2147483.75},
+        {"one less is not", 0x7fffffffU, 0, 2147483.749},
+    };
+    for (const Row &row : rows) {
+        check_same(row.label, row.time, KXDiffTime(row.later, row.earlier));
+    }
+}
