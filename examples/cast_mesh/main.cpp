@@ -91,7 +91,7 @@ std::vector<ReportLine> told_of(const Scene &scene, const Camera &camera, const 
                     " from the mesh's middle"}};
     if (scene.unseen_triangles > 0) {
         lines.push_back({"not seen", with_commas(scene.unseen_triangles) +
-                                         " triangles are too small or too flat to be hit"});
+                                         " of the triangles, too small or too flat to be hit"});
     }
     return lines;
 }

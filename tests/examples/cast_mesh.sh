@@ -37,7 +37,7 @@ diff - report.txt <<'TEXT' || fail "the report is wrong"
 mesh           cube.obj: 13 triangles
 scale          512, about the mesh's middle
 eye            (0.5, 0.5, 10.5) m, 10 m from the mesh's middle
-not seen       1 triangles are too small or too flat to be hit
+not seen       1 of the triangles, too small or too flat to be hit
 pixel 70 60    triangle 0
 point          (0.829165, 0.335417, 1) m
 from the eye   range 9.50713 m, bearing 178.02, elevation -0.99193 degrees
