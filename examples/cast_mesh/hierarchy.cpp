@@ -26,7 +26,6 @@ int longest_axis(const KXV3 &extent)
 
 void grow(KXBox &box, float margin)
 {
-    // A minimum moves down and a maximum up, however the weights are taken.
     const KXV3 step = {margin, margin, margin};
     KXV3Combine(&box.minimum, &step, &box.minimum, 1.0f, -1.0f);
     KXV3Combine(&box.maximum, &step, &box.maximum, 1.0f, 1.0f);

@@ -60,7 +60,7 @@ public:
 
     Colour seen_along(const KXRay &ray) const
     {
-        // Warmer near the horizon, wherever the world's up is in this space.
+        // Paler near the horizon, wherever the world's up is in this space.
         const Colour sky = mix({0.80f, 0.84f, 0.90f}, {0.45f, 0.58f, 0.80f},
                                std::clamp(1.6f * dot(up, ray.direction) + 0.3f, 0.0f, 1.0f));
         const auto hit = hierarchy.nearest(ray);
@@ -87,8 +87,8 @@ private:
         if (dot(normal, to_light) <= 0.0f) {
             return false;
         }
-        // Off the surface by a ten-thousandth of the mesh, so that no triangle shades itself; as
-        // far as the mesh and its floor go.
+        // Off the surface by a ten-thousandth of the mesh or two, so that no triangle shades
+        // itself; four times the mesh's size and more, which is as far as the floor shows.
         KXLine line;
         KXV3Combine(&point, &normal, &line.start, 1.0f, 0.1f);
         KXV3Combine(&line.start, &to_light, &line.end, 1.0f, 4096.0f);

@@ -84,7 +84,8 @@ void Scene::add_triangle(std::uint32_t a, std::uint32_t b, std::uint32_t c)
 
 bool Scene::can_be_hit(const KXTriangle &triangle) const
 {
-    // Straight at its middle, a unit away, along the normal: if that does not hit, nothing does.
+    // Straight at its middle, from a unit away along the normal: a triangle that is missed from
+    // there is below the tolerances, which look at the triangle and not at the ray.
     const KXP3 &a = points[triangle.corner[0].vertex];
     const KXP3 &b = points[triangle.corner[1].vertex];
     const KXP3 &c = points[triangle.corner[2].vertex];

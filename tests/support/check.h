@@ -129,7 +129,7 @@ void check_two_in_out(const std::string &label, const Record &a, const Record &b
     second.check(label + ", out is b", wanted);
 }
 
-/** A permutation of digits and signs without end: xorshift, so that every run is the same. */
+/** Numbers without end, the same in every run: xorshift. */
 class Random
 {
 public:
