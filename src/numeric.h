@@ -51,6 +51,9 @@ double rounded(float) = delete;
 constexpr double tolerance = static_cast<double>(KX_TOLERANCE);
 constexpr double huge = static_cast<double>(KX_HUGE);
 
+/** The single nearest to pi/2, widened: a little above the true quarter turn. */
+constexpr double quarter_turn = 1.5707963705062866;
+
 inline double magnitude(double value)
 {
     return ::fabs(value);

@@ -3,13 +3,13 @@
 
 #include "numeric.h"
 
+using kx::quarter_turn;
 using kx::Wide3;
 
 namespace
 {
 
 // Singles, widened: each lies a little off the true angle.
-constexpr double quarter_turn = 1.5707963705062866;
 constexpr double three_quarter_turn = 4.71238899230957;
 constexpr double whole_turn = 6.2831854820251465;
 

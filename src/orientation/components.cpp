@@ -1,0 +1,144 @@
+/* Position, angles and scale read off a transform by its columns. */
+#include "kxmaths5/orientation.h"
+
+#include "kxmaths5/foundations.h"
+#include "kxmaths5/matrix.h"
+#include "numeric.h"
+
+namespace
+{
+
+/** The determinant is that of the whole matrix, and a single here: the last row counts too. */
+bool is_mirrored(double determinant)
+{
+    return kx::rounded(determinant) < -kx::tolerance;
+}
+
+float quarter_turn_towards(double side)
+{
+    return kx::single(side > 0.0 ? kx::quarter_turn : -kx::quarter_turn);
+}
+
+/** Makes the three columns of the block unit length one by one; returns what they had, unrounded.
+ */
+kx::Wide3 normalise_columns(KXM4 *m)
+{
+    const auto normalise = [m](int c) {
+        KXV3 column = {m->m[0][c], m->m[1][c], m->m[2][c]};
+        const double length = KXV3Normalise(&column, &column);
+        m->m[0][c] = column.x;
+        m->m[1][c] = column.y;
+        m->m[2][c] = column.z;
+        return length;
+    };
+    const double x = normalise(0);
+    const double y = normalise(1);
+    const double z = normalise(2);
+    return {x, y, z};
+}
+
+float rotation_about_x(const KXM4 &m)
+{
+    const double s = kx::wide(m.m[1][2]);
+    // Next to a quarter turn an arcsine is as good as its last bit; beyond it there is none.
+    if (1.0 - kx::magnitude(s) >= kx::tolerance) {
+        return kx::single(-kx::arcsine(s));
+    }
+    return -quarter_turn_towards(s);
+}
+
+float rotation_about_y(const KXM4 &m)
+{
+    // A mirrored matrix keeps the sign of this element: the mirror is in the first column alone.
+    const double e = kx::wide(m.m[0][2]);
+    const double w = kx::wide(m.m[2][2]);
+    if (kx::magnitude(w) >= kx::tolerance) {
+        return kx::single(kx::arctangent(e, w));
+    }
+    // Both are next to nothing at a quarter turn about X: all that is left to turn is left to Z.
+    if (kx::magnitude(e) < kx::tolerance) {
+        return 0.0f;
+    }
+    return quarter_turn_towards(e);
+}
+
+/** RX(-x)*RY(-y)*m: what remains of RY*RX*RZ is RZ. */
+KXM4 turned_back(const KXM4 &m, float x, float y)
+{
+    const double back_x = -kx::wide(x), back_y = -kx::wide(y);
+    KXM4 about_x, about_y, back;
+    KXM4RotateY2(kx::single(kx::cosine(back_y)), kx::single(kx::sine(back_y)), &about_y);
+    KXM4RotateX2(kx::single(kx::cosine(back_x)), kx::single(kx::sine(back_x)), &about_x);
+    KXM4Mult(&about_x, &about_y, &back);
+    KXM4Mult(&back, &m, &back);
+    return back;
+}
+
+/** The angle about Z of a block whose first row starts with a, b. */
+float rotation_about_z(double a, double b, bool mirrored)
+{
+    return kx::single(-kx::arctangent(b, mirrored ? -a : a));
+}
+
+/** The same where a is next to nothing. */
+float quarter_turn_about_z(double b)
+{
+    return kx::magnitude(b) >= kx::tolerance ? -quarter_turn_towards(b) : 0.0f;
+}
+
+} // namespace
+
+void KXM4MatrixComponents(const KXM4 *m, KXPosition *position, KXV3 *scale)
+{
+    const bool mirrored = is_mirrored(KXM4Determinant(m));
+    KXM4 unit_columns = *m;
+    const kx::Wide3 lengths = normalise_columns(&unit_columns);
+    if (scale != nullptr) {
+        *scale = kx::single(lengths);
+        scale->x = mirrored ? -scale->x : scale->x;
+    }
+
+    const float x = rotation_about_x(unit_columns);
+    const float y = rotation_about_y(unit_columns);
+    const KXM4 rest = turned_back(unit_columns, x, y);
+    const double a = kx::wide(rest.m[0][0]);
+    const double b = kx::wide(rest.m[0][1]);
+    // At or above; the form for the plane has above.
+    const float z = kx::magnitude(a) >= kx::tolerance ? rotation_about_z(a, b, mirrored)
+                                                      : quarter_turn_about_z(b);
+    if (position != nullptr) {
+        *position = {unit_columns.m[0][3], unit_columns.m[1][3], unit_columns.m[2][3], x, y, z};
+    }
+}
+
+void KXM3MatrixComponents(const KXM3 *m, KXP2 *position, float *angle, float *scaleX, float *scaleY)
+{
+    const bool mirrored = is_mirrored(KXM3Determinant(m));
+    KXM3 unit_columns = *m;
+    float *const scales[2] = {scaleX, scaleY};
+    for (int c = 0; c < 2; ++c) {
+        const double x = kx::wide(unit_columns.m[0][c]);
+        const double y = kx::wide(unit_columns.m[1][c]);
+        const double length = kx::square_root(x * x + y * y);
+        if (scales[c] != nullptr) {
+            *scales[c] = kx::single(length);
+        }
+        if (length > kx::tolerance) {
+            const double k = 1.0 / length;
+            unit_columns.m[0][c] = kx::single(x * k);
+            unit_columns.m[1][c] = kx::single(y * k);
+        }
+    }
+    if (mirrored && scaleX != nullptr) {
+        *scaleX = -*scaleX;
+    }
+    if (position != nullptr) {
+        *position = {unit_columns.m[0][2], unit_columns.m[1][2]};
+    }
+    if (angle != nullptr) {
+        const double a = kx::wide(unit_columns.m[0][0]);
+        const double b = kx::wide(unit_columns.m[0][1]);
+        *angle = kx::magnitude(a) > kx::tolerance ? rotation_about_z(a, b, mirrored)
+                                                  : quarter_turn_about_z(b);
+    }
+}

@@ -1,0 +1,137 @@
+#include "support/check.h"
+
+#include <algorithm>
+#include <cmath>
+
+using namespace test;
+
+static constexpr float quarter_turn = 1.5707964f;
+static constexpr float half_turn = 3.1415927f;
+
+/** Both outputs, each alone, and neither. */
+static void check_components(const char *label, const KXM4 &m, const KXPosition &position, const KXV3 &scale)
+{
+    Guarded<KXPosition> both, alone;
+    Guarded<KXV3> both_scale, alone_scale;
+    KXM4MatrixComponents(&m, &both.record, &both_scale.record);
+    both.check(label, position);
+    both_scale.check(label, scale);
+    KXM4MatrixComponents(&m, &alone.record, nullptr);
+    alone.check(label, position);
+    KXM4MatrixComponents(&m, nullptr, &alone_scale.record);
+    alone_scale.check(label, scale);
+    KXM4MatrixComponents(&m, nullptr, nullptr);
+}
+
+TEST_CASE("KXM4MatrixComponents to the bit")
+{
+    constexpr float t = tolerance, a = above_tolerance, b = 0x1.0c6f78p-20f, q = quarter_turn, h = half_turn;
+    struct Row { const char *label; KXM4 m; KXPosition position; KXV3 scale; };
+    const Row rows[] = {
+        {"the determinant a single, of the whole matrix, and at the tolerance no mirror",
+         {{{-1.03125f, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, 0x1.044d12p-20f}}},
+         {5, 6, 7, -0.0f, 0, -h}, {1.03125f, 1, 1}},
+        {"a mirror by the next single",
+         {{{-1, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, a}}}, {5, 6, 7, -0.0f, 0, -0.0f}, {-1, 1, 1}},
+        {"m12 of 1 - 2^-20 is a quarter turn about X",
+         {{{1, -0.0f, 0, 0}, {0, 0x1.6a09ep-10f, -0x1.ffffep-1f, 0}, {0, 0x1.ffffep-1f, 0x1.6a09ep-10f, 0}, {0, 0, 0, 1}}},
+         {0, 0, 0, q, 0, -0.0f}, {1, 1, 1}},
+        {"the next single below it is none",
+         {{{1, 0, 0, 0}, {0, 0x1.752e4ap-10f, 0x1.ffffdep-1f, 0}, {0, -0x1.ffffdep-1f, 0x1.752e4ap-10f, 0}, {0, 0, 0, 1}}},
+         {0, 0, 0, -1.56937277f, 0, -0.0f}, {1, 1, 1}},
+        {"m22 at the tolerance; no rest about Z below it",
+         {{{0, 0, -1, 0}, {1, 1, 0, 0}, {0, b, -t, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, -1.57079732f, 0}, {1, 1, 1}},
+        {"m22 just below it; a rest about Z at it",
+         {{{0, 0, -1, 0}, {1, 1, 0, 0}, {0, -t, b, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, -q, q}, {1, 1, 1}},
+        {"m02 at the tolerance; a just below it",
+         {{{0, 0, -t, 0}, {1, 0, 1, 0}, {b, 1, 0, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -q, -q, -q}, {1, 1, 1}},
+        {"m02 just below it; a at it",
+         {{{-t, -1, b, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -q, 0, 1.5707953f}, {-1, 1, 1}},
+        {"all roundings of a mirror; its element with its own sign",
+         {{{8, 5, -3, 5}, {-9, 3, 5, -6}, {-3, 9, -6, -3}, {0, 0, 0, 1}}},
+         {5, -6, -3, -0.640522301f, -2.67794514f, 0.060830716f}, {-12.4096737f, 10.7238054f, 8.36660004f}},
+        {"nothing", {{{0}}}, {0, 0, 0, -0.0f, 0, 0}, {0, 0, 0}},
+    };
+    for (const Row &row : rows) {
+        check_components(row.label, row.m, row.position, row.scale);
+    }
+}
+
+TEST_CASE("KXM3MatrixComponents to the bit")
+{
+    constexpr float t = tolerance, a = above_tolerance, b = 0x1.0c6f78p-20f, q = quarter_turn;
+    struct Outputs { KXP2 position; float angle, scale_x, scale_y; };
+    struct Row { const char *label; KXM3 m; Outputs wanted; };
+    const Row rows[] = {
+        {"the determinant a single, of the whole matrix, and at the tolerance no mirror",
+         {{{0, 1.03125f, 5}, {1, 0, 6}, {0, 0, 0x1.044d12p-20f}}}, {{5, 6}, -q, 1, 1.03125f}},
+        {"a mirror by the next single; m00 above the tolerance",
+         {{{a, 1, 5}, {1, -a, 6}, {0, 0, a}}}, {{5, 6}, -1.57079732f, -1, 1}},
+        {"m00, m01 and a length at the tolerance", {{{t, -t, 0}, {0, 1, 0}, {0, 0, 1}}}, {{0, 0}, q, t, 1}},
+        {"m01 just below it", {{{-t, b, 0}, {1, 1, 0}, {0, 0, 1}}}, {{0, 0}, 0, -1, 1}},
+        {"the reciprocal not single; no third row in the lengths",
+         {{{-9, -6, 1}, {9, 6, 4}, {-1, -2, 3}}}, {{1, 4}, 0.785398185f, -12.7279224f, 8.48528099f}},
+    };
+    for (const Row &row : rows) {
+        // All outputs, and then without each of them.
+        for (int missing = -1; missing < 4; ++missing) {
+            Guarded<Outputs> out;
+            Outputs &o = out.record;
+            KXM3MatrixComponents(&row.m, missing == 0 ? nullptr : &o.position, missing == 1 ? nullptr : &o.angle,
+                                 missing == 2 ? nullptr : &o.scale_x, missing == 3 ? nullptr : &o.scale_y);
+            auto wanted = bits_as<Words<Outputs>>(row.wanted);
+            if (missing == 0) {
+                wanted[0] = wanted[1] = marker;
+            } else if (missing > 0) {
+                wanted[static_cast<std::size_t>(missing) + 1] = marker;
+            }
+            out.check(row.label, bits_as<Outputs>(wanted));
+        }
+    }
+}
+
+/** T*RY*RX*RZ*diag(scale). */
+static KXM4 built(const KXPosition &position, const KXV3 &scale)
+{
+    KXM4 m, s;
+    KXM4Position(&m, nullptr, &position, KX_ORDER_YXZ);
+    KXM4Scale(scale.x, scale.y, scale.z, &s);
+    KXM4Mult(&m, &s, &m);
+    return m;
+}
+
+TEST_CASE("What is placed comes back, mirrored or not")
+{
+    Random random;
+    for (int i = 0; i < 20000; ++i) {
+        const auto length = [&random] { return 0.5f + std::fabs(random(2)); };
+        const float mirror = i % 2 == 0 ? 1.0f : -1.0f;
+        const KXPosition position = {random(9), random(9), random(9), random(1.55f), random(3.1f), random(3.1f)};
+        const KXV3 scale = {mirror * length(), length(), length()};
+        const KXM4 m = built(position, scale);
+        KXPosition read;
+        KXV3 read_scale;
+        KXM4MatrixComponents(&m, &read, &read_scale);
+        // The X rotation is an arcsine, and where it loses the other two are next to each other.
+        const double slack = 5e-7 / std::cos(static_cast<double>(position.rotateX));
+        const auto wanted = bits_as<std::array<float, 6>>(position), got = bits_as<std::array<float, 6>>(read);
+        for (std::size_t k = 0; k < 6; ++k) {
+            CHECK(std::fabs(wanted[k] - got[k]) <= (k < 3 ? 0.0 : slack));
+        }
+        CHECK(std::fabs(read_scale.x - scale.x) <= 5e-7f);
+        CHECK(std::fabs(read_scale.y - scale.y) <= 5e-7f);
+        CHECK(std::fabs(read_scale.z - scale.z) <= 5e-7f);
+
+        // Any angles build the same matrix again; on the quarter turn about X itself nothing is lost.
+        KXPosition any = {random(9), random(9), random(9), random(7), random(7), random(7)};
+        const float loss = std::max(std::fabs(std::cos(any.rotateX)), 1e-3f);
+        const bool quarter = i % 5 == 0;
+        any.rotateX = quarter ? std::copysign(quarter_turn, any.rotateX) : any.rotateX;
+        const KXM4 first = built(any, scale);
+        KXM4MatrixComponents(&first, &read, &read_scale);
+        const KXM4 again = built(read, read_scale);
+        for (int e = 0; e < 16; ++e) {
+            CHECK(std::fabs(first.m[e / 4][e % 4] - again.m[e / 4][e % 4]) <= (quarter ? 2e-6f : 4e-6f / loss));
+        }
+    }
+}

@@ -1,0 +1,90 @@
+#include "support/check.h"
+
+#include <cmath>
+
+using namespace test;
+
+TEST_CASE("KXGenerateQuat")
+{
+    struct Row { const char *label; float angle; KXV3 axis; KXQuat wanted; };
+    const Row rows[] = {
+        {"sine and axis single", -0.125f, {-4, -6, 3}, {0.0319883861f, 0.0479825735f, -0.0239912868f, 0.998047531f}},
+        {"too short to be made unit", 1, {0, -tolerance, 0}, {0, -0x1.0163bep-21f, 0, 0.87758255f}},
+    };
+    for (const Row &row : rows) {
+        Guarded<KXQuat> quat;
+        KXGenerateQuat(row.angle, &row.axis, &quat.record);
+        quat.check(row.label, row.wanted);
+    }
+    // The sense of rotation is that of the matrices.
+    const KXV3 axes[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
+    for (int axis = 0; axis < 3; ++axis) {
+        KXQuat quat;
+        KXM4 turned, wanted;
+        KXGenerateQuat(0.75f, &axes[axis], &quat);
+        KXQuatToMatrix(&quat, &turned);
+        KXM4Orientation(&wanted, nullptr, axis == 0 ? 0.75f : 0, axis == 1 ? 0.75f : 0, axis == 2 ? 0.75f : 0, KX_ORDER_XYZ);
+        for (int e = 0; e < 16; ++e) {
+            CHECK(std::fabs(turned.m[e / 4][e % 4] - wanted.m[e / 4][e % 4]) <= 1.5e-7f);
+        }
+    }
+}
+
+TEST_CASE("KXQuatToMatrix")
+{
+    Guarded<KXM4> out, none;
+    const KXQuat quat = {-13, 11, 11, -9}, zero = {0, 0, 0, 0};
+    KXQuatToMatrix(&quat, &out.record);
+    out.check("eight products single, zz not",
+              {{{0x1.0a6828p-6f, -0x1.6e4f14p-3f, -0x1.f7acbep-1f, 0}, {-0x1.f7accp-1f, -0x1.6e4f16p-3f, 0x1.0a68p-6f, 0},
+                {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0}, {0, 0, 0, 1}}});
+
+    KXQuatToMatrix(&zero, &none.record);
+    for (int e = 0; e < 9; ++e) {
+        float &element = none.record.m[e / 3][e % 3];
+        CHECK(std::isnan(element));
+        element = 7;
+    }
+    none.check("the zero quaternion", {{{7, 7, 7, 0}, {7, 7, 7, 0}, {7, 7, 7, 0}, {0, 0, 0, 1}}});
+}
+
+TEST_CASE("KXMatrixToQuat")
+{
+    struct Row { const char *label; KXM4 m; KXQuat wanted; };
+    const Row rows[] = {
+        {"a trace above 0",
+         {{{-0.857142866f, -0.857142866f, -4, 0}, {-0.142857149f, 1.14285719f, 0.428571433f, 0}, {6, -0.142857149f, 1, 0}, {0, 0, 0, 1}}},
+         {-0.188982233f, -3.30718923f, 0.236227795f, 0.755928934f}},
+        {"m22 the largest",
+         {{{-6, -0.571428597f, -1.14285719f, 0}, {7, 0.142857149f, 9, 0}, {-1, 0.428571433f, 4, 0}, {0, 0, 0, 1}}},
+         {-0.325166255f, 1.43073142f, 1.64750898f, 1.14892066f}},
+        {"a trace of 0, a tie, and a last row and column not read",
+         {{{0, 1, 2, 9}, {3, 0, 4, 9}, {6, 8, 0, 9}, {9, 9, 9, 9}}}, {0.5f, 2, 4, 2}},
+        {"m11 equal to m22", {{{-3, 0.25f, 0.5f, 0}, {0.75f, 1, 2, 0}, {3, 4, 1, 0}, {0, 0, 0, 1}}}, {0.25f, 1, 1.5f, -0.625f}},
+    };
+    for (const Row &row : rows) {
+        Guarded<KXQuat> quat;
+        KXMatrixToQuat(&row.m, &quat.record);
+        quat.check(row.label, row.wanted);
+    }
+}
+
+TEST_CASE("A quaternion comes back through its matrix, or its negative")
+{
+    Random random;
+    for (int i = 0; i < 20000; ++i) {
+        const KXV3 axis = random.record<KXV3>(1);
+        // One in four next to a half turn, where the trace leaves w to the other form.
+        const float angle = i % 4 == 0 ? 2.0943952f + random(1e-6f) : random(7);
+        KXQuat quat, again;
+        KXM4 m;
+        KXGenerateQuat(angle, &axis, &quat);
+        KXQuatToMatrix(&quat, &m);
+        KXMatrixToQuat(&m, &again);
+        const float sign = quat.x * again.x + quat.y * again.y + quat.z * again.z + quat.w * again.w < 0 ? -1.0f : 1.0f;
+        CHECK(std::fabs(quat.x - sign * again.x) <= 5e-7f);
+        CHECK(std::fabs(quat.y - sign * again.y) <= 5e-7f);
+        CHECK(std::fabs(quat.z - sign * again.z) <= 5e-7f);
+        CHECK(std::fabs(quat.w - sign * again.w) <= 5e-7f);
+    }
+}
