@@ -1,0 +1,249 @@
+/* Calls a function with the corpus, in every permitted sharing of its records, and digests it. */
+#ifndef KX_DIGEST_TRIAL_H
+#define KX_DIGEST_TRIAL_H
+
+#include "corpus.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <initializer_list>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+namespace digest
+{
+
+/**
+ * One function's trial. Everything enters the digest: results, outputs, inputs, and the words
+ * around them, so that a store in the wrong place shows as well.
+ */
+class Trial
+{
+public:
+    explicit Trial(const char *name) : corpus(name) {}
+
+    /** Words that the function takes by value stay below this; without it they are any. */
+    Trial &words_below(std::uint32_t limit)
+    {
+        word_limit = limit;
+        return *this;
+    }
+
+    /** The function moves floats unchanged, so NaNs must come out as they went in. */
+    Trial &moves_nans()
+    {
+        has_moved_nans = true;
+        return *this;
+    }
+
+    /**
+     * A sharing has a character for each argument: a letter names the record that stands there, so
+     * that the same letter twice is one record; - is null; . goes by value.
+     */
+    template <typename Result, typename... Arguments>
+    std::uint64_t run(Result (*function)(Arguments...),
+                      std::initializer_list<const char *> sharings)
+    {
+        for (const char *sharing : sharings) {
+            for (int i = 0; i < 3000; ++i) {
+                corpus.next_kind();
+                call(function, sharing, std::index_sequence_for<Arguments...>());
+            }
+        }
+        moved = has_moved_nans;
+        corpus.use(Kind::moved_nans);
+        for (int i = 0; has_moved_nans && i < 1000; ++i) {
+            call(function, *sharings.begin(), std::index_sequence_for<Arguments...>());
+        }
+        return digest.value();
+    }
+
+    /** Points through a matrix: every count from 0 to 70, apart and in place. */
+    template <typename Matrix, typename Point>
+    std::uint64_t run(void (*function)(const Matrix *, std::uint32_t, const Point *, Point *))
+    {
+        for_every_count([&](std::uint32_t count) {
+            Matrix m;
+            corpus.fill(&m);
+            Array<Point> in = array<Point>(count), out = array<Point>(count);
+            function(&m, count, in.points(), out.points());
+            enter(in);
+            enter(out);
+            function(&m, count, in.points(), in.points());
+            enter(in);
+        });
+        return digest.value();
+    }
+
+    /** Points in place from unit to unit, with the same counts. */
+    template <typename Point>
+    std::uint64_t run(void (*function)(KXUnit, KXUnit, std::uint32_t, Point *))
+    {
+        for_every_count([&](std::uint32_t count) {
+            Array<Point> points = array<Point>(count);
+            const KXUnit from = corpus.below(10), to = corpus.below(10);
+            function(from, to, count, points.points());
+            enter(points);
+        });
+        return digest.value();
+    }
+
+    /** A line or a ray against a triangle of four vertices. */
+    template <typename Path>
+    std::uint64_t run(std::int32_t (*function)(const Path *, const KXTriangle *, const KXP3 *,
+                                               KXP3 *))
+    {
+        for (int i = 0; i < 20000; ++i) {
+            corpus.next_kind();
+            Path path;
+            KXP3 vertices[4];
+            KXTriangle triangle;
+            corpus.fill(&path);
+            corpus.fill(vertices, &triangle);
+            Frame point = frame();
+            digest.result(function(&path, &triangle, vertices,
+                                   reinterpret_cast<KXP3 *>(point.record.data())));
+            enter(point);
+        }
+        return digest.value();
+    }
+
+private:
+    /** Room for the largest record, with words around it. */
+    struct Frame {
+        std::array<std::uint32_t, 4> before;
+        std::array<std::uint32_t, 16> record;
+        std::array<std::uint32_t, 4> after;
+        bool filled;
+    };
+
+    /** An array with four words before and behind it. */
+    template <typename Point>
+    struct Array {
+        std::vector<std::uint32_t> words;
+
+        Point *points()
+        {
+            return reinterpret_cast<Point *>(words.data() + 4);
+        }
+    };
+
+    Frame frame()
+    {
+        Frame f = {};
+        for (auto *part : {f.before.data(), f.after.data()}) {
+            std::generate_n(part, 4, [this] { return corpus.word() & 0x7f7fffffU; });
+        }
+        std::generate(f.record.begin(), f.record.end(),
+                      [this] { return bits_of(corpus.number()); });
+        return f;
+    }
+
+    template <typename Point>
+    Array<Point> array(std::uint32_t count)
+    {
+        Array<Point> a;
+        a.words.resize(8 + count * (sizeof(Point) / 4));
+        std::generate(a.words.begin(), a.words.end(), [this] { return bits_of(corpus.number()); });
+        return a;
+    }
+
+    template <typename ForCount>
+    void for_every_count(ForCount call_with)
+    {
+        for (int round = 0; round < 8; ++round) {
+            for (std::uint32_t count = 0; count <= 70; ++count) {
+                corpus.next_kind();
+                call_with(count);
+            }
+        }
+    }
+
+    template <typename Result, typename... Arguments, std::size_t... Place>
+    void call(Result (*function)(Arguments...), const char *sharing, std::index_sequence<Place...>)
+    {
+        for (Frame &f : frames) {
+            f = frame();
+        }
+        // The braces keep the order of the arguments, and with it the corpus, the same everywhere.
+        const std::tuple<Arguments...> arguments{argument<Arguments>(sharing[Place])...};
+        if constexpr (std::is_void_v<Result>) {
+            std::apply(function, arguments);
+        } else {
+            digest.result(std::apply(function, arguments));
+        }
+        for (const Frame &f : frames) {
+            if (f.filled) {
+                enter(f);
+            }
+        }
+    }
+
+    /** An argument by value, or the address of the record that a letter of the sharing names. */
+    template <typename Argument>
+    Argument argument(char letter)
+    {
+        if constexpr (std::is_same_v<Argument, float>) {
+            return corpus.number();
+        } else if constexpr (std::is_same_v<Argument, std::uint32_t>) {
+            return word_limit == 0 ? corpus.word() : corpus.below(word_limit);
+        } else {
+            if (letter == '-') {
+                return nullptr;
+            }
+            Frame &f = frames.at(static_cast<std::size_t>(letter - 'a'));
+            if (!f.filled) {
+                std::remove_const_t<std::remove_pointer_t<Argument>> record;
+                static_assert(sizeof record <= sizeof f.record, "the largest record has room");
+                corpus.fill(&record);
+                std::memcpy(f.record.data(), &record, sizeof record);
+                f.filled = true;
+            }
+            return reinterpret_cast<Argument>(f.record.data());
+        }
+    }
+
+    void enter(std::uint32_t bits)
+    {
+        if (moved) {
+            digest.word(bits);
+        } else {
+            digest.computed(bits);
+        }
+    }
+
+    void enter(const Frame &f)
+    {
+        for (const std::uint32_t bits : f.before) {
+            enter(bits);
+        }
+        for (const std::uint32_t bits : f.record) {
+            enter(bits);
+        }
+        for (const std::uint32_t bits : f.after) {
+            enter(bits);
+        }
+    }
+
+    template <typename Point>
+    void enter(const Array<Point> &a)
+    {
+        for (const std::uint32_t bits : a.words) {
+            enter(bits);
+        }
+    }
+
+    Corpus corpus;
+    Digest digest;
+    std::array<Frame, 5> frames = {};
+    std::uint32_t word_limit = 0;
+    bool has_moved_nans = false;
+    bool moved = false;
+};
+
+} // namespace digest
+
+#endif
