@@ -10,40 +10,18 @@ namespace example
 namespace
 {
 
-float azimuth_of(const KXV3 &v)
-{
-    float elevation, azimuth;
-    KXVectorToEA(&v, &elevation, &azimuth);
-    return azimuth;
-}
-
-float elevation_of(const KXV3 &v)
-{
-    float elevation, azimuth;
-    KXVectorToEA(&v, &elevation, &azimuth);
-    return elevation;
-}
-
 /**
  * How the world is turned before an eye that looks along +Z: about Y until the eye's azimuth lies
- * behind, then about X by its elevation. That is m = RX*RY; the viewing matrix wants RY*RX*RZ.
- *
- * RY(y)*RX(x)*RZ(z) takes +Z to the direction with elevation -x and azimuth y, and z is the azimuth
- * of (m10, 0, m11): the library's own polar measures read the three angles off. Straight up and
- * down there is no such azimuth; then z may be 0, and y is the azimuth of (-m20, 0, m00).
+ * behind, then about X by its elevation. That is RX*RY; the viewing matrix wants RY*RX*RZ.
  */
 KXPosition turned_before(float azimuth, float elevation)
 {
     constexpr float half_turn = 3.1415927f;
     KXM4 m;
+    KXPosition position;
     KXM4Orientation(&m, nullptr, -elevation, half_turn - azimuth, 0.0f, KX_ORDER_XYZ);
-    const KXV3 ahead = {m.m[0][2], m.m[1][2], m.m[2][2]};
-    const KXV3 roll = {m.m[1][0], 0.0f, m.m[1][1]};
-    const float x = -elevation_of(ahead);
-    if (KXV3Length(&roll) < 1e-5) {
-        return {0.0f, 0.0f, 0.0f, x, azimuth_of({-m.m[2][0], 0.0f, m.m[0][0]}), 0.0f};
-    }
-    return {0.0f, 0.0f, 0.0f, x, azimuth_of(ahead), azimuth_of(roll)};
+    KXM4MatrixComponents(&m, &position, nullptr);
+    return position;
 }
 
 } // namespace

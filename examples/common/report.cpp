@@ -50,7 +50,7 @@ std::string with_commas(std::size_t count)
 
 double in_degrees(double radians)
 {
-    return radians * 57.29577951308232;
+    return radians * 57.29577951308232 + 0.0; // -0 would be shown as such
 }
 
 } // namespace example

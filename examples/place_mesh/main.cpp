@@ -8,6 +8,7 @@
 #include "options.h"
 #include "placement.h"
 #include "png_file.h"
+#include "read_back.h"
 #include "sheet.h"
 
 namespace
@@ -22,6 +23,8 @@ void run(int argc, char **argv)
     }
     const Placement placement = place(mesh_named(options->mesh), *options);
     std::vector<ReportLine> lines = report(placement, *options);
+    const std::vector<ReportLine> readings = report(read_back(placement.matrix));
+    lines.insert(lines.end(), readings.begin(), readings.end());
     const Picture picture = draw_sheet(placement, lines, unit_symbol(options->to));
     write_png(options->picture, picture);
     lines.push_back(

@@ -255,7 +255,7 @@ void draw_report(Pen &pen, const Rectangle &panel, const std::vector<ReportLine>
     pen.text(left, y, "A mesh in its place", 22, ink, 0.0, true);
     y += 20;
     for (const ReportLine &line : lines) {
-        y += 31;
+        y += 26;
         pen.text(left, y, line.title, 14, faint_ink);
         pen.text(left + 122, y, line.text, 14, ink);
     }

@@ -31,6 +31,8 @@ TEST_CASE("KXM4MatrixComponents to the bit")
         {"the determinant a single, of the whole matrix, and at the tolerance no mirror",
          {{{-1.03125f, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, 0x1.044d12p-20f}}},
          {5, 6, 7, -0.0f, 0, -h}, {1.03125f, 1, 1}},
+        {"the header's example: a column of length 2",
+         {{{0, -2, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, 0, q}, {1, 2, 1}},
         {"a mirror by the next single",
          {{{-1, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, a}}}, {5, 6, 7, -0.0f, 0, -0.0f}, {-1, 1, 1}},
         {"m12 of 1 - 2^-20 is a quarter turn about X",
@@ -87,6 +89,21 @@ TEST_CASE("KXM3MatrixComponents to the bit")
             }
             out.check(row.label, bits_as<Outputs>(wanted));
         }
+    }
+}
+
+TEST_CASE("The header's example of angles: an order has one reading")
+{
+    KXM4 m;
+    KXComponents rows;
+    KXPosition columns;
+    KXM4Orientation(&m, nullptr, 0.3f, 0.4f, 0.5f, KX_ORDER_XYZ);
+    CHECK(KXM4Decompose(&m, &rows) == 0);
+    KXM4MatrixComponents(&m, &columns, nullptr);
+    const float read[6] = {rows.rotateX, rows.rotateY, rows.rotateZ, columns.rotateX, columns.rotateY, columns.rotateZ};
+    const float wanted[6] = {0.3f, 0.4f, 0.5f, 0.27567f, 0.41665f, 0.61988f};
+    for (int i = 0; i < 6; ++i) {
+        CHECK(read[i] == doctest::Approx(wanted[i]).epsilon(1e-5));
     }
 }
 
