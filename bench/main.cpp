@@ -1,5 +1,5 @@
 /*
- * Measures this library beside its peers, and checks that they do the same job.
+ * Measures this library beside its peers and by itself, and checks that they do the same job.
  *
  *     bench [--repetitions N] [FILTER]
  *
@@ -7,9 +7,13 @@
  * program fail; a goal that is missed does not.
  */
 #include "comparison.h"
+#include "functions.h"
 #include "measure.h"
 #include "report.h"
 
+#include "exports.h"
+
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -101,13 +105,46 @@ void compare(const Comparison &row, int repetitions, Report &report)
     }
 }
 
+void measure_alone(const Function &row, int repetitions, Report &report)
+{
+    const bool same_bits = !row.has_bits_of_single_calls || row.has_bits_of_single_calls();
+    const Contender contender = {row.name, [&](int) { row.run(); }, row.items};
+    report.add(row, measure({contender}, repetitions).front(), same_bits);
+}
+
+Functions all_functions()
+{
+    Functions functions;
+    add_foundations(functions);
+    add_matrix(functions);
+    add_orientation(functions);
+    add_spatial(functions);
+    add_polar(functions);
+
+    // A function that the library gains is not to be forgotten here.
+    for (const char *exported : exported_names) {
+        const auto is_it = [&](const Function &f) { return std::strcmp(f.name, exported) == 0; };
+        if (std::count_if(functions.all().begin(), functions.all().end(), is_it) != 1) {
+            throw std::logic_error(std::string("not measured once: ") + exported);
+        }
+    }
+    return functions;
+}
+
 void run(const Options &options, Report &report)
 {
+    const Functions functions = all_functions();
+
     for (const auto &topic : {point_comparisons, matrix_comparisons, spatial_comparisons}) {
         for (const Comparison &row : topic()) {
             if (options.selects(row.operation)) {
                 compare(row, options.repetitions, report);
             }
+        }
+    }
+    for (const Function &row : functions.all()) {
+        if (options.selects(row.name)) {
+            measure_alone(row, options.repetitions, report);
         }
     }
 }

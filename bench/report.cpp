@@ -52,6 +52,13 @@ void begin_comparisons()
                 "|---|---:|---|---:|---:|---:|---|---:|---|\n");
 }
 
+void begin_functions()
+{
+    std::printf("\n### Every function\n\n"
+                "| function | ns | 10th percentile | for each | bits |\n"
+                "|---|---:|---:|---|---|\n");
+}
+
 } // namespace
 
 Report::Report(const std::string &instruction_set, int repetitions)
@@ -108,6 +115,21 @@ void Report::add(const Comparison &row, const Peer &peer, const Times &ours, con
                 nanoseconds(median(theirs)).c_str(), ratio(middle).c_str(),
                 ratio(quantile(ratios, 0.1)).c_str(), goal.c_str(), difference.c_str(),
                 bits.c_str());
+    std::fflush(stdout);
+}
+
+void Report::add(const Function &row, const Times &times, bool same_bits)
+{
+    if (begins(Table::functions)) {
+        begin_functions();
+    }
+    const char *bits = "";
+    if (row.has_bits_of_single_calls) {
+        bits = same_bits ? "as single calls" : "**other than single calls**";
+        failed_checks += !same_bits;
+    }
+    std::printf("| `%s` | %s | %s | %s | %s |\n", row.name, nanoseconds(median(times)).c_str(),
+                nanoseconds(quantile(times, 0.1)).c_str(), row.unit, bits);
     std::fflush(stdout);
 }
 

@@ -3,6 +3,7 @@
 #define BENCH_REPORT_H
 
 #include "comparison.h"
+#include "functions.h"
 #include "measure.h"
 
 /** What a row's checks came to. */
@@ -20,13 +21,14 @@ public:
 
     void add(const Comparison &row, const Peer &peer, const Times &ours, const Times &theirs,
              const Checks &checks);
+    void add(const Function &row, const Times &times, bool same_bits);
 
     /** Returns whether every check passed. Goals that are missed are told, and are no failure. */
     bool end() const;
 
 private:
     /** Each table begins with the first of its rows, so a filter leaves no empty ones. */
-    enum class Table { none, comparisons };
+    enum class Table { none, comparisons, functions };
     bool begins(Table next);
 
     Table table = Table::none;
