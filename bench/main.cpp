@@ -3,13 +3,15 @@
  *
  *     bench [--repetitions N] [FILTER]
  *
- * The filter is a regular expression, looked for in the names of rows. A check that fails makes the
- * program fail; a goal that is missed does not.
+ * The filter is a regular expression, looked for in the names of rows; "scale" stands for the table
+ * of many points and threads. A check that fails makes the program fail; a goal that is missed does
+ * not.
  */
 #include "comparison.h"
 #include "functions.h"
 #include "measure.h"
 #include "report.h"
+#include "scale.h"
 
 #include "exports.h"
 
@@ -145,6 +147,11 @@ void run(const Options &options, Report &report)
     for (const Function &row : functions.all()) {
         if (options.selects(row.name)) {
             measure_alone(row, options.repetitions, report);
+        }
+    }
+    if (options.selects("scale")) {
+        for (const Scale &scale : measure_scale(options.repetitions)) {
+            report.add(scale);
         }
     }
 }

@@ -59,6 +59,20 @@ void begin_functions()
                 "|---|---:|---:|---|---|\n");
 }
 
+void begin_scale()
+{
+    std::printf("\n### Many points, many threads\n\n| points a thread | ns a point, one thread |");
+    const std::vector<int> threads = thread_counts();
+    for (std::size_t i = 1; i < threads.size(); ++i) {
+        std::printf(" throughput, %d threads |", threads[i]);
+    }
+    std::printf("\n|---:|---:|");
+    for (std::size_t i = 1; i < threads.size(); ++i) {
+        std::printf("---:|");
+    }
+    std::printf("\n");
+}
+
 } // namespace
 
 Report::Report(const std::string &instruction_set, int repetitions)
@@ -130,6 +144,19 @@ void Report::add(const Function &row, const Times &times, bool same_bits)
     }
     std::printf("| `%s` | %s | %s | %s | %s |\n", row.name, nanoseconds(median(times)).c_str(),
                 nanoseconds(quantile(times, 0.1)).c_str(), row.unit, bits);
+    std::fflush(stdout);
+}
+
+void Report::add(const Scale &scale)
+{
+    if (begins(Table::scale)) {
+        begin_scale();
+    }
+    std::printf("| %zu | %s |", scale.points, nanoseconds(scale.nanoseconds).c_str());
+    for (std::size_t i = 1; i < scale.gain.size(); ++i) {
+        std::printf(" %s |", ratio(scale.gain[i]).c_str());
+    }
+    std::printf("\n");
     std::fflush(stdout);
 }
 

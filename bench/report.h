@@ -5,6 +5,7 @@
 #include "comparison.h"
 #include "functions.h"
 #include "measure.h"
+#include "scale.h"
 
 /** What a row's checks came to. */
 struct Checks {
@@ -22,13 +23,14 @@ public:
     void add(const Comparison &row, const Peer &peer, const Times &ours, const Times &theirs,
              const Checks &checks);
     void add(const Function &row, const Times &times, bool same_bits);
+    void add(const Scale &scale);
 
     /** Returns whether every check passed. Goals that are missed are told, and are no failure. */
     bool end() const;
 
 private:
     /** Each table begins with the first of its rows, so a filter leaves no empty ones. */
-    enum class Table { none, comparisons, functions };
+    enum class Table { none, comparisons, functions, scale };
     bool begins(Table next);
 
     Table table = Table::none;
