@@ -124,6 +124,32 @@ KXM3 plane_matrix(Source &source)
     return out;
 }
 
+KXComponents components(Source &source)
+{
+    const KXV3 scale = source.point(0.5, 2.0), step = source.point(-10.0, 10.0);
+    const KXV3 angles = source.point(-1.5, 1.5);
+    KXComponents out = {};
+    out.scaleX = scale.x;
+    out.scaleY = scale.y;
+    out.scaleZ = scale.z;
+    out.rotateX = angles.x;
+    out.rotateY = angles.y;
+    out.rotateZ = angles.z;
+    out.translateX = step.x;
+    out.translateY = step.y;
+    out.translateZ = step.z;
+    out.perspectiveW = 1.0f;
+    return out;
+}
+
+KXQuat quaternion(Source &source)
+{
+    const KXV3 axis = source.unit_vector();
+    KXQuat out;
+    KXGenerateQuat(source.from_to(-3.1, 3.1), &axis, &out);
+    return out;
+}
+
 /** The ray from a point through another, of unit length. */
 KXRay through(const KXP3 &origin, const KXP3 &target)
 {
@@ -258,6 +284,8 @@ std::unique_ptr<Data> make()
         out->angles[i] = source.point(-3.1, 3.1);
         const KXP3 place = source.point(-10.0, 10.0), angles = source.point(-3.1, 3.1);
         out->positions[i] = {place.x, place.y, place.z, angles.x, angles.y, angles.z};
+        out->components[i] = components(source);
+        out->quaternions[i] = quaternion(source);
         out->factors[i] = source.from_to(0.5, 2.0);
         out->words[i] = source.word();
     }

@@ -48,6 +48,9 @@ struct Data {
     /** Three from -pi to pi. */
     alignas(64) KXV3 angles[record_count];
     alignas(64) KXPosition positions[record_count];
+    /** Scale, rotation and translation; no shear and no perspective. */
+    alignas(64) KXComponents components[record_count];
+    alignas(64) KXQuat quaternions[record_count];
     /** From 0.5 to 2. */
     alignas(64) float factors[record_count];
     alignas(64) uint32_t words[record_count];

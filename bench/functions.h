@@ -19,6 +19,9 @@ struct Results {
     KXLine lines[record_count];
     KXRay rays[record_count];
     KXPlane planes[record_count];
+    KXPosition positions[record_count];
+    KXComponents components[record_count];
+    KXQuat quaternions[record_count];
     double values[record_count];
     float singles[record_count], other_singles[record_count], third_singles[record_count];
     uint32_t words[record_count];
