@@ -29,20 +29,20 @@
 namespace kx
 {
 
-inline double wide(float value)
+static inline double wide(float value)
 {
     return static_cast<double>(value);
 }
 
 /** The one narrowing: rounds to single, for storing. */
-inline float single(double value)
+static inline float single(double value)
 {
     return static_cast<float>(value);
 }
 float single(float) = delete;
 
 /** An intermediate that a contract names as single: rounded, and widened again for what follows. */
-inline double rounded(double value)
+static inline double rounded(double value)
 {
     return wide(single(value));
 }
@@ -54,27 +54,27 @@ constexpr double huge = static_cast<double>(KX_HUGE);
 /** The single nearest to pi/2, widened: a little above the true quarter turn. */
 constexpr double quarter_turn = 1.5707963705062866;
 
-inline double magnitude(double value)
+static inline double magnitude(double value)
 {
     return ::fabs(value);
 }
-inline double square_root(double value)
+static inline double square_root(double value)
 {
     return ::sqrt(value);
 }
-inline double sine(double angle)
+static inline double sine(double angle)
 {
     return ::sin(angle);
 }
-inline double cosine(double angle)
+static inline double cosine(double angle)
 {
     return ::cos(angle);
 }
-inline double arcsine(double value)
+static inline double arcsine(double value)
 {
     return ::asin(value);
 }
-inline double arctangent(double y, double x)
+static inline double arctangent(double y, double x)
 {
     return ::atan2(y, x);
 }
@@ -90,12 +90,12 @@ struct Wide3 {
     double x, y, z;
 };
 
-inline Wide3 wide(const KXV3 &v)
+static inline Wide3 wide(const KXV3 &v)
 {
     return {wide(v.x), wide(v.y), wide(v.z)};
 }
 
-inline KXV3 single(const Wide3 &v)
+static inline KXV3 single(const Wide3 &v)
 {
     return {single(v.x), single(v.y), single(v.z)};
 }

@@ -129,7 +129,7 @@ void Corpus::make_singular(float (&m)[Size][Size])
     const std::uint32_t from = below(3), to = below(3);
     const float factor = static_cast<float>(below(5)) - 2.0f;
     for (std::size_t c = 0; c < 3; ++c) {
-        m[to][c] = m[from][c] * factor;
+        m[to][c] = factor == 0.0f ? 0.0f : m[from][c] * factor; // 0 times infinity is a NaN
     }
 }
 

@@ -1,0 +1,124 @@
+/*
+ * Several doubles side by side, for kernels that are compiled once for each instruction set.
+ *
+ * The compilers' vector extensions do the arithmetic; this file has what they lack or do badly.
+ * Each float is widened once, on its way in, and each double is rounded once, on its way out,
+ * always a whole vector at a time. g++ 12 widens four floats in two halves, so on x86 the two
+ * conversions are the processor's own.
+ *
+ * Everything is static: the linker must never take one instruction set's copy for another's.
+ */
+#ifndef KX_LANES_H
+#define KX_LANES_H
+
+/* Without these extensions the kernels are plain loops. */
+#if defined(__clang__) || (defined(__GNUC__) && __GNUC__ >= 12)
+#define KX_HAS_LANES 1
+#else
+#define KX_HAS_LANES 0
+#endif
+
+#if KX_HAS_LANES
+
+#include <stddef.h>
+#include <string.h>
+
+#if defined(__SSE2__)
+#include <immintrin.h>
+#endif
+
+namespace kx
+{
+
+/** N doubles, as the compiler's own vector. */
+template <size_t N>
+struct LanesOf;
+template <>
+struct LanesOf<2> {
+    typedef double Type __attribute__((vector_size(16)));
+};
+template <>
+struct LanesOf<4> {
+    typedef double Type __attribute__((vector_size(32)));
+};
+template <>
+struct LanesOf<8> {
+    typedef double Type __attribute__((vector_size(64)));
+};
+template <size_t N>
+using Lanes = typename LanesOf<N>::Type;
+
+#if defined(__SSE2__)
+
+template <size_t N>
+static inline Lanes<N> load(const float *from)
+{
+    if constexpr (N == 2) {
+        double pair;
+        memcpy(&pair, from, sizeof pair);
+        return _mm_cvtps_pd(_mm_castpd_ps(_mm_set_sd(pair)));
+#if defined(__AVX__)
+    } else if constexpr (N == 4) {
+        return _mm256_cvtps_pd(_mm_loadu_ps(from));
+#endif
+#if defined(__AVX512F__)
+    } else if constexpr (N == 8) {
+        return _mm512_cvtps_pd(_mm256_loadu_ps(from));
+#endif
+    }
+}
+
+template <size_t N>
+static inline void store(float *to, Lanes<N> value)
+{
+    if constexpr (N == 2) {
+        const double pair = _mm_cvtsd_f64(_mm_castps_pd(_mm_cvtpd_ps(value)));
+        memcpy(to, &pair, sizeof pair);
+#if defined(__AVX__)
+    } else if constexpr (N == 4) {
+        _mm_storeu_ps(to, _mm256_cvtpd_ps(value));
+#endif
+#if defined(__AVX512F__)
+    } else if constexpr (N == 8) {
+        _mm256_storeu_ps(to, _mm512_cvtpd_ps(value));
+#endif
+    }
+}
+
+/** The two floats at an address that has two more behind them: one instruction, not two. */
+static inline Lanes<2> load_two_of_four(const float *from)
+{
+    return _mm_cvtps_pd(_mm_loadu_ps(from));
+}
+
+#else
+
+template <size_t N>
+static inline Lanes<N> load(const float *from)
+{
+    typedef float Singles __attribute__((vector_size(4 * N)));
+    Singles singles;
+    memcpy(&singles, from, sizeof singles);
+    return __builtin_convertvector(singles, Lanes<N>);
+}
+
+template <size_t N>
+static inline void store(float *to, Lanes<N> value)
+{
+    typedef float Singles __attribute__((vector_size(4 * N)));
+    const Singles singles = __builtin_convertvector(value, Singles);
+    memcpy(to, &singles, sizeof singles);
+}
+
+static inline Lanes<2> load_two_of_four(const float *from)
+{
+    return load<2>(from);
+}
+
+#endif
+
+} // namespace kx
+
+#endif
+
+#endif
