@@ -20,12 +20,17 @@
 
 #if KX_HAS_LANES
 
+#include "numeric.h"
+
 #include <stddef.h>
 #include <string.h>
 
 #if defined(__SSE2__)
 #include <immintrin.h>
 #endif
+
+/* Vectors are to stay in registers; g++ would rather call a function that has a few of them. */
+#define KX_INLINE __attribute__((always_inline)) static inline
 
 namespace kx
 {
@@ -51,7 +56,7 @@ using Lanes = typename LanesOf<N>::Type;
 #if defined(__SSE2__)
 
 template <size_t N>
-static inline Lanes<N> load(const float *from)
+KX_INLINE Lanes<N> load(const float *from)
 {
     if constexpr (N == 2) {
         double pair;
@@ -69,7 +74,7 @@ static inline Lanes<N> load(const float *from)
 }
 
 template <size_t N>
-static inline void store(float *to, Lanes<N> value)
+KX_INLINE void store(float *to, Lanes<N> value)
 {
     if constexpr (N == 2) {
         const double pair = _mm_cvtsd_f64(_mm_castps_pd(_mm_cvtpd_ps(value)));
@@ -85,8 +90,37 @@ static inline void store(float *to, Lanes<N> value)
     }
 }
 
+/** One float in all lanes. */
+template <size_t N>
+KX_INLINE Lanes<N> load_everywhere(const float *from)
+{
+    if constexpr (N == 2) {
+        return _mm_set1_pd(wide(*from));
+#if defined(__AVX__)
+    } else if constexpr (N == 4) {
+        return _mm256_cvtps_pd(_mm_broadcast_ss(from));
+#endif
+#if defined(__AVX512F__)
+    } else if constexpr (N == 8) {
+        return _mm512_cvtps_pd(_mm256_broadcast_ss(from));
+#endif
+    }
+}
+
+#if defined(__AVX512F__)
+/** Rounds all eight lanes and stores those of the mask; the floats of the others stay untouched. */
+template <unsigned char Mask0, unsigned char Mask1, unsigned char Mask2>
+KX_INLINE void store_in_three(float *to, Lanes<8> value)
+{
+    const __m256 singles = _mm512_cvtpd_ps(value);
+    _mm256_mask_storeu_ps(to, Mask0, singles);
+    _mm256_mask_storeu_ps(to + 8, Mask1, singles);
+    _mm256_mask_storeu_ps(to + 16, Mask2, singles);
+}
+#endif
+
 /** The two floats at an address that has two more behind them: one instruction, not two. */
-static inline Lanes<2> load_two_of_four(const float *from)
+KX_INLINE Lanes<2> load_two_of_four(const float *from)
 {
     return _mm_cvtps_pd(_mm_loadu_ps(from));
 }
@@ -94,7 +128,7 @@ static inline Lanes<2> load_two_of_four(const float *from)
 #else
 
 template <size_t N>
-static inline Lanes<N> load(const float *from)
+KX_INLINE Lanes<N> load(const float *from)
 {
     typedef float Singles __attribute__((vector_size(4 * N)));
     Singles singles;
@@ -103,16 +137,26 @@ static inline Lanes<N> load(const float *from)
 }
 
 template <size_t N>
-static inline void store(float *to, Lanes<N> value)
+KX_INLINE void store(float *to, Lanes<N> value)
 {
     typedef float Singles __attribute__((vector_size(4 * N)));
     const Singles singles = __builtin_convertvector(value, Singles);
     memcpy(to, &singles, sizeof singles);
 }
 
-static inline Lanes<2> load_two_of_four(const float *from)
+KX_INLINE Lanes<2> load_two_of_four(const float *from)
 {
     return load<2>(from);
+}
+
+template <size_t N>
+KX_INLINE Lanes<N> load_everywhere(const float *from)
+{
+    Lanes<N> everywhere;
+    for (size_t lane = 0; lane < N; ++lane) {
+        everywhere[lane] = wide(*from);
+    }
+    return everywhere;
 }
 
 #endif
