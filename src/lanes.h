@@ -107,6 +107,26 @@ KX_INLINE Lanes<N> load_everywhere(const float *from)
     }
 }
 
+/**
+ * a*b + c, only where every a and b is a single widened: such a product is exact in double, so that
+ * the sum is rounded once, to the same bits, whether the two operations are fused or not.
+ */
+template <typename Vector>
+KX_INLINE Vector add_exact_product(Vector a, Vector b, Vector c)
+{
+#if defined(__FMA__)
+    if constexpr (sizeof(Vector) == 32) {
+        return _mm256_fmadd_pd(a, b, c);
+    }
+#endif
+#if defined(__AVX512F__)
+    if constexpr (sizeof(Vector) == 64) {
+        return _mm512_fmadd_pd(a, b, c);
+    }
+#endif
+    return a * b + c;
+}
+
 #if defined(__AVX512F__)
 /** Rounds all eight lanes and stores those of the mask; the floats of the others stay untouched. */
 template <unsigned char Mask0, unsigned char Mask1, unsigned char Mask2>
@@ -149,6 +169,12 @@ KX_INLINE Lanes<2> load_two_of_four(const float *from)
     return load<2>(from);
 }
 
+template <typename Vector>
+KX_INLINE Vector add_exact_product(Vector a, Vector b, Vector c)
+{
+    return a * b + c;
+}
+
 template <size_t N>
 KX_INLINE Lanes<N> load_everywhere(const float *from)
 {
@@ -160,6 +186,26 @@ KX_INLINE Lanes<N> load_everywhere(const float *from)
 }
 
 #endif
+
+/** Exact products, added up from left to right. */
+template <typename Vector>
+KX_INLINE Vector sum_of_products(Vector a0, Vector b0, Vector a1, Vector b1)
+{
+    return add_exact_product(a1, b1, a0 * b0);
+}
+
+template <typename Vector>
+KX_INLINE Vector sum_of_products(Vector a0, Vector b0, Vector a1, Vector b1, Vector a2, Vector b2)
+{
+    return add_exact_product(a2, b2, sum_of_products(a0, b0, a1, b1));
+}
+
+template <typename Vector>
+KX_INLINE Vector sum_of_products(Vector a0, Vector b0, Vector a1, Vector b1, Vector a2, Vector b2,
+                                 Vector a3, Vector b3)
+{
+    return add_exact_product(a3, b3, sum_of_products(a0, b0, a1, b1, a2, b2));
+}
 
 } // namespace kx
 

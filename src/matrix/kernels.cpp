@@ -2,9 +2,8 @@
  * Products of matrices, and matrices applied to arrays: one text, compiled once for each
  * instruction set into a namespace of its own, which the build names in KX_INSTRUCTION_SET.
  *
- * Every product in this file is of two singles, and so exact in double. That is why the build lets
- * the compiler fuse a multiplication and an addition here, and nowhere else: the sum is rounded
- * once either way, to the same bits.
+ * Every product in this file is of two singles, and so exact in double: here, and nowhere else, a
+ * multiplication may be fused with the addition behind it.
  */
 #include "matrix/kernels.h"
 
@@ -149,7 +148,7 @@ uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *o
         }
     }
     const auto row = [&e](int r, const Wide &x, const Wide &y, const Wide &z) {
-        const Wide turned_only = e[r][0] * x + e[r][1] * y + e[r][2] * z;
+        const Wide turned_only = kx::sum_of_products(e[r][0], x, e[r][1], y, e[r][2], z);
         return Moved ? turned_only + e[r][3] : turned_only;
     };
     uint32_t done = 0;
@@ -199,8 +198,8 @@ uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *o
     uint32_t done = 0;
     for (; count - done >= points; done += points) {
         const Wide p = kx::load<width>(&in[done].x);
-        const Wide turned_only =
-            x_column * spread<2, 0>(p, Every()) + y_column * spread<2, 1>(p, Every());
+        const Wide turned_only = kx::sum_of_products(x_column, spread<2, 0>(p, Every()), y_column,
+                                                     spread<2, 1>(p, Every()));
         kx::store<width>(&out[done].x, Moved ? turned_only + translation : turned_only);
     }
     return done;
@@ -223,8 +222,10 @@ uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *o
         const Pair xy = kx::load<2>(&in[i].x), zw = kx::load<2>(&in[i].z);
         const Pair x = spread<2, 0>(xy, every), y = spread<2, 1>(xy, every);
         const Pair z = spread<2, 0>(zw, every), w = spread<2, 1>(zw, every);
-        kx::store<2>(&out[i].x, upper[0] * x + upper[1] * y + upper[2] * z + upper[3] * w);
-        kx::store<2>(&out[i].z, lower[0] * x + lower[1] * y + lower[2] * z + lower[3] * w);
+        kx::store<2>(&out[i].x,
+                     kx::sum_of_products(upper[0], x, upper[1], y, upper[2], z, upper[3], w));
+        kx::store<2>(&out[i].z,
+                     kx::sum_of_products(lower[0], x, lower[1], y, lower[2], z, lower[3], w));
     }
     return count;
 }
@@ -245,10 +246,10 @@ uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *o
     uint32_t done = 0;
     for (; count - done >= points; done += points) {
         const Wide p = kx::load<width>(&in[done].x);
-        kx::store<width>(&out[done].x, column[0] * spread<4, 0>(p, every) +
-                                           column[1] * spread<4, 1>(p, every) +
-                                           column[2] * spread<4, 2>(p, every) +
-                                           column[3] * spread<4, 3>(p, every));
+        kx::store<width>(&out[done].x, kx::sum_of_products(column[0], spread<4, 0>(p, every),
+                                                           column[1], spread<4, 1>(p, every),
+                                                           column[2], spread<4, 2>(p, every),
+                                                           column[3], spread<4, 3>(p, every)));
     }
     return done;
 }
@@ -292,10 +293,11 @@ void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
         Row e;
         load_row(a, r, e);
         for (size_t p = 0; p < parts; ++p) {
-            kx::store<part>(&out->m[r][p * part], element_of<0>(e, every) * rows[0][p] +
-                                                      element_of<1>(e, every) * rows[1][p] +
-                                                      element_of<2>(e, every) * rows[2][p] +
-                                                      element_of<3>(e, every) * rows[3][p]);
+            kx::store<part>(&out->m[r][p * part],
+                            kx::sum_of_products(element_of<0>(e, every), rows[0][p],
+                                                element_of<1>(e, every), rows[1][p],
+                                                element_of<2>(e, every), rows[2][p],
+                                                element_of<3>(e, every), rows[3][p]));
         }
     }
 }
