@@ -11,8 +11,10 @@
 #ifndef KX_LANES_H
 #define KX_LANES_H
 
-/* Without these extensions the kernels are plain loops. */
-#if defined(__clang__) || (defined(__GNUC__) && __GNUC__ >= 12)
+/* Without these extensions the kernels are plain loops; a build may ask for that. */
+#if defined(KX_PLAIN)
+#define KX_HAS_LANES 0
+#elif defined(__clang__) || (defined(__GNUC__) && __GNUC__ >= 12)
 #define KX_HAS_LANES 1
 #else
 #define KX_HAS_LANES 0
@@ -35,23 +37,43 @@
 namespace kx
 {
 
+/** Numbers of lanes, for a pack that a shuffle is written with. */
+template <size_t...>
+struct Sequence {
+};
+
 /** N doubles, as the compiler's own vector. */
 template <size_t N>
 struct LanesOf;
 template <>
 struct LanesOf<2> {
     typedef double Type __attribute__((vector_size(16)));
+    using Every = Sequence<0, 1>;
 };
 template <>
 struct LanesOf<4> {
     typedef double Type __attribute__((vector_size(32)));
+    using Every = Sequence<0, 1, 2, 3>;
 };
 template <>
 struct LanesOf<8> {
     typedef double Type __attribute__((vector_size(64)));
+    using Every = Sequence<0, 1, 2, 3, 4, 5, 6, 7>;
 };
 template <size_t N>
 using Lanes = typename LanesOf<N>::Type;
+template <size_t N>
+using EveryLane = typename LanesOf<N>::Every;
+
+/** What the instruction set has room for in one vector. */
+#if defined(__AVX512F__)
+constexpr size_t width = 8;
+#elif defined(__AVX__)
+constexpr size_t width = 4;
+#else
+constexpr size_t width = 2;
+#endif
+using Wide = Lanes<width>;
 
 #if defined(__SSE2__)
 
