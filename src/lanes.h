@@ -129,6 +129,18 @@ KX_INLINE Lanes<N> load_everywhere(const float *from)
     }
 }
 
+/** A group of floats in every group of lanes. */
+template <size_t N, size_t Group>
+KX_INLINE Lanes<N> load_repeated(const float *from)
+{
+#if defined(__AVX512F__)
+    if constexpr (N == 2 * Group) {
+        return _mm512_cvtps_pd(_mm256_broadcast_ps(reinterpret_cast<const __m128 *>(from)));
+    }
+#endif
+    return load<N>(from);
+}
+
 /**
  * a*b + c, only where every a and b is a single widened: such a product is exact in double, so that
  * the sum is rounded once, to the same bits, whether the two operations are fused or not.
@@ -189,6 +201,12 @@ KX_INLINE void store(float *to, Lanes<N> value)
 KX_INLINE Lanes<2> load_two_of_four(const float *from)
 {
     return load<2>(from);
+}
+
+template <size_t N, size_t Group>
+KX_INLINE Lanes<N> load_repeated(const float *from)
+{
+    return load<N>(from);
 }
 
 template <typename Vector>

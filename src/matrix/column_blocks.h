@@ -1,6 +1,6 @@
 /*
- * Blocks of points with two or four coordinates, for the kernels: each point is a sum of the
- * matrix's columns, side by side in a vector.
+ * Points with two or four coordinates, and products, for the kernels: what comes out is a sum of
+ * columns, side by side in a vector.
  */
 #ifndef KX_MATRIX_COLUMN_BLOCKS_H
 #define KX_MATRIX_COLUMN_BLOCKS_H
@@ -15,22 +15,22 @@ using kx::Wide;
 using kx::width;
 using Every = kx::EveryLane<width>;
 
-/** Every Step lanes the same: elements that lie a stride apart, such as a column of a matrix. */
-template <size_t Step, size_t... Lane>
-KX_INLINE kx::Lanes<sizeof...(Lane)> repeated(const float *elements, size_t stride,
-                                              kx::Sequence<Lane...>)
+/** Lanes of a column, or of whatever lies a stride apart, as often as the vector has room for it.
+ */
+template <size_t Length, size_t... Lane>
+KX_INLINE Wide repeated(const float *first, size_t stride, kx::Sequence<Lane...>)
 {
-    return kx::Lanes<sizeof...(Lane)>{kx::wide(elements[Lane % Step * stride])...};
+    return Wide{kx::wide(first[Lane % Length * stride])...};
 }
 
-/** In each group of Step lanes, the one with that number in all of them. */
-template <size_t Step, size_t Which, size_t... Lane>
-KX_INLINE kx::Lanes<sizeof...(Lane)> spread(kx::Lanes<sizeof...(Lane)> v, kx::Sequence<Lane...>)
+/** In each group of lanes, the one with that number in all of them. */
+template <size_t Group, size_t Which, size_t... Lane>
+KX_INLINE Wide spread(Wide v, kx::Sequence<Lane...>)
 {
-    return __builtin_shufflevector(v, v, static_cast<int>(Lane / Step * Step + Which)...);
+    return __builtin_shufflevector(v, v, static_cast<int>(Lane / Group * Group + Which)...);
 }
 
-/** A point is two lanes: columns of the matrix, each as often as there are points in a vector. */
+/** A point of two coordinates is two lanes. */
 template <bool Moved>
 uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
@@ -51,58 +51,78 @@ uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *o
     return done;
 }
 
-/** A point is two vectors of two lanes. */
-[[maybe_unused]] uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out,
-                                           kx::Sequence<0, 1> every)
+/* Four floats are one vector of two, part of one, or two vectors. */
+constexpr size_t parts = width < 4 ? 4 / width : 1;
+constexpr size_t group = 4 / parts;
+constexpr uint32_t fours = width / group;
+
+struct Four {
+    Wide part[parts];
+};
+
+KX_INLINE Four load_four(const float *from)
 {
-    if (count == 0) {
-        return 0;
+    Four four;
+    for (size_t p = 0; p < parts; ++p) {
+        four.part[p] = kx::load<width>(from + p * width);
     }
-    using Pair = kx::Lanes<2>;
-    Pair upper[4], lower[4];
-    for (int c = 0; c < 4; ++c) {
-        upper[c] = repeated<2>(&m.m[0][c], 4, every);
-        lower[c] = repeated<2>(&m.m[2][c], 4, every);
-    }
-    for (uint32_t i = 0; i < count; ++i) {
-        const Pair xy = kx::load<2>(&in[i].x), zw = kx::load<2>(&in[i].z);
-        const Pair x = spread<2, 0>(xy, every), y = spread<2, 1>(xy, every);
-        const Pair z = spread<2, 0>(zw, every), w = spread<2, 1>(zw, every);
-        kx::store<2>(&out[i].x,
-                     kx::sum_of_products(upper[0], x, upper[1], y, upper[2], z, upper[3], w));
-        kx::store<2>(&out[i].z,
-                     kx::sum_of_products(lower[0], x, lower[1], y, lower[2], z, lower[3], w));
-    }
-    return count;
+    return four;
 }
 
-/** A point is four lanes of a vector. */
-template <size_t... Lane>
-uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out,
-                          kx::Sequence<Lane...> every)
+template <size_t Which>
+KX_INLINE Wide element_of(const Four &four)
 {
-    if (count == 0) {
-        return 0;
-    }
-    Wide column[4];
-    for (int c = 0; c < 4; ++c) {
-        column[c] = repeated<4>(&m.m[0][c], 4, every);
-    }
-    constexpr uint32_t points = sizeof...(Lane) / 4;
+    return spread<group, Which % group>(four.part[Which / group], Every());
+}
+
+/**
+ * Each four floats become the sum of four columns, multiplied by the one, the next, and so on. All
+ * of a block is read before any of it is stored.
+ */
+KX_INLINE uint32_t sum_columns(const Four (&columns)[4], uint32_t count, const float *in,
+                               float *out)
+{
     uint32_t done = 0;
-    for (; count - done >= points; done += points) {
-        const Wide p = kx::load<width>(&in[done].x);
-        kx::store<width>(&out[done].x, kx::sum_of_products(column[0], spread<4, 0>(p, every),
-                                                           column[1], spread<4, 1>(p, every),
-                                                           column[2], spread<4, 2>(p, every),
-                                                           column[3], spread<4, 3>(p, every)));
+    for (; count - done >= fours; done += fours) {
+        const Four f = load_four(in + 4 * size_t{done});
+        for (size_t p = 0; p < parts; ++p) {
+            kx::store<width>(out + 4 * size_t{done} + p * width,
+                             kx::sum_of_products(columns[0].part[p], element_of<0>(f),
+                                                 columns[1].part[p], element_of<1>(f),
+                                                 columns[2].part[p], element_of<2>(f),
+                                                 columns[3].part[p], element_of<3>(f)));
+        }
     }
     return done;
 }
 
 uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
-    return transform_blocks(m, count, in, out, Every());
+    if (count == 0) {
+        return 0;
+    }
+    Four columns[4];
+#pragma GCC unroll 4
+    for (size_t c = 0; c < 4; ++c) {
+        for (size_t p = 0; p < parts; ++p) {
+            columns[c].part[p] = repeated<group>(&m.m[p * group][c], 4, Every());
+        }
+    }
+    return sum_columns(columns, count, &in[0].x, &out[0].x);
+}
+
+/** The rows of a go through b as four points go through a matrix whose columns are the rows of b.
+ */
+void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
+{
+    Four rows[4];
+#pragma GCC unroll 4
+    for (size_t r = 0; r < 4; ++r) {
+        for (size_t p = 0; p < parts; ++p) {
+            rows[r].part[p] = kx::load_repeated<width, group>(&b->m[r][p * group]);
+        }
+    }
+    sum_columns(rows, 4, &a->m[0][0], &out->m[0][0]);
 }
 
 } // namespace

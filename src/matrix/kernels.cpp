@@ -12,7 +12,6 @@
 
 #if KX_HAS_LANES
 #include "matrix/column_blocks.h"
-#include "matrix/product_rows.h"
 #include "matrix/xyz_blocks.h"
 #endif
 
