@@ -17,6 +17,7 @@
 
 #include <float.h>
 #include <math.h>
+#include <string.h>
 
 #if defined(__FAST_MATH__) || defined(_M_FP_FAST) ||                                               \
     (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
@@ -58,6 +59,11 @@ inline double magnitude(double value)
 {
     return ::fabs(value);
 }
+/** 1 or -1, by the sign bit: no branch, and a product with it is exact for zeros and infinities. */
+inline double sign(double value)
+{
+    return ::copysign(1.0, value);
+}
 inline double square_root(double value)
 {
     return ::sqrt(value);
@@ -79,11 +85,31 @@ inline double arctangent(double y, double x)
     return ::atan2(y, x);
 }
 double magnitude(float) = delete;
+double sign(float) = delete;
 double square_root(float) = delete;
 double sine(float) = delete;
 double cosine(float) = delete;
 double arcsine(float) = delete;
 double arctangent(float, float) = delete;
+
+/**
+ * The bits of a magnitude, in the order of the magnitudes, with infinity and then NaN at the end.
+ * To compare them raises no flag, where to compare a NaN would, and keeps the comparison away from
+ * the units that do the arithmetic.
+ */
+inline uint32_t magnitude_bits(float value)
+{
+    uint32_t bits = 0;
+    memcpy(&bits, &value, sizeof bits);
+    return bits & 0x7fffffffU;
+}
+/** Whether either is NaN; raises no flag. */
+inline bool unordered(float a, float b)
+{
+    return isunordered(a, b);
+}
+constexpr uint32_t tolerance_bits = 0x358637bdU;
+constexpr uint32_t infinity_bits = 0x7f800000U;
 
 /** A vector or point, widened for arithmetic. */
 struct Wide3 {

@@ -23,30 +23,17 @@ namespace
 constexpr int32_t contact = 1;
 constexpr int32_t miss = 0;
 
-/**
- * The bits of a magnitude, in the order of the magnitudes, with infinity and then NaN at the end.
- * To compare them raises no flag, where to compare a NaN would.
- */
-uint32_t magnitude_bits(float value)
-{
-    uint32_t bits = 0;
-    memcpy(&bits, &value, sizeof bits);
-    return bits & 0x7fffffffU;
-}
-
-constexpr uint32_t tolerance_bits = 0x358637bdU;
-constexpr uint32_t infinity_bits = 0x7f800000U;
-
 bool is_finite(const KXP3 &p)
 {
-    return magnitude_bits(p.x) < infinity_bits && magnitude_bits(p.y) < infinity_bits &&
-           magnitude_bits(p.z) < infinity_bits;
+    return kx::magnitude_bits(p.x) < kx::infinity_bits &&
+           kx::magnitude_bits(p.y) < kx::infinity_bits &&
+           kx::magnitude_bits(p.z) < kx::infinity_bits;
 }
 
 /** Finite, and at or above the tolerance. */
 bool moves(float step)
 {
-    return magnitude_bits(step) - tolerance_bits < infinity_bits - tolerance_bits;
+    return kx::magnitude_bits(step) - kx::tolerance_bits < kx::infinity_bits - kx::tolerance_bits;
 }
 
 bool moves_on_each_axis(const KXV3 &step)
@@ -179,8 +166,8 @@ void store_reached(KXP3 *point, const KXP3 &start, const Axis &x, const Axis &y,
     if (point == nullptr) {
         return;
     }
-    const KXP3 at = kx::single(
-        Wide3{x.step * t + x.start, y.step * t + y.start, z.step * t + z.start});
+    const KXP3 at =
+        kx::single(Wide3{x.step * t + x.start, y.step * t + y.start, z.step * t + z.start});
     *point = {choice(met, at.x, start.x), choice(met, at.y, start.y), choice(met, at.z, start.z)};
 }
 
