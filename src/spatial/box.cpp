@@ -42,7 +42,7 @@ inline __m128 transformed_interval(const float (&row)[4], const KXBox &box)
     const __m128d a_xy = _mm_mul_pd(_mm_cvtps_pd(two_singles(&box.minimum.x)), _mm_cvtps_pd(x_y));
     const __m128d b_xy = _mm_cvtps_pd(_mm_mul_ps(two_singles(&box.maximum.x), x_y));
     const __m128d a_z = _mm_mul_sd(_mm_set_sd(kx::wide(box.minimum.z)), z_translation);
-    const __m128d b_z = _mm_cvtps_pd(_mm_mul_ss(_mm_set_ss(box.maximum.z), z_w));
+    const __m128d b_z = _mm_cvtps_pd(_mm_mul_ss(_mm_load_ss(&box.maximum.z), z_w));
     const __m128d lo_xy = _mm_min_pd(a_xy, b_xy), hi_xy = _mm_max_pd(b_xy, a_xy);
     const __m128d lo_z = _mm_min_sd(a_z, b_z), hi_z = _mm_max_sd(b_z, a_z);
 
