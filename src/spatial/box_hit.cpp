@@ -172,7 +172,7 @@ void store_reached(KXP3 *point, const KXP3 &start, const Axis &x, const Axis &y,
 }
 
 /** Both ends beyond one and the same face. */
-bool beyond(double start, double end, double lo, double hi)
+int beyond(double start, double end, double lo, double hi)
 {
     return ((start < lo) & (end < lo)) | ((start > hi) & (end > hi));
 }
@@ -184,7 +184,7 @@ bool beyond_in_order(const Wide3 &s, const Wide3 &e, const Wide3 &lo, const Wide
            (s.x > hi.x && e.x > hi.x) || (s.y > hi.y && e.y > hi.y) || (s.z > hi.z && e.z > hi.z);
 }
 
-bool within(double start, double lo, double hi)
+int within(double start, double lo, double hi)
 {
     return (start >= lo) & (start <= hi);
 }
@@ -199,12 +199,13 @@ int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
         return miss;
     }
     const bool finite = is_finite(line->start) && is_finite(line->end);
-    if (finite ? beyond(s.x, e.x, lo.x, hi.x) | beyond(s.y, e.y, lo.y, hi.y) |
-                     beyond(s.z, e.z, lo.z, hi.z)
+    if (finite ? beyond(s.x, e.x, lo.x, hi.x) + beyond(s.y, e.y, lo.y, hi.y) +
+                         beyond(s.z, e.z, lo.z, hi.z) !=
+                     0
                : beyond_in_order(s, e, lo, hi)) {
         return miss;
     }
-    if (within(s.x, lo.x, hi.x) & within(s.y, lo.y, hi.y) & within(s.z, lo.z, hi.z)) {
+    if (within(s.x, lo.x, hi.x) + within(s.y, lo.y, hi.y) + within(s.z, lo.z, hi.z) == 3) {
         store(point, line->start);
         return contact;
     }

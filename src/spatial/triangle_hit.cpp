@@ -75,7 +75,7 @@ bool out_of_range(double beta)
 
 int32_t verdict(double alpha, double beta)
 {
-    return (alpha < 0.0) | (alpha + beta > 1.0) ? miss : hit;
+    return ((alpha < 0.0) | (alpha + beta > 1.0)) ? miss : hit;
 }
 
 /**
