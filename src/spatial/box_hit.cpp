@@ -98,8 +98,10 @@ struct Interval {
         near = higher(c.enter(), near);
         far = lower(c.leave(), far);
     }
-    /** Compilers make minimums and maximums of this, where two choices by one comparison that
-     * stand side by side become a branch. */
+    /**
+     * All three, in that order. Compilers make this six minimums and maximums; two choices by the
+     * same comparison side by side become a branch.
+     */
     void narrow(const Crossing &x, const Crossing &y, const Crossing &z)
     {
         near = higher(z.enter(), higher(y.enter(), higher(x.enter(), near)));

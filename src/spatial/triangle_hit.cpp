@@ -1,6 +1,10 @@
 /*
  * Lines and rays against a triangle of the host's mesh. The first half finds where the path crosses
  * the triangle's plane; the second, which both share, works in the plane.
+ *
+ * What chance decides is decided without a branch where that can be done: from which side a path
+ * comes, which axis is dropped, on which side of the rectangle the point lies. A branch guessed
+ * wrongly costs more than the arithmetic behind it. The divisions stay behind their guards.
  */
 #include "kxmaths5/spatial.h"
 
@@ -52,7 +56,10 @@ Projection projection_of(const KXPlane &plane)
     return {drops_x ? size_t{1} : size_t{0}, keeps_z ? size_t{2} : size_t{1}};
 }
 
-/** Whether a coordinate is outside the span of three others. Floats compare as doubles do. */
+/**
+ * How many ends of the span of three coordinates another one is beyond: 0 inside and on the ends.
+ * Floats compare as doubles do. A number, since of several conditions compilers make branches.
+ */
 int sides_outside(float h, float k0, float k1, float k2)
 {
     const float least = k0 < k1 ? k0 : k1;
@@ -90,6 +97,7 @@ inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
     const Projected k0 = project(vertices[triangle.corner[0].vertex]);
     const Projected k1 = project(vertices[triangle.corner[1].vertex]);
     const Projected k2 = project(vertices[triangle.corner[2].vertex]);
+    // A NaN in q must not be compared when p has decided: only that would raise a flag.
     const int outside_p = sides_outside(at.p, k0.p, k1.p, k2.p);
     if ((kx::unordered(at.q, k0.q) || kx::unordered(k1.q, k2.q)) && outside_p != 0) {
         return miss;
@@ -130,7 +138,7 @@ inline double plane_crossing(const KXPlane &plane, const Wide3 &start, const Wid
     constexpr double never = -1.0;
     const double a = kx::wide(plane.a), b = kx::wide(plane.b), c = kx::wide(plane.c);
     const double denom = kx::rounded(a * step.x + b * step.y + c * step.z);
-    // A NaN never crosses either.
+    // Nor does a NaN cross, so that what follows has a plane without NaN.
     if (!(kx::magnitude(denom) >= kx::tolerance)) {
         return never;
     }
