@@ -5,7 +5,7 @@
  * order in which they are written down, and a value becomes single only where it is stored
  * (`single`) or where a contract names an intermediate as single (`rounded`). No arithmetic ever
  * happens on two floats. Nothing in the language warns of an a*b that stays in float, so functions
- * load what they read through `wide` first; a float is only ever moved or negated.
+ * load what they read through `wide` first; a float is only ever moved, compared or negated.
  *
  * This is the only file that includes <math.h>. In C++ that header brings overloads for float that
  * would silently compute in single, so the functions are wrapped here and the overloads deleted.
@@ -103,13 +103,14 @@ inline uint32_t magnitude_bits(float value)
     memcpy(&bits, &value, sizeof bits);
     return bits & 0x7fffffffU;
 }
-/** Whether either is NaN; raises no flag. */
-inline bool unordered(float a, float b)
-{
-    return isunordered(a, b);
-}
 constexpr uint32_t tolerance_bits = 0x358637bdU;
 constexpr uint32_t infinity_bits = 0x7f800000U;
+
+/** Raises no flag, not even for a signalling NaN. */
+inline bool is_nan(float value)
+{
+    return magnitude_bits(value) > infinity_bits;
+}
 
 /** A vector or point, widened for arithmetic. */
 struct Wide3 {

@@ -99,7 +99,8 @@ inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
     const Projected k2 = project(vertices[triangle.corner[2].vertex]);
     // A NaN in q must not be compared when p has decided: only that would raise a flag.
     const int outside_p = sides_outside(at.p, k0.p, k1.p, k2.p);
-    if ((kx::unordered(at.q, k0.q) || kx::unordered(k1.q, k2.q)) && outside_p != 0) {
+    if ((kx::is_nan(at.q) || kx::is_nan(k0.q) || kx::is_nan(k1.q) || kx::is_nan(k2.q)) &&
+        outside_p != 0) {
         return miss;
     }
     if (outside_p + sides_outside(at.q, k0.q, k1.q, k2.q) != 0) {
