@@ -5,7 +5,7 @@
  * order in which they are written down, and a value becomes single only where it is stored
  * (`single`) or where a contract names an intermediate as single (`rounded`). No arithmetic ever
  * happens on two floats. Nothing in the language warns of an a*b that stays in float, so functions
- * load what they read through `wide` first; a float is only ever moved or negated.
+ * load what they read through `wide` first; a float is only ever moved, compared or negated.
  *
  * This is the only file that includes <math.h>. In C++ that header brings overloads for float that
  * would silently compute in single, so the functions are wrapped here and the overloads deleted.
@@ -17,6 +17,7 @@
 
 #include <float.h>
 #include <math.h>
+#include <string.h>
 
 #if defined(__FAST_MATH__) || defined(_M_FP_FAST) ||                                               \
     (defined(__FINITE_MATH_ONLY__) && __FINITE_MATH_ONLY__)
@@ -58,6 +59,11 @@ static inline double magnitude(double value)
 {
     return ::fabs(value);
 }
+/** 1 or -1, by the sign bit: no branch, and a product with it is exact for zeros and infinities. */
+static inline double sign(double value)
+{
+    return ::copysign(1.0, value);
+}
 static inline double square_root(double value)
 {
     return ::sqrt(value);
@@ -79,11 +85,32 @@ static inline double arctangent(double y, double x)
     return ::atan2(y, x);
 }
 double magnitude(float) = delete;
+double sign(float) = delete;
 double square_root(float) = delete;
 double sine(float) = delete;
 double cosine(float) = delete;
 double arcsine(float) = delete;
 double arctangent(float, float) = delete;
+
+/**
+ * The bits of a magnitude, in the order of the magnitudes, with infinity and then NaN at the end.
+ * To compare them raises no flag, where to compare a NaN would, and keeps the comparison away from
+ * the units that do the arithmetic.
+ */
+static inline uint32_t magnitude_bits(float value)
+{
+    uint32_t bits = 0;
+    memcpy(&bits, &value, sizeof bits);
+    return bits & 0x7fffffffU;
+}
+constexpr uint32_t tolerance_bits = 0x358637bdU;
+constexpr uint32_t infinity_bits = 0x7f800000U;
+
+/** Raises no flag, not even for a signalling NaN. */
+static inline bool is_nan(float value)
+{
+    return magnitude_bits(value) > infinity_bits;
+}
 
 /** A vector or point, widened for arithmetic. */
 struct Wide3 {

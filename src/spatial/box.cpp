@@ -4,10 +4,67 @@
 #include "numeric.h"
 #include "spatial/inverted.h"
 
+#if defined(__SSE2__) && !defined(KX_PLAIN)
+#include <emmintrin.h>
+#endif
+
 using kx::Wide3;
 
 namespace
 {
+
+#if defined(__SSE2__) && !defined(KX_PLAIN)
+
+/*
+ * The conversions between single and double are what takes time here. Two go side by side in one
+ * register, and a product of two singles that is to be single needs none: its double is exact, so
+ * the processor's product of singles has the same bits. The processor's minimum and maximum give
+ * their second operand where neither is the lower or higher, and for a NaN.
+ */
+
+__m128 two_singles(const float *from)
+{
+    return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i *>(from)));
+}
+
+__m128d rounded(__m128d value)
+{
+    return _mm_cvtps_pd(_mm_cvtpd_ps(value));
+}
+
+/** The lowest and the highest value of one coordinate over the transformed box, in that order. */
+inline __m128 transformed_interval(const float (&row)[4], const KXBox &box)
+{
+    // What each element contributes: its products with both ends of the box, a with the minimum and
+    // b with the maximum. Only b is single.
+    const __m128 x_y = two_singles(&row[0]), z_w = two_singles(&row[2]);
+    const __m128d z_translation = _mm_cvtps_pd(z_w);
+    const __m128d a_xy = _mm_mul_pd(_mm_cvtps_pd(two_singles(&box.minimum.x)), _mm_cvtps_pd(x_y));
+    const __m128d b_xy = _mm_cvtps_pd(_mm_mul_ps(two_singles(&box.maximum.x), x_y));
+    const __m128d a_z = _mm_mul_sd(_mm_set_sd(kx::wide(box.minimum.z)), z_translation);
+    const __m128d b_z = _mm_cvtps_pd(_mm_mul_ss(_mm_load_ss(&box.maximum.z), z_w));
+    const __m128d lo_xy = _mm_min_pd(a_xy, b_xy), hi_xy = _mm_max_pd(b_xy, a_xy);
+    const __m128d lo_z = _mm_min_sd(a_z, b_z), hi_z = _mm_max_sd(b_z, a_z);
+
+    const __m128d translation = _mm_unpackhi_pd(z_translation, z_translation);
+    const __m128d after_x = rounded(_mm_add_pd(translation, _mm_unpacklo_pd(lo_xy, hi_xy)));
+    const __m128d after_y = rounded(_mm_add_pd(after_x, _mm_unpackhi_pd(lo_xy, hi_xy)));
+    return _mm_cvtpd_ps(_mm_add_pd(after_y, _mm_unpacklo_pd(lo_z, hi_z)));
+}
+
+void transform(const KXBox &box, const KXM4 &m, KXBox *out)
+{
+    const __m128 x = transformed_interval(m.m[0], box);
+    const __m128 y = transformed_interval(m.m[1], box);
+    const __m128 z = transformed_interval(m.m[2], box);
+    const __m128 x_y = _mm_unpacklo_ps(x, y);
+    _mm_storel_pi(reinterpret_cast<__m64 *>(&out->minimum.x), x_y);
+    _mm_store_ss(&out->minimum.z, z);
+    _mm_storeh_pi(reinterpret_cast<__m64 *>(&out->maximum.x), x_y);
+    _mm_store_ss(&out->maximum.z, _mm_shuffle_ps(z, z, _MM_SHUFFLE(1, 1, 1, 1)));
+}
+
+#else
 
 /** The lowest and highest value of one coordinate over the transformed box, both singles. */
 struct Interval {
@@ -37,6 +94,19 @@ Interval transformed_interval(const KXM4 &m, int r, const Wide3 &minimum, const 
     i = widen_by(i, kx::wide(m.m[r][2]), minimum.z, maximum.z);
     return i;
 }
+
+void transform(const KXBox &box, const KXM4 &m, KXBox *out)
+{
+    const Wide3 minimum = kx::wide(box.minimum);
+    const Wide3 maximum = kx::wide(box.maximum);
+    const Interval x = transformed_interval(m, 0, minimum, maximum);
+    const Interval y = transformed_interval(m, 1, minimum, maximum);
+    const Interval z = transformed_interval(m, 2, minimum, maximum);
+    out->minimum = kx::single(Wide3{x.lo, y.lo, z.lo});
+    out->maximum = kx::single(Wide3{x.hi, y.hi, z.hi});
+}
+
+#endif
 
 bool lower(float &bound, float value)
 {
@@ -76,18 +146,12 @@ bool raise_each(KXP3 &maximum, const KXP3 &p)
 
 void KXTransformBox(const KXBox *box, const KXM4 *matrix, KXBox *out)
 {
-    const KXBox original = *box;
-    const Wide3 minimum = kx::wide(original.minimum);
-    const Wide3 maximum = kx::wide(original.maximum);
-    if (kx::is_inverted(minimum, maximum)) {
+    if (kx::is_inverted(kx::wide(box->minimum), kx::wide(box->maximum))) {
+        const KXBox original = *box;
         *out = original;
         return;
     }
-    const Interval x = transformed_interval(*matrix, 0, minimum, maximum);
-    const Interval y = transformed_interval(*matrix, 1, minimum, maximum);
-    const Interval z = transformed_interval(*matrix, 2, minimum, maximum);
-    out->minimum = kx::single(Wide3{x.lo, y.lo, z.lo});
-    out->maximum = kx::single(Wide3{x.hi, y.hi, z.hi});
+    transform(*box, *matrix, out);
 }
 
 int32_t KXPutPointInBox(const KXP3 *point, KXBox *box)

@@ -1,11 +1,19 @@
 /*
  * Lines and rays against boxes. Both clip the path's parameter against the box's three slabs, the
  * space between two opposite faces, x first; they differ in what comes before and after.
+ *
+ * Whether a path meets a box is a coin's toss to the processor, and a branch guessed wrongly costs
+ * more than a slab. So a path that is finite and still on no axis is clipped against all three
+ * slabs before its outcome is looked at, and the outcome picks the point without a branch. Nothing
+ * it computes can be invalid, so neither the bits nor the exception flags can tell. All other paths
+ * go slab by slab: there a slab that rejects keeps those behind it from being looked at.
  */
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
 #include "spatial/inverted.h"
+
+#include <string.h>
 
 using kx::Wide3;
 
@@ -14,6 +22,24 @@ namespace
 
 constexpr int32_t contact = 1;
 constexpr int32_t miss = 0;
+
+bool is_finite(const KXP3 &p)
+{
+    return kx::magnitude_bits(p.x) < kx::infinity_bits &&
+           kx::magnitude_bits(p.y) < kx::infinity_bits &&
+           kx::magnitude_bits(p.z) < kx::infinity_bits;
+}
+
+/** Finite, and at or above the tolerance. */
+bool moves(float step)
+{
+    return kx::magnitude_bits(step) - kx::tolerance_bits < kx::infinity_bits - kx::tolerance_bits;
+}
+
+bool moves_on_each_axis(const KXV3 &step)
+{
+    return moves(step.x) && moves(step.y) && moves(step.z);
+}
 
 /** One axis of the job. */
 struct Axis {
@@ -34,6 +60,15 @@ struct Axis {
 /** The parameters at which a path meets the two faces of a slab. */
 struct Crossing {
     double t1, t2;
+
+    double enter() const
+    {
+        return t1 > t2 ? t2 : t1;
+    }
+    double leave() const
+    {
+        return t1 > t2 ? t1 : t2;
+    }
 };
 
 /** Only for an axis that is not still: the division is guarded by that. */
@@ -43,28 +78,69 @@ Crossing crossing(const Axis &axis)
     return {(axis.lo - axis.start) * r, (axis.hi - axis.start) * r};
 }
 
-/** The parameters for which a path is inside all slabs so far. */
+double higher(double value, double than)
+{
+    return value > than ? value : than;
+}
+
+double lower(double value, double than)
+{
+    return value < than ? value : than;
+}
+
+/** The parameters for which a path is inside all slabs so far. Neither bound ever becomes NaN. */
 struct Interval {
     double near = -kx::huge;
     double far = kx::huge;
 
-    /**
-     * Narrows the interval; false once nothing in front of the start is left of it. The start being
-     * behind the slab is found before this in every finite case, by either caller.
-     */
-    bool narrow(const Crossing &c)
+    void narrow(const Crossing &c)
     {
-        const double enter = c.t1 > c.t2 ? c.t2 : c.t1;
-        const double leave = c.t1 > c.t2 ? c.t1 : c.t2;
-        if (enter > near) {
-            near = enter;
-        }
-        if (leave < far) {
-            far = leave;
-        }
-        return !(near > far || far < 0.0);
+        near = higher(c.enter(), near);
+        far = lower(c.leave(), far);
+    }
+    /**
+     * All three, in that order. Compilers make this six minimums and maximums; two choices by the
+     * same comparison side by side become a branch.
+     */
+    void narrow(const Crossing &x, const Crossing &y, const Crossing &z)
+    {
+        near = higher(z.enter(), higher(y.enter(), higher(x.enter(), near)));
+        far = lower(z.leave(), lower(y.leave(), lower(x.leave(), far)));
+    }
+    /**
+     * Whether anything in front of the start is left: far at or above both near and 0. Further
+     * slabs never make it true again. A slab behind the start puts far below 0.
+     */
+    bool is_met() const
+    {
+        return higher(near, 0.0) <= far;
     }
 };
+
+/** How a path fares that goes slab by slab. */
+struct Clip {
+    enum Outcome { missed, settled, open } outcome; /**< Settled: in contact, with its start. */
+    Interval inside;
+};
+
+/** Takes records, so that callers need not keep their axes in memory for it. */
+Clip clip_in_order(const KXP3 &start, const KXV3 &step, const KXBox &box)
+{
+    const Wide3 s = kx::wide(start), d = kx::wide(step);
+    const Wide3 lo = kx::wide(box.minimum), hi = kx::wide(box.maximum);
+    const Axis axes[3] = {{s.x, d.x, lo.x, hi.x}, {s.y, d.y, lo.y, hi.y}, {s.z, d.z, lo.z, hi.z}};
+    Interval inside;
+    for (const Axis &axis : axes) {
+        if (axis.is_still()) {
+            return {axis.starts_outside() ? Clip::missed : Clip::settled, inside};
+        }
+        inside.narrow(crossing(axis));
+        if (!inside.is_met()) {
+            return {Clip::missed, inside};
+        }
+    }
+    return {Clip::open, inside};
+}
 
 void store(KXP3 *point, const KXP3 &value)
 {
@@ -73,10 +149,46 @@ void store(KXP3 *point, const KXP3 &value)
     }
 }
 
-KXP3 along(const Axis (&axes)[3], double t)
+/** One of two values, by their bits: compilers take a choice of three floats for a branch. */
+float choice(bool first, float a, float b)
 {
-    return kx::single(Wide3{axes[0].step * t + axes[0].start, axes[1].step * t + axes[1].start,
-                            axes[2].step * t + axes[2].start});
+    uint32_t bits_a = 0, bits_b = 0;
+    memcpy(&bits_a, &a, sizeof a);
+    memcpy(&bits_b, &b, sizeof b);
+    const uint32_t bits = bits_b ^ ((bits_a ^ bits_b) & (0U - static_cast<uint32_t>(first)));
+    float chosen = 0.0f;
+    memcpy(&chosen, &bits, sizeof chosen);
+    return chosen;
+}
+
+/** Stores the point at t, or the start if the path did not get there. */
+void store_reached(KXP3 *point, const KXP3 &start, const Axis &x, const Axis &y, const Axis &z,
+                   double t, bool met)
+{
+    if (point == nullptr) {
+        return;
+    }
+    const KXP3 at =
+        kx::single(Wide3{x.step * t + x.start, y.step * t + y.start, z.step * t + z.start});
+    *point = {choice(met, at.x, start.x), choice(met, at.y, start.y), choice(met, at.z, start.z)};
+}
+
+/** Both ends beyond one and the same face. */
+int beyond(double start, double end, double lo, double hi)
+{
+    return ((start < lo) & (end < lo)) | ((start > hi) & (end > hi));
+}
+
+/** The same on any axis, for lines that are not finite: compares no end without need. */
+bool beyond_in_order(const Wide3 &s, const Wide3 &e, const Wide3 &lo, const Wide3 &hi)
+{
+    return (s.x < lo.x && e.x < lo.x) || (s.y < lo.y && e.y < lo.y) || (s.z < lo.z && e.z < lo.z) ||
+           (s.x > hi.x && e.x > hi.x) || (s.y > hi.y && e.y > hi.y) || (s.z > hi.z && e.z > hi.z);
+}
+
+int within(double start, double lo, double hi)
+{
+    return (start >= lo) & (start <= hi);
 }
 
 } // namespace
@@ -88,32 +200,35 @@ int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
     if (kx::is_inverted(lo, hi)) {
         return miss;
     }
-    if ((s.x < lo.x && e.x < lo.x) || (s.y < lo.y && e.y < lo.y) || (s.z < lo.z && e.z < lo.z) ||
-        (s.x > hi.x && e.x > hi.x) || (s.y > hi.y && e.y > hi.y) || (s.z > hi.z && e.z > hi.z)) {
+    const bool finite = is_finite(line->start) && is_finite(line->end);
+    if (finite ? beyond(s.x, e.x, lo.x, hi.x) + beyond(s.y, e.y, lo.y, hi.y) +
+                         beyond(s.z, e.z, lo.z, hi.z) !=
+                     0
+               : beyond_in_order(s, e, lo, hi)) {
         return miss;
     }
-    store(point, line->start);
-    if (s.x >= lo.x && s.x <= hi.x && s.y >= lo.y && s.y <= hi.y && s.z >= lo.z && s.z <= hi.z) {
+    if (within(s.x, lo.x, hi.x) + within(s.y, lo.y, hi.y) + within(s.z, lo.z, hi.z) == 3) {
+        store(point, line->start);
         return contact;
     }
-
-    const Axis axes[3] = {{s.x, kx::rounded(e.x - s.x), lo.x, hi.x},
-                          {s.y, kx::rounded(e.y - s.y), lo.y, hi.y},
-                          {s.z, kx::rounded(e.z - s.z), lo.z, hi.z}};
+    const KXV3 delta = kx::single(Wide3{e.x - s.x, e.y - s.y, e.z - s.z});
+    const Wide3 d = kx::wide(delta);
+    const Axis x = {s.x, d.x, lo.x, hi.x}, y = {s.y, d.y, lo.y, hi.y}, z = {s.z, d.z, lo.z, hi.z};
     Interval inside;
-    for (const Axis &axis : axes) {
-        if (axis.is_still()) {
-            return axis.starts_outside() ? miss : contact;
+    if (finite && moves_on_each_axis(delta)) {
+        inside.narrow(crossing(x), crossing(y), crossing(z));
+    } else {
+        store(point, line->start);
+        const Clip clip = clip_in_order(line->start, delta, *box);
+        if (clip.outcome != Clip::open) {
+            return clip.outcome == Clip::settled ? contact : miss;
         }
-        if (!inside.narrow(crossing(axis))) {
-            return miss;
-        }
+        inside = clip.inside;
     }
-    if (inside.near < 0.0 || inside.near > 1.0) {
-        return miss;
-    }
-    store(point, along(axes, inside.near));
-    return contact;
+    const double last = inside.far < 1.0 ? inside.far : 1.0;
+    const bool met = (inside.near >= 0.0) & (inside.near <= last);
+    store_reached(point, line->start, x, y, z, met ? inside.near : 0.0, met);
+    return met ? contact : miss;
 }
 
 int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point)
@@ -123,23 +238,21 @@ int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point)
     if (kx::is_inverted(lo, hi)) {
         return miss;
     }
-    store(point, ray->origin);
-
-    const Axis axes[3] = {{o.x, d.x, lo.x, hi.x}, {o.y, d.y, lo.y, hi.y}, {o.z, d.z, lo.z, hi.z}};
+    const Axis x = {o.x, d.x, lo.x, hi.x}, y = {o.y, d.y, lo.y, hi.y}, z = {o.z, d.z, lo.z, hi.z};
     Interval inside;
-    for (const Axis &axis : axes) {
-        if (axis.is_still()) {
-            return axis.starts_outside() ? miss : contact;
+    if (is_finite(ray->origin) && moves_on_each_axis(ray->direction)) {
+        inside.narrow(crossing(x), crossing(y), crossing(z));
+    } else {
+        store(point, ray->origin);
+        const Clip clip = clip_in_order(ray->origin, ray->direction, *box);
+        if (clip.outcome != Clip::open) {
+            return clip.outcome == Clip::settled ? contact : miss;
         }
-        const Crossing c = crossing(axis);
-        if (c.t1 < 0.0 && c.t2 < 0.0) {
-            return miss;
-        }
-        if (!inside.narrow(c)) {
-            return miss;
-        }
+        inside = clip.inside;
     }
+    const bool met = inside.is_met();
     // From inside the box the contact is the way out.
-    store(point, along(axes, inside.near < 0.0 ? inside.far : inside.near));
-    return contact;
+    const double t = inside.near < 0.0 ? inside.far : inside.near;
+    store_reached(point, ray->origin, x, y, z, met ? t : 0.0, met);
+    return met ? contact : miss;
 }

@@ -1,10 +1,16 @@
 /*
  * Lines and rays against a triangle of the host's mesh. The first half finds where the path crosses
  * the triangle's plane; the second, which both share, works in the plane.
+ *
+ * What chance decides is decided without a branch where that can be done: from which side a path
+ * comes, which axis is dropped, on which side of the rectangle the point lies. A branch guessed
+ * wrongly costs more than the arithmetic behind it. The divisions stay behind their guards.
  */
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
+
+#include <stddef.h>
 
 using kx::Wide3;
 
@@ -19,124 +25,127 @@ bool too_small(double value)
     return kx::magnitude(value) < kx::tolerance;
 }
 
-/** A point without the coordinate along which the plane's normal is largest. */
+/** A point without the coordinate along which the plane's normal is largest, as it is stored. */
 struct Projected {
-    double p, q;
+    float p, q;
 };
 
-/** Which two coordinates are left. On a tie x is dropped before y, and y before z. */
+/**
+ * Which two coordinates are left, as indices: to pick them by a branch would be to guess. On a tie
+ * x is dropped before y, and y before z.
+ */
 struct Projection {
-    float KXP3::*p;
-    float KXP3::*q;
+    size_t p;
+    size_t q;
 
     Projected operator()(const KXP3 &point) const
     {
-        return {kx::wide(point.*p), kx::wide(point.*q)};
+        const float *const coordinates = &point.x;
+        return {coordinates[p], coordinates[q]};
     }
 };
 
+/** Of a normal without NaN: whose magnitudes compare as their bits do. */
 Projection projection_of(const KXPlane &plane)
 {
-    const double a = kx::magnitude(kx::wide(plane.a));
-    const double b = kx::magnitude(kx::wide(plane.b));
-    const double c = kx::magnitude(kx::wide(plane.c));
-    if (a >= b && a >= c) {
-        return {&KXP3::y, &KXP3::z};
-    }
-    if (b >= a && b >= c) {
-        return {&KXP3::x, &KXP3::z};
-    }
-    return {&KXP3::x, &KXP3::y};
+    const uint32_t a = kx::magnitude_bits(plane.a);
+    const uint32_t b = kx::magnitude_bits(plane.b);
+    const uint32_t c = kx::magnitude_bits(plane.c);
+    const bool drops_x = (a >= b) & (a >= c);
+    const bool keeps_z = drops_x | ((b >= a) & (b >= c));
+    return {drops_x ? size_t{1} : size_t{0}, keeps_z ? size_t{2} : size_t{1}};
 }
 
-double lowest(double a, double b, double c)
+/**
+ * How many ends of the span of three coordinates another one is beyond: 0 inside and on the ends.
+ * Floats compare as doubles do. A number, since of several conditions compilers make branches.
+ */
+int sides_outside(float h, float k0, float k1, float k2)
 {
-    const double least = a < b ? a : b;
-    return least < c ? least : c;
+    const float least = k0 < k1 ? k0 : k1;
+    const float most = k0 > k1 ? k0 : k1;
+    const float lowest = least < k2 ? least : k2;
+    const float highest = most > k2 ? most : k2;
+    return (h < lowest) + (h > highest);
 }
 
-double highest(double a, double b, double c)
+/** The difference of two coordinates, a single. */
+double from_to(float from, float to)
 {
-    const double most = a > b ? a : b;
-    return most > c ? most : c;
-}
-
-bool outside_rectangle(const Projected &h, const Projected &k0, const Projected &k1,
-                       const Projected &k2)
-{
-    return h.p < lowest(k0.p, k1.p, k2.p) || h.q < lowest(k0.q, k1.q, k2.q) ||
-           h.p > highest(k0.p, k1.p, k2.p) || h.q > highest(k0.q, k1.q, k2.q);
-}
-
-/** The difference of two projected points, in singles. */
-Projected from_to(const Projected &from, const Projected &to)
-{
-    return {kx::rounded(to.p - from.p), kx::rounded(to.q - from.q)};
+    return kx::rounded(kx::wide(to) - kx::wide(from));
 }
 
 bool out_of_range(double beta)
 {
-    return beta < 0.0 || beta > 1.0;
+    return (beta < 0.0) | (beta > 1.0);
 }
 
 int32_t verdict(double alpha, double beta)
 {
-    return alpha < 0.0 || alpha + beta > 1.0 ? miss : hit;
+    return ((alpha < 0.0) | (alpha + beta > 1.0)) ? miss : hit;
 }
 
 /**
  * Whether a point of the plane lies in the triangle. With k0, k1, k2 the corners, alpha and beta
  * are its coordinates in h = k0 + alpha*(k1 - k0) + beta*(k2 - k0). Beta is single, alpha is not.
  */
-int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle, const KXP3 *vertices)
+inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
+                                 const KXP3 *vertices)
 {
     const Projection project = projection_of(triangle.plane);
     const Projected at = project(point);
     const Projected k0 = project(vertices[triangle.corner[0].vertex]);
     const Projected k1 = project(vertices[triangle.corner[1].vertex]);
     const Projected k2 = project(vertices[triangle.corner[2].vertex]);
-    if (outside_rectangle(at, k0, k1, k2)) {
+    // A NaN in q must not be compared when p has decided: only that would raise a flag.
+    const int outside_p = sides_outside(at.p, k0.p, k1.p, k2.p);
+    if ((kx::is_nan(at.q) || kx::is_nan(k0.q) || kx::is_nan(k1.q) || kx::is_nan(k2.q)) &&
+        outside_p != 0) {
+        return miss;
+    }
+    if (outside_p + sides_outside(at.q, k0.q, k1.q, k2.q) != 0) {
         return miss;
     }
 
-    const Projected h = from_to(k0, at);
-    const Projected e = from_to(k0, k1);
-    const Projected f = from_to(k0, k2);
-    if (e.p == 0.0) {
+    const double hp = from_to(k0.p, at.p), hq = from_to(k0.q, at.q);
+    const double ep = from_to(k0.p, k1.p), eq = from_to(k0.q, k1.q);
+    const double fp = from_to(k0.p, k2.p), fq = from_to(k0.q, k2.q);
+    if (ep == 0.0) {
         // The first edge runs along q alone, so p gives beta by itself. The tolerance looks at two
         // lengths here, and at an area below.
-        if (too_small(f.p)) {
+        if (too_small(fp)) {
             return miss;
         }
-        const double beta = kx::rounded(h.p / f.p);
-        if (too_small(e.q) || out_of_range(beta)) {
+        const double beta = kx::rounded(hp / fp);
+        if (too_small(eq) || out_of_range(beta)) {
             return miss;
         }
-        return verdict((h.q - beta * f.q) / e.q, beta);
+        return verdict((hq - beta * fq) / eq, beta);
     }
-    const double den = f.q * e.p - e.q * f.p;
+    const double den = fq * ep - eq * fp;
     if (too_small(den)) {
         return miss;
     }
-    const double beta = kx::rounded((h.q * e.p - e.q * h.p) / den);
+    const double beta = kx::rounded((hq * ep - eq * hp) / den);
     if (out_of_range(beta)) {
         return miss;
     }
-    return verdict((h.p - beta * f.p) / e.p, beta);
+    return verdict((hp - beta * fp) / ep, beta);
 }
 
 /** Where a path crosses a plane; t is negative when it does not, in front of its start. */
-double plane_crossing(const KXPlane &plane, const Wide3 &start, const Wide3 &step)
+inline double plane_crossing(const KXPlane &plane, const Wide3 &start, const Wide3 &step)
 {
     constexpr double never = -1.0;
     const double a = kx::wide(plane.a), b = kx::wide(plane.b), c = kx::wide(plane.c);
     const double denom = kx::rounded(a * step.x + b * step.y + c * step.z);
-    if (too_small(denom)) {
+    // Nor does a NaN cross, so that what follows has a plane without NaN.
+    if (!(kx::magnitude(denom) >= kx::tolerance)) {
         return never;
     }
     const double dist = kx::rounded(a * start.x + b * start.y + c * start.z + kx::wide(plane.d));
     // Strictly towards the plane, from either side: a start on the plane does not cross it.
-    if ((dist > 0.0 && denom < 0.0) || (dist < 0.0 && denom > 0.0)) {
+    if (dist * kx::sign(denom) < 0.0) {
         return -(dist / denom);
     }
     return never;

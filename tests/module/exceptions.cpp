@@ -83,6 +83,22 @@ TEST_CASE("Guarded paths raise neither division by zero nor an invalid operation
             KXLineIxBox(&line, &box, &vector);
         }
     });
+    check_quiet("what need not be looked at any more may be NaN", [] {
+        const KXRay ray = {{2, 0.5f, 0.5f}, {1, not_a_number, 1}};
+        const KXLine beside = {{-1, 0.5f, 0.5f}, {-2, not_a_number, 0.5f}};
+        const KXLine from_inside = {{0.5f, 0.5f, 0.5f}, {2, not_a_number, 2}};
+        KXRayIxBox(&ray, &box, &vector);
+        KXLineIxBox(&beside, &box, &vector);
+        KXLineIxBox(&from_inside, &box, &vector);
+        const KXP3 broken[3] = {{0, 0, 0}, {0, 1, 0}, {1, not_a_number, 0}};
+        const KXRay down = {{-1, 0, 1}, {0, 0, -1}};
+        const KXTriangle triangle = triangle_of(0, 1, 2);
+        KXRayIxTriangle(&down, &triangle, broken, &vector);
+    });
+    check_quiet("no point wanted, and none that would be valid", [] {
+        const KXRay ray = {{0.5f, 0.5f, 0.5f}, {infinity, 1, 1}};
+        KXRayIxBox(&ray, &box, nullptr);
+    });
     check_quiet("a triangle without a plane", [] {
         KXTriangle triangle = triangle_of(0, 1, 2);
         triangle.plane = {0, 0, 0, 0};

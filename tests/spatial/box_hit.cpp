@@ -120,6 +120,8 @@ TEST_CASE("KXRayIxBox")
         {"on a face, going out", unit, {{1, 0.5f, 0.5f}, {1, 0.2f, 0.2f}}, 1, {1, 0.5f, 0.5f}},
         {"on a corner, going out", unit, {{1, 1, 1}, {1, 1, 1}}, 1, {1, 1, 1}},
         {"a corner first", unit, {{-1, -1, -1}, {1, 1, 1}}, 1, {0, 0, 0}},
+        {"a miss keeps the signs of zeros", {{1, 1, 1}, {2, 2, 2}}, {{-0.0f, -0.0f, -0.0f}, {1, 0.25f, 1}}, 0, {-0.0f, -0.0f, -0.0f}},
+        {"equal parameters: in through the minimum", {{-0.0f, 0, 0}, {0, 1, 1}}, {{0, -0.0f, 0.5f}, {1, 1, 1}}, 1, {0, -0.0f, 0.5f}},
         {"behind along x", unit, {{2, 0.5f, 0.5f}, {1, 0.1f, 0.1f}}, 0, {2, 0.5f, 0.5f}},
         {"behind along z", unit, {{0.5f, 0.5f, 3}, {0.1f, 0.1f, 1}}, 0, {0.5f, 0.5f, 3}},
         {"misses", unit, {{-1, 3, 0.5f}, {1, 1, 0.1f}}, 0, {-1, 3, 0.5f}},
