@@ -21,18 +21,17 @@ double KXM4Determinant(const KXM4 *m)
     const kx::Pair FC = kx::rounded(row2 * row3_middle - row2_middle * row3);
     const kx::Pair EB = kx::rounded(row2 * row3_end - row2_end * row3);
     const kx::Pair DA = kx::rounded(kx::pair(m20 * m33 - m23 * m30, m22 * m33 - m23 * m32));
-    const double F = kx::first(FC), E = kx::first(EB), B = kx::second(EB);
-    const double D = kx::first(DA), A = kx::second(DA);
 
-    // The minors of row 0; the fourth and the first side by side.
+    // The minors of row 0.
     const kx::Pair row1 = kx::load(&m->m[1][0]), row1_middle = kx::load(&m->m[1][1]);
     const kx::Pair row1_end = kx::load(&m->m[1][2]);
-    const double m10 = kx::first(row1), m11 = kx::first(row1_middle), m12 = kx::first(row1_end);
-    const double m13 = e(1, 3);
     const kx::Pair minors30 = row1 * kx::seconds(FC, DA) - row1_middle * EB + row1_end * FC;
-    const double minor1 = m10 * A - m12 * D + m13 * E, minor2 = m10 * B - m11 * D + m13 * F;
+    const kx::Pair minors12 = kx::both_first(row1) * kx::seconds(DA, EB) -
+                              kx::swapped(row1_middle) * kx::both_first(DA) +
+                              kx::both_second(row1_end) * kx::firsts(EB, FC);
+    const kx::Pair terms12 = kx::load(&m->m[0][1]) * minors12;
 
-    return e(0, 0) * kx::second(minors30) - e(0, 1) * minor1 + e(0, 2) * minor2 -
+    return e(0, 0) * kx::second(minors30) - kx::first(terms12) + kx::second(terms12) -
            e(0, 3) * kx::first(minors30);
 }
 
@@ -61,11 +60,11 @@ int32_t KXM4IsOrthogonal(const KXM4 *m)
     const double l0 = squared_length(0);
     const double l1 = squared_length(1);
     const double l2 = squared_length(2);
-    const double d = KXM4Determinant(m);
     // It is the squared length that meets the tolerance.
     if (l0 <= kx::tolerance || l1 <= kx::tolerance || l2 <= kx::tolerance) {
         return 0;
     }
+    const double d = KXM4Determinant(m);
     const double ratio = d * d / l0 / l1 / l2;
     return ratio >= lowest_ratio && ratio <= highest_ratio;
 }
