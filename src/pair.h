@@ -18,7 +18,7 @@
 
 #include "numeric.h"
 
-#if defined(__GNUC__) && defined(__SSE2__)
+#if defined(__GNUC__) && defined(__SSE2__) && !defined(KX_PLAIN)
 
 #include <emmintrin.h>
 
