@@ -33,7 +33,7 @@ struct Goal {
 };
 
 struct Peer {
-    const Library &library;
+    const Library &against;
     Goal goal = {};
 };
 

@@ -82,11 +82,11 @@ void compare(const Comparison &row, int repetitions, Report &report)
 
     const std::vector<char> ours = results_of(row, kernel, row.ours);
     for (const Peer &peer : row.peers) {
-        const KernelFunction theirs = peer.library.find(row.kernel);
+        const KernelFunction theirs = peer.against.find(row.kernel);
         contenders.push_back(
-            {peer.library.name, [&, theirs](int) { theirs(&row.theirs); }, row.items()});
+            {peer.against.name, [&, theirs](int) { theirs(&row.theirs); }, row.items()});
         Checks check;
-        if (!peer.library.is_limit()) {
+        if (!peer.against.is_limit()) {
             check.difference = row.difference(
                 ours.data(), results_of(row, theirs, row.theirs).data(), row.items());
             check.agrees = check.difference <= row.tolerance;

@@ -112,7 +112,7 @@ void Report::add(const Comparison &row, const Peer &peer, const Times &ours, con
         goal = ratio(limit) + (is_met ? " met" : " **missed**");
     }
     std::string difference = "";
-    if (!peer.library.is_limit()) {
+    if (!peer.against.is_limit()) {
         char text[48];
         std::snprintf(text, sizeof text, "%.1e%s", checks.difference,
                       checks.agrees ? "" : " **too much**");
@@ -125,7 +125,7 @@ void Report::add(const Comparison &row, const Peer &peer, const Times &ours, con
         failed_checks += !checks.same_bits;
     }
     std::printf("| %s | %s | %s | %s | %s | %s | %s | %s | %s |\n", row.operation.c_str(),
-                nanoseconds(median(ours)).c_str(), peer.library.name,
+                nanoseconds(median(ours)).c_str(), peer.against.name,
                 nanoseconds(median(theirs)).c_str(), ratio(middle).c_str(),
                 ratio(quantile(ratios, 0.1)).c_str(), goal.c_str(), difference.c_str(),
                 bits.c_str());

@@ -23,6 +23,7 @@
 #if KX_HAS_LANES
 
 #include "numeric.h"
+#include "pair.h"
 
 #include <stddef.h>
 #include <string.h>
@@ -81,9 +82,7 @@ template <size_t N>
 KX_INLINE Lanes<N> load(const float *from)
 {
     if constexpr (N == 2) {
-        double pair;
-        memcpy(&pair, from, sizeof pair);
-        return _mm_cvtps_pd(_mm_castpd_ps(_mm_set_sd(pair)));
+        return kx::load(from);
 #if defined(__AVX__)
     } else if constexpr (N == 4) {
         return _mm256_cvtps_pd(_mm_loadu_ps(from));
@@ -99,8 +98,7 @@ template <size_t N>
 KX_INLINE void store(float *to, Lanes<N> value)
 {
     if constexpr (N == 2) {
-        const double pair = _mm_cvtsd_f64(_mm_castps_pd(_mm_cvtpd_ps(value)));
-        memcpy(to, &pair, sizeof pair);
+        kx::store(to, single(value));
 #if defined(__AVX__)
     } else if constexpr (N == 4) {
         _mm_storeu_ps(to, _mm256_cvtpd_ps(value));
@@ -117,7 +115,7 @@ template <size_t N>
 KX_INLINE Lanes<N> load_everywhere(const float *from)
 {
     if constexpr (N == 2) {
-        return _mm_set1_pd(wide(*from));
+        return both(wide(*from));
 #if defined(__AVX__)
     } else if constexpr (N == 4) {
         return _mm256_cvtps_pd(_mm_broadcast_ss(from));
@@ -173,12 +171,6 @@ KX_INLINE void store_in_three(float *to, Lanes<8> value)
 }
 #endif
 
-/** The two floats at an address that has two more behind them: one instruction, not two. */
-KX_INLINE Lanes<2> load_two_of_four(const float *from)
-{
-    return _mm_cvtps_pd(_mm_loadu_ps(from));
-}
-
 #else
 
 template <size_t N>
@@ -196,11 +188,6 @@ KX_INLINE void store(float *to, Lanes<N> value)
     typedef float Singles __attribute__((vector_size(4 * N)));
     const Singles singles = __builtin_convertvector(value, Singles);
     memcpy(to, &singles, sizeof singles);
-}
-
-KX_INLINE Lanes<2> load_two_of_four(const float *from)
-{
-    return load<2>(from);
 }
 
 template <size_t N, size_t Group>

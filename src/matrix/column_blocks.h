@@ -34,9 +34,6 @@ KX_INLINE Wide spread(Wide v, kx::Sequence<Lane...>)
 template <bool Moved>
 uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    if (count == 0) {
-        return 0;
-    }
     const Wide x_column = repeated<2>(&m.m[0][0], 3, Every());
     const Wide y_column = repeated<2>(&m.m[0][1], 3, Every());
     const Wide translation = repeated<2>(&m.m[0][2], 3, Every());
@@ -98,9 +95,6 @@ KX_INLINE uint32_t sum_columns(const Four (&columns)[4], uint32_t count, const f
 
 uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
-    if (count == 0) {
-        return 0;
-    }
     Four columns[4];
 #pragma GCC unroll 4
     for (size_t c = 0; c < 4; ++c) {

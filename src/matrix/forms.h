@@ -8,8 +8,8 @@
 #define KX_MATRIX_FORMS_H
 
 #include "kxmaths5/types.h"
-#include "lanes.h"
 #include "numeric.h"
+#include "pair.h"
 
 namespace kx
 {
@@ -67,34 +67,28 @@ static inline KXP2 position(const KXM3 &m, const KXP2 &p)
     return {coordinate(0), coordinate(1)};
 }
 
-#if KX_HAS_LANES
-
 /**
- * Two floats are widened at a time, and rows 0 and 1 are added up side by side. That is two thirds
- * of the instructions of the plain form and a fifth less time. A product with 1 changes nothing,
- * and the sums have the plain form's order.
+ * Two floats are widened at a time, and rows 0 and 1 are added up side by side: a fifth less time.
+ * A product with 1 changes nothing.
  */
 template <bool Moved>
 static inline KXP3 transformed(const KXM4 &m, const KXP3 &p)
 {
-    using Pair = Lanes<2>;
-    const Pair xy = load<2>(&p.x);
-    const Pair z1 = {wide(p.z), 1.0};
+    const Pair xy = load(&p.x), z1 = pair(wide(p.z), 1.0);
     // Of columns 0 and 1, and of columns 2 and 3.
-    const Pair a0 = load_two_of_four(&m.m[0][0]) * xy, a2 = load_two_of_four(&m.m[0][2]) * z1;
-    const Pair b0 = load_two_of_four(&m.m[1][0]) * xy, b2 = load_two_of_four(&m.m[1][2]) * z1;
-    const Pair c0 = load_two_of_four(&m.m[2][0]) * xy, c2 = load_two_of_four(&m.m[2][2]) * z1;
+    const Pair a = load(&m.m[0][0]) * xy, a_end = load(&m.m[0][2]) * z1;
+    const Pair b = load(&m.m[1][0]) * xy, b_end = load(&m.m[1][2]) * z1;
+    const Pair c = load(&m.m[2][0]) * xy, c_end = load(&m.m[2][2]) * z1;
 
-    Pair ab = __builtin_shufflevector(a0, b0, 0, 2) + __builtin_shufflevector(a0, b0, 1, 3) +
-              __builtin_shufflevector(a2, b2, 0, 2);
-    double c = c0[0] + c0[1] + c2[0];
+    Pair x_y = firsts(a, b) + seconds(a, b) + firsts(a_end, b_end);
+    double z = first(c) + second(c) + first(c_end);
     if (Moved) {
-        ab = ab + __builtin_shufflevector(a2, b2, 1, 3);
-        c = c + c2[1];
+        x_y = x_y + seconds(a_end, b_end);
+        z = z + second(c_end);
     }
     KXP3 image;
-    store<2>(&image.x, ab);
-    image.z = single(c);
+    store(&image.x, single(x_y));
+    image.z = single(z);
     return image;
 }
 
@@ -107,30 +101,6 @@ static inline KXP3 position(const KXM4 &m, const KXP3 &p)
 {
     return transformed<true>(m, p);
 }
-
-#else
-
-static inline KXP3 direction(const KXM4 &m, const KXP3 &p)
-{
-    const double x = kx::wide(p.x), y = kx::wide(p.y), z = kx::wide(p.z);
-    const auto coordinate = [&](int r) {
-        return kx::single(kx::wide(m.m[r][0]) * x + kx::wide(m.m[r][1]) * y +
-                          kx::wide(m.m[r][2]) * z);
-    };
-    return {coordinate(0), coordinate(1), coordinate(2)};
-}
-
-static inline KXP3 position(const KXM4 &m, const KXP3 &p)
-{
-    const double x = kx::wide(p.x), y = kx::wide(p.y), z = kx::wide(p.z);
-    const auto coordinate = [&](int r) {
-        return kx::single(kx::wide(m.m[r][0]) * x + kx::wide(m.m[r][1]) * y +
-                          kx::wide(m.m[r][2]) * z + kx::wide(m.m[r][3]));
-    };
-    return {coordinate(0), coordinate(1), coordinate(2)};
-}
-
-#endif
 
 static inline KXP4 homogeneous(const KXM4 &m, const KXP4 &p)
 {

@@ -38,15 +38,20 @@ void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
 
 #endif
 
-/** What the blocks have left, point by point. */
+/** Blocks of points, and point by point what they have left. */
 template <typename Matrix, typename Point>
-void transform_rest(Point (*form)(const Matrix &, const Point &), const Matrix &m, uint32_t done,
-                    uint32_t count, const Point *in, Point *out)
+void transform(uint32_t (*blocks)(const Matrix &, uint32_t, const Point *, Point *),
+               Point (*form)(const Matrix &, const Point &), const Matrix *m, uint32_t count,
+               const Point *in, Point *out)
 {
+    if (count == 0) {
+        return; // nothing is read then, and any address may be null
+    }
+    uint32_t done = blocks(*m, count, in, out);
     if (done == count) {
         return;
     }
-    const Matrix copy = m; // out might be part of m for all that the compiler knows
+    const Matrix copy = *m; // out might be part of m for all that the compiler knows
     for (; done < count; ++done) {
         out[done] = form(copy, in[done]);
     }
@@ -64,34 +69,29 @@ void product(const KXM4 *a, const KXM4 *b, KXM4 *out)
     multiply_by_rows(a, b, out);
 }
 
-void directions(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
+void directions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    transform_rest<KXM3, KXP2>(direction, m, transform_blocks<false>(m, count, in, out), count, in,
-                               out);
+    transform<KXM3, KXP2>(transform_blocks<false>, direction, m, count, in, out);
 }
 
-void positions(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
+void positions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    transform_rest<KXM3, KXP2>(position, m, transform_blocks<true>(m, count, in, out), count, in,
-                               out);
+    transform<KXM3, KXP2>(transform_blocks<true>, position, m, count, in, out);
 }
 
-void directions(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
+void directions(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    transform_rest<KXM4, KXP3>(direction, m, transform_blocks<false>(m, count, in, out), count, in,
-                               out);
+    transform<KXM4, KXP3>(transform_blocks<false>, direction, m, count, in, out);
 }
 
-void positions(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
+void positions(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    transform_rest<KXM4, KXP3>(position, m, transform_blocks<true>(m, count, in, out), count, in,
-                               out);
+    transform<KXM4, KXP3>(transform_blocks<true>, position, m, count, in, out);
 }
 
-void homogeneous(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
+void homogeneous(const KXM4 *m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
-    transform_rest<KXM4, KXP4>(kx::homogeneous, m, transform_blocks(m, count, in, out), count, in,
-                               out);
+    transform<KXM4, KXP4>(transform_blocks, kx::homogeneous, m, count, in, out);
 }
 
 } // namespace KX_INSTRUCTION_SET

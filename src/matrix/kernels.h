@@ -24,11 +24,11 @@
 
 #define KX_DECLARE_KERNELS                                                                         \
     void product(const KXM4 *a, const KXM4 *b, KXM4 *out);                                         \
-    void directions(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out);                     \
-    void positions(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out);                      \
-    void directions(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out);                     \
-    void positions(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out);                      \
-    void homogeneous(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out);
+    void directions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);                     \
+    void positions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);                      \
+    void directions(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out);                     \
+    void positions(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out);                      \
+    void homogeneous(const KXM4 *m, uint32_t count, const KXP4 *in, KXP4 *out);
 
 namespace kx
 {

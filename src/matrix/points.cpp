@@ -31,25 +31,25 @@ void KXM4P4(const KXM4 *m, const KXP4 *p, KXP4 *out)
 
 void KXM3NP2I0(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    KX_CALL_KERNEL(directions(*m, count, in, out));
+    KX_CALL_KERNEL(directions(m, count, in, out));
 }
 
 void KXM3NP2I1(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    KX_CALL_KERNEL(positions(*m, count, in, out));
+    KX_CALL_KERNEL(positions(m, count, in, out));
 }
 
 void KXM4NP3I0(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    KX_CALL_KERNEL(directions(*m, count, in, out));
+    KX_CALL_KERNEL(directions(m, count, in, out));
 }
 
 void KXM4NP3I1(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    KX_CALL_KERNEL(positions(*m, count, in, out));
+    KX_CALL_KERNEL(positions(m, count, in, out));
 }
 
 void KXM4NP4(const KXM4 *m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
-    KX_CALL_KERNEL(homogeneous(*m, count, in, out));
+    KX_CALL_KERNEL(homogeneous(m, count, in, out));
 }

@@ -45,7 +45,7 @@ bool same_floats(const std::vector<float> &a, const std::vector<float> &b)
 /** Any count, any start, in place and not, with floats around the arrays that must stay. */
 template <typename Matrix, typename Point>
 void check_arrays(const char *label, Point (*form)(const Matrix &, const Point &),
-                  void (*kernel)(const Matrix &, std::uint32_t, const Point *, Point *))
+                  void (*kernel)(const Matrix *, std::uint32_t, const Point *, Point *))
 {
     constexpr std::size_t floats = sizeof(Point) / 4;
     Corpus corpus(label);
@@ -67,8 +67,8 @@ void check_arrays(const char *label, Point (*form)(const Matrix &, const Point &
                         points(wanted)[i] = points(wanted_in_place)[i] = form(m, points(in)[i]);
                     }
                 });
-                const int fast = raised_by([&] { kernel(m, count, points(in), points(out)); });
-                kernel(m, count, points(place), points(place));
+                const int fast = raised_by([&] { kernel(&m, count, points(in), points(out)); });
+                kernel(&m, count, points(place), points(place));
                 const bool right = same_floats(out, wanted) && same_floats(place, wanted_in_place) && (fast & ~plain) == 0;
                 failures += right ? 0 : 1;
                 CHECK_MESSAGE((right || failures > 5), label, ", count ", count, ", start ", start, ", flags ", fast, " for ", plain);
