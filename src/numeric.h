@@ -66,7 +66,13 @@ static inline double sign(double value)
 }
 static inline double square_root(double value)
 {
+#if defined(__GNUC__)
+    // One instruction without optimisation too: a library may take the root in an x87 register,
+    // and then it is rounded twice.
+    return __builtin_sqrt(value);
+#else
     return ::sqrt(value);
+#endif
 }
 static inline double sine(double angle)
 {

@@ -19,5 +19,6 @@ int main(void)
     if (KXV3Length(&offset) > 0.0 || p.z < 300.0f) {
         return 1;
     }
-    return (double)KX_TOLERANCE != 9.999999974752427e-07 || (double)KX_HUGE != 1.0000000200408773e+20;
+    /* Without the casts the literals have more bits than a double where arithmetic is the x87's. */
+    return (double)KX_TOLERANCE != (double)9.999999974752427e-07 || (double)KX_HUGE != (double)1.0000000200408773e+20;
 }

@@ -1,13 +1,14 @@
 #!/bin/sh
-# Holds a build to the digests that are written down: digests.sh PROGRAM DIGESTS-FILE EXPORTS-FILE
+# Holds a build to the digests that are written down:
+# digests.sh DIGESTS-FILE EXPORTS-FILE PROGRAM [ARGUMENT...]
 set -eu
-program=$1
-digests_file=$2
-exports_file=$3
+digests_file=$1
+exports_file=$2
+shift 2
 
 # Every export has a line, and the last line is the total.
 { sort "$exports_file"; echo total; } >wanted-names.txt
 { sed '$d' "$digests_file" | cut -d' ' -f1 | sort; tail -n 1 "$digests_file" | cut -d' ' -f1; } |
     diff wanted-names.txt - || { echo "the digests are not those of the exports"; exit 1; }
 
-"$program" | diff "$digests_file" - || { echo "other bits than those written down"; exit 1; }
+"$@" | tr -d '\r' | diff "$digests_file" - || { echo "other bits than those written down"; exit 1; }

@@ -4,7 +4,21 @@
  */
 #include <kxmaths5.h>
 
+#if defined(_WIN32)
+#include <windows.h>
+#define FOUND FARPROC
+#define LOAD(path) LoadLibraryA(path)
+#define FIND(module, name) GetProcAddress((HMODULE)(module), name)
+#define FAILURE() "not loaded"
+#define UNLOAD(module) (FreeLibrary((HMODULE)(module)) == 0)
+#else
 #include <dlfcn.h>
+#define FOUND void *
+#define LOAD(path) dlopen(path, RTLD_NOW | RTLD_LOCAL)
+#define FIND(module, name) dlsym(module, name)
+#define FAILURE() dlerror()
+#define UNLOAD(module) (dlclose(module) != 0)
+#endif
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -12,7 +26,7 @@
 /* ISO C has no cast from an object's address to a function's, so the bytes are copied. */
 static void resolve(void *module, const char *name, void *function, size_t size)
 {
-    void *const address = dlsym(module, name);
+    FOUND const address = FIND(module, name);
     if (address == NULL || size != sizeof address) {
         fprintf(stderr, "%s: %s\n", name, address == NULL ? "not found" : "not an address");
         exit(1);
@@ -169,9 +183,9 @@ static void polar(void *module)
 
 int main(int argc, char **argv)
 {
-    void *const module = argc == 2 ? dlopen(argv[1], RTLD_NOW | RTLD_LOCAL) : NULL;
+    void *const module = argc == 2 ? LOAD(argv[1]) : NULL;
     if (module == NULL) {
-        fprintf(stderr, "load_all: %s\n", argc == 2 ? dlerror() : "wants the library's path");
+        fprintf(stderr, "load_all: %s\n", argc == 2 ? FAILURE() : "wants the library's path");
         return 1;
     }
     foundations(module);
@@ -180,5 +194,5 @@ int main(int argc, char **argv)
     orientation(module);
     spatial(module);
     polar(module);
-    return dlclose(module) != 0;
+    return UNLOAD(module);
 }

@@ -58,31 +58,41 @@ void Corpus::use(Kind chosen)
     kind = chosen;
 }
 
-float Corpus::number()
+std::uint32_t Corpus::number_bits()
 {
-    const auto quarter = [this] { return (static_cast<float>(below(33)) - 16.0f) * 0.25f; };
+    const auto quarter = [this] {
+        return bits_of((static_cast<float>(below(33)) - 16.0f) * 0.25f);
+    };
     switch (kind) {
     case Kind::lattice:
-        return below(32) == 0 ? -0.0f : quarter();
+        return below(32) == 0 ? 0x80000000U : quarter();
     case Kind::ordinary:
-        return (static_cast<float>(word() >> 8) - 8388608.0f) * 0x1p-20f;
+        return bits_of((static_cast<float>(word() >> 8) - 8388608.0f) * 0x1p-20f);
     case Kind::boundary: {
         if (below(4) == 0) {
             return quarter();
         }
         const std::uint32_t at = bits_of(constants[below(std::size(constants))]);
         const std::uint32_t beside = at + below(3) - (at == 0 ? 0U : 1U);
-        return float_of(beside | (word() & 0x80000000U));
+        return beside | (word() & 0x80000000U);
     }
     case Kind::any_bits: {
         const std::uint32_t bits = word();
-        return float_of(is_nan(bits) ? bits & 0xff800000U : bits);
+        return is_nan(bits) ? bits & 0xff800000U : bits;
     }
     case Kind::moved_nans:
         break;
     }
-    return below(2) == 0 ? float_of(0x7f800001U + below(0x7ffffeU) + (word() & 0x80000000U))
-                         : quarter();
+    if (below(2) != 0) {
+        return quarter();
+    }
+    const std::uint32_t payload = below(0x7ffffeU);
+    return 0x7f800001U + payload + (word() & 0x80000000U);
+}
+
+float Corpus::number()
+{
+    return float_of(number_bits());
 }
 
 /** A rotation from a quaternion of small integers: quarter turns and others, with no sine in it. */

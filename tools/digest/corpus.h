@@ -33,6 +33,8 @@ public:
     void next_kind();
     void use(Kind chosen);
 
+    /** As bits, since 32-bit x86 gives a float back in a register that makes a NaN quiet. */
+    std::uint32_t number_bits();
     float number();
 
     void fill(KXM3 *m);
@@ -45,7 +47,7 @@ public:
     {
         static_assert(sizeof(Plain) % sizeof(float) == 0, "a record of floats");
         for (std::size_t i = 0; i < sizeof(Plain) / sizeof(float); ++i) {
-            const float value = number();
+            const std::uint32_t value = number_bits();
             std::memcpy(reinterpret_cast<char *>(record) + i * sizeof value, &value, sizeof value);
         }
     }

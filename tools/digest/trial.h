@@ -137,8 +137,7 @@ private:
         for (auto *part : {f.before.data(), f.after.data()}) {
             std::generate_n(part, 4, [this] { return corpus.word() & 0x7f7fffffU; });
         }
-        std::generate(f.record.begin(), f.record.end(),
-                      [this] { return bits_of(corpus.number()); });
+        std::generate(f.record.begin(), f.record.end(), [this] { return corpus.number_bits(); });
         return f;
     }
 
@@ -147,7 +146,7 @@ private:
     {
         Array<Point> a;
         a.words.resize(8 + count * (sizeof(Point) / 4));
-        std::generate(a.words.begin(), a.words.end(), [this] { return bits_of(corpus.number()); });
+        std::generate(a.words.begin(), a.words.end(), [this] { return corpus.number_bits(); });
         return a;
     }
 

@@ -1,5 +1,5 @@
 #!/bin/sh
-# What the built module shows to the loader: linkage.sh CHECK LIBRARY EXPORTS-FILE
+# What the built module shows to the loader: elf_linkage.sh CHECK LIBRARY EXPORTS-FILE
 set -eu
 check=$1
 library=$2
@@ -9,10 +9,10 @@ runtime_data='^(_DYNAMIC|_GLOBAL_OFFSET_TABLE_|__TMC_END__|__dso_handle|complete
 runtime_data="$runtime_data|__frame_dummy_init_array_entry|__do_global_dtors_aux_fini_array_entry)\$"
 
 # A tool that is missing or fails must fail the check, so its output is taken before it is searched.
-symbols=$(nm --defined-only "$library")
-exported=$(nm -D --defined-only "$library")
-dynamic=$(readelf -d "$library")
-relocations=$(readelf -rW "$library")
+symbols=$("${NM:-nm}" --defined-only "$library")
+exported=$("${NM:-nm}" -D --defined-only "$library")
+dynamic=$("${READELF:-readelf}" -d "$library")
+relocations=$("${READELF:-readelf}" -rW "$library")
 
 # Fails, with a sentence, if there is anything in the second argument.
 want_none() {
