@@ -1,9 +1,14 @@
 /*
+ * digest [--rounding up|down|zero] [--flush]
+ *
  * Prints a digest of what each function of the library gives back for one corpus of inputs, and a
  * digest of all of them. Another platform, compiler or level of optimisation has the same bits when
- * it prints the same lines: those of digests.txt.
+ * it prints the same lines: those of digests.txt. The options set a host's rounding mode, and that
+ * subnormals are flushed to zero, around each call.
  */
 #include "trial.h"
+
+#include <cstring>
 
 namespace
 {
@@ -23,18 +28,38 @@ void print(const char *name, std::uint64_t value)
 }
 
 struct Digesting {
+    digest::Environment environment;
+
     template <typename Function>
     void operator()(const catalogue::Entry<Function> &entry) const
     {
-        print(entry.name, digest::Trial(entry.name).run(entry));
+        print(entry.name, digest::Trial(entry.name, environment).run(entry));
     }
 };
 
 } // namespace
 
-int main()
+int main(int argc, char **argv)
 {
-    catalogue::for_every_function(Digesting());
+    int rounding = FE_TONEAREST;
+    bool flush = false;
+    for (int i = 1; i < argc; ++i) {
+        const bool has_mode = std::strcmp(argv[i], "--rounding") == 0 && i + 1 < argc;
+        const char *const mode = has_mode ? argv[++i] : "";
+        if (std::strcmp(mode, "up") == 0) {
+            rounding = FE_UPWARD;
+        } else if (std::strcmp(mode, "down") == 0) {
+            rounding = FE_DOWNWARD;
+        } else if (std::strcmp(mode, "zero") == 0) {
+            rounding = FE_TOWARDZERO;
+        } else if (!has_mode && std::strcmp(argv[i], "--flush") == 0) {
+            flush = true;
+        } else {
+            std::fprintf(stderr, "usage: kx_digest [--rounding up|down|zero] [--flush]\n");
+            return 2;
+        }
+    }
+    catalogue::for_every_function(Digesting{{rounding, flush}});
     show("total", total);
     return 0;
 }

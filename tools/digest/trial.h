@@ -4,6 +4,7 @@
 
 #include "catalogue.h"
 #include "corpus.h"
+#include "environment.h"
 
 #include <algorithm>
 #include <array>
@@ -23,7 +24,7 @@ namespace digest
 class Trial
 {
 public:
-    explicit Trial(const char *name) : corpus(name) {}
+    Trial(const char *name, const Environment &around) : corpus(name), environment(around) {}
 
     template <typename Result, typename... Arguments>
     std::uint64_t run(const catalogue::Entry<Result (*)(Arguments...)> &entry)
@@ -54,10 +55,10 @@ public:
             Matrix m;
             corpus.fill(&m);
             Array<Point> in = array<Point>(count), out = array<Point>(count);
-            entry.function(&m, count, in.points(), out.points());
+            in_environment(entry.function, &m, count, in.points(), out.points());
             enter(in);
             enter(out);
-            entry.function(&m, count, in.points(), in.points());
+            in_environment(entry.function, &m, count, in.points(), in.points());
             enter(in);
         });
         return digest.value();
@@ -71,7 +72,7 @@ public:
         for_every_count([&](std::uint32_t count) {
             Array<Point> points = array<Point>(count);
             const KXUnit from = corpus.below(10), to = corpus.below(10);
-            entry.function(from, to, count, points.points());
+            in_environment(entry.function, from, to, count, points.points());
             enter(points);
         });
         return digest.value();
@@ -90,7 +91,7 @@ public:
             corpus.fill(&path);
             corpus.fill(vertices, &triangle);
             Frame point = frame();
-            digest.result(entry.function(&path, &triangle, vertices,
+            digest.result(in_environment(entry.function, &path, &triangle, vertices,
                                          reinterpret_cast<KXP3 *>(point.record.data())));
             enter(point);
         }
@@ -116,6 +117,20 @@ private:
             return reinterpret_cast<Point *>(words.data() + 4);
         }
     };
+
+    template <typename Result, typename... Parameters, typename... Arguments>
+    Result in_environment(Result (*function)(Parameters...), Arguments... arguments)
+    {
+        environment.enter();
+        if constexpr (std::is_void_v<Result>) {
+            function(arguments...);
+            environment.leave();
+        } else {
+            const Result result = function(arguments...);
+            environment.leave();
+            return result;
+        }
+    }
 
     Frame frame()
     {
@@ -156,10 +171,11 @@ private:
         }
         // The braces keep the order of the arguments, and with it the corpus, the same everywhere.
         const std::tuple<Arguments...> arguments{argument<Arguments>(sharing[Place])...};
+        const auto make = [&](Arguments... a) { return in_environment(function, a...); };
         if constexpr (std::is_void_v<Result>) {
-            std::apply(function, arguments);
+            std::apply(make, arguments);
         } else {
-            digest.result(std::apply(function, arguments));
+            digest.result(std::apply(make, arguments));
         }
         for (const Frame &f : frames) {
             if (f.filled) {
@@ -223,6 +239,7 @@ private:
     }
 
     Corpus corpus;
+    Environment environment;
     Digest digest;
     std::array<Frame, 5> frames = {};
     std::uint32_t word_limit = 0;
