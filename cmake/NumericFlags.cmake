@@ -26,6 +26,10 @@ function(kx_apply_numeric_flags target)
         # A call must not write the host's errno, and a square root becomes one instruction.
         -fno-math-errno)
 
+    # A host may round upwards, downwards or to zero: what the compiler works out itself, it would
+    # round to nearest, and it would take x - 0 for x, which a zero is not under each of them.
+    kx_add_flag_if_supported(${target} -frounding-math)
+
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         # g++ 12 loses the rounding of neighbouring named singles when it packs them into vectors.
         target_compile_options(${target} PRIVATE -fno-tree-slp-vectorize)

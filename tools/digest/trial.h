@@ -2,12 +2,13 @@
 #ifndef KX_DIGEST_TRIAL_H
 #define KX_DIGEST_TRIAL_H
 
+#include "catalogue.h"
 #include "corpus.h"
+#include "environment.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <initializer_list>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -23,56 +24,41 @@ namespace digest
 class Trial
 {
 public:
-    explicit Trial(const char *name) : corpus(name) {}
+    Trial(const char *name, const Environment &around) : corpus(name), environment(around) {}
 
-    /** Words that the function takes by value stay below this; without it they are any. */
-    Trial &words_below(std::uint32_t limit)
-    {
-        word_limit = limit;
-        return *this;
-    }
-
-    /** The function moves floats unchanged, so NaNs must come out as they went in. */
-    Trial &moves_nans()
-    {
-        has_moved_nans = true;
-        return *this;
-    }
-
-    /**
-     * A sharing has a character for each argument: a letter names the record that stands there, so
-     * that the same letter twice is one record; - is null; . goes by value.
-     */
     template <typename Result, typename... Arguments>
-    std::uint64_t run(Result (*function)(Arguments...),
-                      std::initializer_list<const char *> sharings)
+    std::uint64_t run(const catalogue::Entry<Result (*)(Arguments...)> &entry)
     {
-        for (const char *sharing : sharings) {
+        constexpr std::index_sequence_for<Arguments...> places;
+        word_limit = entry.word_limit;
+        for (const char *sharing = entry.sharings; sharing != nullptr;
+             sharing = catalogue::next_sharing(sharing)) {
             for (int i = 0; i < 3000; ++i) {
                 corpus.next_kind();
-                call(function, sharing, std::index_sequence_for<Arguments...>());
+                call(entry.function, sharing, places);
             }
         }
-        moved = has_moved_nans;
+        moved = entry.has_moved_nans;
         corpus.use(Kind::moved_nans);
-        for (int i = 0; has_moved_nans && i < 1000; ++i) {
-            call(function, *sharings.begin(), std::index_sequence_for<Arguments...>());
+        for (int i = 0; moved && i < 1000; ++i) {
+            call(entry.function, entry.sharings, places);
         }
         return digest.value();
     }
 
     /** Points through a matrix: every count from 0 to 70, apart and in place. */
     template <typename Matrix, typename Point>
-    std::uint64_t run(void (*function)(const Matrix *, std::uint32_t, const Point *, Point *))
+    std::uint64_t run(const catalogue::Entry<void (*)(const Matrix *, std::uint32_t, const Point *,
+                                                      Point *)> &entry)
     {
         for_every_count([&](std::uint32_t count) {
             Matrix m;
             corpus.fill(&m);
             Array<Point> in = array<Point>(count), out = array<Point>(count);
-            function(&m, count, in.points(), out.points());
+            in_environment(entry.function, &m, count, in.points(), out.points());
             enter(in);
             enter(out);
-            function(&m, count, in.points(), in.points());
+            in_environment(entry.function, &m, count, in.points(), in.points());
             enter(in);
         });
         return digest.value();
@@ -80,12 +66,13 @@ public:
 
     /** Points in place from unit to unit, with the same counts. */
     template <typename Point>
-    std::uint64_t run(void (*function)(KXUnit, KXUnit, std::uint32_t, Point *))
+    std::uint64_t
+    run(const catalogue::Entry<void (*)(KXUnit, KXUnit, std::uint32_t, Point *)> &entry)
     {
         for_every_count([&](std::uint32_t count) {
             Array<Point> points = array<Point>(count);
             const KXUnit from = corpus.below(10), to = corpus.below(10);
-            function(from, to, count, points.points());
+            in_environment(entry.function, from, to, count, points.points());
             enter(points);
         });
         return digest.value();
@@ -93,8 +80,8 @@ public:
 
     /** A line or a ray against a triangle of four vertices. */
     template <typename Path>
-    std::uint64_t run(std::int32_t (*function)(const Path *, const KXTriangle *, const KXP3 *,
-                                               KXP3 *))
+    std::uint64_t run(const catalogue::Entry<std::int32_t (*)(const Path *, const KXTriangle *,
+                                                              const KXP3 *, KXP3 *)> &entry)
     {
         for (int i = 0; i < 20000; ++i) {
             corpus.next_kind();
@@ -104,8 +91,8 @@ public:
             corpus.fill(&path);
             corpus.fill(vertices, &triangle);
             Frame point = frame();
-            digest.result(function(&path, &triangle, vertices,
-                                   reinterpret_cast<KXP3 *>(point.record.data())));
+            digest.result(in_environment(entry.function, &path, &triangle, vertices,
+                                         reinterpret_cast<KXP3 *>(point.record.data())));
             enter(point);
         }
         return digest.value();
@@ -130,6 +117,20 @@ private:
             return reinterpret_cast<Point *>(words.data() + 4);
         }
     };
+
+    template <typename Result, typename... Parameters, typename... Arguments>
+    Result in_environment(Result (*function)(Parameters...), Arguments... arguments)
+    {
+        environment.enter();
+        if constexpr (std::is_void_v<Result>) {
+            function(arguments...);
+            environment.leave();
+        } else {
+            const Result result = function(arguments...);
+            environment.leave();
+            return result;
+        }
+    }
 
     Frame frame()
     {
@@ -169,10 +170,11 @@ private:
         }
         // The braces keep the order of the arguments, and with it the corpus, the same everywhere.
         const std::tuple<Arguments...> arguments{argument<Arguments>(sharing[Place])...};
+        const auto make = [&](Arguments... a) { return in_environment(function, a...); };
         if constexpr (std::is_void_v<Result>) {
-            std::apply(function, arguments);
+            std::apply(make, arguments);
         } else {
-            digest.result(std::apply(function, arguments));
+            digest.result(std::apply(make, arguments));
         }
         for (const Frame &f : frames) {
             if (f.filled) {
@@ -236,10 +238,10 @@ private:
     }
 
     Corpus corpus;
+    Environment environment;
     Digest digest;
     std::array<Frame, 5> frames = {};
     std::uint32_t word_limit = 0;
-    bool has_moved_nans = false;
     bool moved = false;
 };
 

@@ -1,0 +1,144 @@
+/*
+ * A host's floating-point environment: in any rounding mode, with subnormals flushed to zero or not,
+ * every function returns, writes what it may and no more, and leaves the environment as it was. And
+ * a host that has unmasked exceptions gets none from ordinary inputs, nor from inputs at a boundary,
+ * where guards keep divisions, roots and arcsines from being made.
+ */
+#include "support/checked_call.h"
+
+#include "corpus.h"
+
+#include <doctest/doctest.h>
+
+#include <csetjmp>
+#include <csignal>
+#include <functional>
+#include <string>
+
+using digest::Corpus;
+using digest::Environment;
+using digest::Kind;
+
+namespace
+{
+
+/**
+ * Inputs of which no formula makes an infinity or a NaN unless it divides by zero: of larger ones a
+ * named single may become infinite.
+ */
+class Moderate : public Corpus
+{
+public:
+    using Corpus::Corpus;
+
+    template <typename Record>
+    void fill(Record *record)
+    {
+        Corpus::fill(record);
+        moderate(record);
+    }
+
+    void fill(KXP3 (&vertices)[4], KXTriangle *triangle)
+    {
+        Corpus::fill(vertices, triangle);
+        moderate(&vertices);
+        moderate(&triangle->plane);
+    }
+
+private:
+    template <typename Record>
+    static void moderate(Record *record)
+    {
+        float floats[sizeof(Record) / 4];
+        std::memcpy(floats, record, sizeof floats);
+        for (float &f : floats) {
+            const float size = std::fabs(f);
+            f = size == 0 || (size > 1e-8f && size < 1e4f) ? f : 1.0f;
+        }
+        std::memcpy(record, floats, sizeof floats);
+    }
+};
+
+sigjmp_buf before_the_call;
+
+void trapped(int)
+{
+    siglongjmp(before_the_call, 1);
+}
+
+/** The call's fault, or that it has trapped. */
+__attribute__((noinline)) const char *fault_of(const std::function<const char *()> &call)
+{
+    return sigsetjmp(before_the_call, 1) == 0 ? call() : "traps";
+}
+
+/** These divide by zero where their contract says so. */
+bool may_divide_by_zero(const std::string &name)
+{
+    return name == "KXQuatToMatrix" || name == "KXM4Decompose" || name == "KXM3Decompose";
+}
+
+/** Calls every function in every sharing, `repetitions` times with inputs of one kind. */
+template <typename Source>
+void try_all(const Environment &wanted, Kind kind, int repetitions)
+{
+    catalogue::for_every_function([&](const auto &entry) {
+        if (wanted.traps_any() && may_divide_by_zero(entry.name)) {
+            return;
+        }
+        for (const char *s = entry.sharings; s != nullptr; s = catalogue::next_sharing(s)) {
+            Source corpus(entry.name);
+            test::CheckedCall<Source> call(corpus);
+            const char *fault = nullptr;
+            for (int i = 0; i < repetitions && fault == nullptr; ++i) {
+                corpus.use(kind);
+                Environment environment = wanted;
+                fault = fault_of([&] { return call(entry, s, environment); });
+            }
+            std::fesetenv(FE_DFL_ENV);
+            const std::string label = std::string(entry.name) + " " + std::string(s, std::strcspn(s, " "));
+            CHECK_MESSAGE(fault == nullptr, label, " ", std::string(fault == nullptr ? "" : fault));
+        }
+    });
+}
+
+} // namespace
+
+TEST_CASE("Rounding modes and flushing are neither read nor changed")
+{
+    for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
+        for (const bool flush : {false, true}) {
+            for (const Kind kind : {Kind::lattice, Kind::ordinary, Kind::boundary, Kind::any_bits, Kind::moved_nans}) {
+                try_all<Corpus>({rounding, flush}, kind, 200);
+            }
+        }
+    }
+}
+
+TEST_CASE("Unmasked exceptions do not trap")
+{
+    std::signal(SIGFPE, trapped);
+    const Environment unmasked = Environment().unmasked(FE_INVALID | FE_DIVBYZERO);
+    for (const Kind kind : {Kind::lattice, Kind::ordinary, Kind::boundary}) {
+        try_all<Moderate>(unmasked, kind, 3000);
+    }
+    // The three that may divide by zero do so for degenerate inputs alone.
+    constexpr KXQuat half_turn = {0, 0.6f, 0.8f, 0};
+    constexpr KXM3 plane = {{{0, -2, 3}, {1, 0, 4}, {0, 0, 1}}}, flat = {};
+    constexpr KXM4 space = {{{0, -2, 0, 3}, {1, 0, 0, 4}, {0, 0, 1, 5}, {0, 0.5f, 0, 1}}}, nothing = {};
+    KXM4 matrix;
+    KXComponents parts;
+    Environment environment = unmasked;
+    const char *const fault = fault_of([&] {
+        environment.enter();
+        KXQuatToMatrix(&half_turn, &matrix);
+        KXM3Decompose(&plane, &parts);
+        KXM3Decompose(&flat, &parts);
+        KXM4Decompose(&space, &parts);
+        KXM4Decompose(&nothing, &parts);
+        return environment.leave() ? nullptr : "changes the environment";
+    });
+    CHECK(fault == nullptr);
+    std::fesetenv(FE_DFL_ENV);
+    std::signal(SIGFPE, SIG_DFL);
+}
