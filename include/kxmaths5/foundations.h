@@ -142,8 +142,8 @@ KX_API uint32_t KXMSB(uint32_t v);
  *     x at or above x1:  y1
  *     otherwise:         (x - x0)*(y1 - y0) / (x1 - x0) + y0
  *
- * Degenerate: with x0 equal to x1, or above it, an x at or below x0 gives y0 and any other gives
- * y1; nothing is divided.
+ * Degenerate: with x0 equal to x1, or above it, an x at or below x0 gives y0 and any other number
+ * gives y1; nothing is divided. An x that is NaN is on no side: the formula makes it NaN again.
  *
  * @param[in] x0  where the interval begins
  * @param[in] y0  the value there
