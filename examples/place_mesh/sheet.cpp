@@ -95,8 +95,7 @@ std::string number(double value)
     return text;
 }
 
-/** The placed mesh about its own middle: far from the origin a float has too few bits for pixels.
- */
+/** The placed mesh about its own middle: far from the origin a float has too few bits for it. */
 struct Scene {
     Mesh mesh;
     std::vector<KXV3> normals;

@@ -15,8 +15,7 @@ using kx::Wide;
 using kx::width;
 using Every = kx::EveryLane<width>;
 
-/** Lanes of a column, or of whatever lies a stride apart, as often as the vector has room for it.
- */
+/** Floats that lie a stride apart, such as a column's, as often as the vector has room for them. */
 template <size_t Length, size_t... Lane>
 KX_INLINE Wide repeated(const float *first, size_t stride, kx::Sequence<Lane...>)
 {
@@ -105,8 +104,7 @@ uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *o
     return sum_columns(columns, count, &in[0].x, &out[0].x);
 }
 
-/** The rows of a go through b as four points go through a matrix whose columns are the rows of b.
- */
+/** The rows of a are four points, for a matrix whose columns are the rows of b. */
 void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
 {
     Four rows[4];

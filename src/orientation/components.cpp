@@ -19,8 +19,7 @@ float quarter_turn_towards(double side)
     return kx::single(side > 0.0 ? kx::quarter_turn : -kx::quarter_turn);
 }
 
-/** Makes the three columns of the block unit length one by one; returns what they had, unrounded.
- */
+/** Makes the block's columns unit length one by one; returns their lengths, unrounded. */
 kx::Wide3 normalise_columns(KXM4 *m)
 {
     const auto normalise = [m](int c) {
