@@ -18,7 +18,7 @@ KX_BEGIN_DECLARATIONS
 /**
  * Length of a vector: sqrt(x*x + y*y + z*z), with no lower limit.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in] v  the vector, in any unit
  * @return the length in that unit, unrounded
@@ -28,10 +28,10 @@ KX_API double KXV3Length(const KXV3 *v);
 /**
  * Makes a vector unit length: out = in * (1/length), with length = sqrt(z*z + y*y + x*x).
  *
- * Aliasing: out may be in.
- * Null: not allowed.
- * Degenerate: a length at or below KX_TOLERANCE copies in to out bit for bit. The result is the
- * only sign of it.
+ * - Aliasing: out may be in.
+ * - Null: not allowed.
+ * - Degenerate: a length at or below KX_TOLERANCE copies in to out bit for bit. The result is the
+ *   only sign of it.
  *
  * @param[in]  in   the vector, in any unit
  * @param[out] out  the unit vector
@@ -44,8 +44,8 @@ KX_API double KXV3Normalise(const KXV3 *in, KXV3 *out);
  *
  * A negative length turns the vector round; 0 makes it zero, with the signs of the products.
  *
- * Null: not allowed.
- * Degenerate: a current length at or below KX_TOLERANCE leaves v untouched, whatever was asked.
+ * - Null: not allowed.
+ * - Degenerate: a current length at or below KX_TOLERANCE leaves v untouched, whatever was asked.
  *
  * @param[in,out] v       the vector, in any unit
  * @param[in]     length  the length wanted, in that unit
@@ -59,9 +59,9 @@ KX_API void KXV3Scale(KXV3 *v, float length);
  *     out.y = a.z*b.x - a.x*b.z
  *     out.z = a.x*b.y - a.y*b.x
  *
- * Aliasing: a and b may be one record; out must be another.
- * Null: not allowed.
- * Degenerate: parallel vectors give zeros.
+ * - Aliasing: a and b may be one record; out must be another.
+ * - Null: not allowed.
+ * - Degenerate: parallel vectors give zeros.
  *
  * @param[in]  a    the left factor
  * @param[in]  b    the right factor
@@ -72,12 +72,12 @@ KX_API void KXV3Cross(const KXV3 *a, const KXV3 *b, KXV3 *out);
 /**
  * A unit vector in the XZ plane at right angles to a vector: (-v.z, 0, v.x), normalised.
  *
- * Aliasing: out must not be v.
- * Null: not allowed.
- * Degenerate: the unit X axis (1, 0, 0) when |v.x| and |v.y| are both below KX_TOLERANCE (v along
- * Z, or zero), and when |v.y| is not but (-v.z, 0, v.x) is at or below it in length (v along Y).
- * One kind of vector gets no unit vector: with |v.x| equal to KX_TOLERANCE, |v.y| below it and next
- * to no z, (-v.z, 0, v.x) is stored as it is.
+ * - Aliasing: out must not be v.
+ * - Null: not allowed.
+ * - Degenerate: the unit X axis (1, 0, 0) when |v.x| and |v.y| are both below KX_TOLERANCE (v along
+ *   Z, or zero), and when |v.y| is not but (-v.z, 0, v.x) is at or below it in length (v along Y).
+ *   One kind of vector gets no unit vector: with |v.x| equal to KX_TOLERANCE, |v.y| below it and
+ *   next to no z, (-v.z, 0, v.x) is stored as it is.
  *
  * @param[in]  v    the vector, of any length
  * @param[out] out  the unit vector at right angles to it
@@ -89,8 +89,8 @@ KX_API void KXV3Perpendicular(const KXV3 *v, KXV3 *out);
  *
  * Weights 1 and -1 subtract, 1 and 1 add, 1-t and t go from a to b.
  *
- * Aliasing: out may be a, b or both; a and b may be one record.
- * Null: not allowed.
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
  *
  * @param[in]  a    the first vector
  * @param[in]  b    the second vector, in the same unit
@@ -118,7 +118,7 @@ KX_API uint32_t KXBitCount(uint32_t v);
 /**
  * Index of the lowest bit that is set.
  *
- * Degenerate: 32 for a word of 0, unlike KXMSB.
+ * - Degenerate: 32 for a word of 0, unlike KXMSB.
  *
  * @param[in] v  the word
  * @return the index, 0 to 31; or 32
@@ -128,7 +128,7 @@ KX_API uint32_t KXLSB(uint32_t v);
 /**
  * Index of the highest bit that is set.
  *
- * Degenerate: 0 for a word of 0, as for a word of 1; test the word itself to tell them apart.
+ * - Degenerate: 0 for a word of 0, as for a word of 1; test the word itself to tell them apart.
  *
  * @param[in] v  the word
  * @return the index, 0 to 31
@@ -142,8 +142,8 @@ KX_API uint32_t KXMSB(uint32_t v);
  *     x at or above x1:  y1
  *     otherwise:         (x - x0)*(y1 - y0) / (x1 - x0) + y0
  *
- * Degenerate: with x0 equal to x1, or above it, an x at or below x0 gives y0 and any other number
- * gives y1; nothing is divided. An x that is NaN is on no side: the formula makes it NaN again.
+ * - Degenerate: with x0 equal to x1, or above it, an x at or below x0 gives y0 and any other number
+ *   gives y1; nothing is divided. An x that is NaN is on no side: the formula makes it NaN again.
  *
  * @param[in] x0  where the interval begins
  * @param[in] y0  the value there
@@ -182,7 +182,7 @@ KX_API double KXDiffTime(uint32_t later, uint32_t earlier);
 /**
  * Converts one length.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]     from   the unit that the length is in, 0 to 9
  * @param[in]     to     the unit wanted, 0 to 9
@@ -193,7 +193,7 @@ KX_API void KXChangeUnits(KXUnit from, KXUnit to, float *value);
 /**
  * Converts a point: x, y, z.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]     from  the unit that the point is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
@@ -204,7 +204,7 @@ KX_API void KXP3ChangeUnits(KXUnit from, KXUnit to, KXP3 *p);
 /**
  * Converts a homogeneous point: x, y, z. Its w stays untouched.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]     from  the unit that the point is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
@@ -215,7 +215,7 @@ KX_API void KXP4ChangeUnits(KXUnit from, KXUnit to, KXP4 *p);
 /**
  * Converts a box: all six floats.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]     from  the unit that the box is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
@@ -226,7 +226,7 @@ KX_API void KXBoxChangeUnits(KXUnit from, KXUnit to, KXBox *box);
 /**
  * Converts a plane: its offset d. The normal a, b, c stays untouched.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]     from   the unit that the plane's offset is in, 0 to 9
  * @param[in]     to     the unit wanted, 0 to 9
@@ -238,7 +238,7 @@ KX_API void KXPlaneChangeUnits(KXUnit from, KXUnit to, KXPlane *plane);
  * Converts a transform: its translation m[0][3], m[1][3], m[2][3]. The other thirteen elements stay
  * untouched, m[3][3] among them.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]     from  the unit that the translation is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
@@ -249,36 +249,36 @@ KX_API void KXM4ChangeUnits(KXUnit from, KXUnit to, KXM4 *m);
 /**
  * Converts an array of points: x, y, z of each.
  *
- * Null: allowed when count is 0; then nothing is touched.
+ * - Null: allowed when count is 0; then nothing is touched.
  *
  * @param[in]     from    the unit that the points are in, 0 to 9
  * @param[in]     to      the unit wanted, 0 to 9
  * @param[in]     count   how many points
- * @param[in,out] points  the points, packed: twelve bytes each
+ * @param[in,out] points  the points, count of them, packed: twelve bytes each
  */
 KX_API void KXP3ChangeNUnits(KXUnit from, KXUnit to, uint32_t count, KXP3 *points);
 
 /**
  * Converts an array of homogeneous points: x, y, z of each. Every w stays untouched.
  *
- * Null: allowed when count is 0; then nothing is touched.
+ * - Null: allowed when count is 0; then nothing is touched.
  *
  * @param[in]     from    the unit that the points are in, 0 to 9
  * @param[in]     to      the unit wanted, 0 to 9
  * @param[in]     count   how many points
- * @param[in,out] points  the points, packed: sixteen bytes each
+ * @param[in,out] points  the points, count of them, packed: sixteen bytes each
  */
 KX_API void KXP4ChangeNUnits(KXUnit from, KXUnit to, uint32_t count, KXP4 *points);
 
 /**
  * Converts an array of planes: the offset d of each. Every normal a, b, c stays untouched.
  *
- * Null: allowed when count is 0; then nothing is touched.
+ * - Null: allowed when count is 0; then nothing is touched.
  *
  * @param[in]     from    the unit that the offsets are in, 0 to 9
  * @param[in]     to      the unit wanted, 0 to 9
  * @param[in]     count   how many planes
- * @param[in,out] planes  the planes, packed: sixteen bytes each
+ * @param[in,out] planes  the planes, count of them, packed: sixteen bytes each
  */
 KX_API void KXPlaneChangeNUnits(KXUnit from, KXUnit to, uint32_t count, KXPlane *planes);
 

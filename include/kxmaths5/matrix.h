@@ -24,9 +24,9 @@ KX_BEGIN_DECLARATIONS
  *     m00*(m11*A - m12*B + m13*C) - m01*(m10*A - m12*D + m13*E)
  *       + m02*(m10*B - m11*D + m13*F) - m03*(m10*C - m11*E + m12*F)
  *
- * Null: not allowed.
- * Degenerate: a singular matrix gives 0 or a value near it; the caller decides. A minor beyond what
- * a single holds is infinite, or 0: with elements of rows 2 and 3 near 1e20, or near 1e-23.
+ * - Null: not allowed.
+ * - Degenerate: a singular matrix gives 0 or a value near it; the caller decides. A minor beyond
+ *   what a single holds is infinite, or 0: with elements of rows 2 and 3 near 1e20, or near 1e-23.
  *
  * @param[in] m  the matrix
  * @return the determinant, unrounded
@@ -38,8 +38,8 @@ KX_API double KXM4Determinant(const KXM4 *m);
  *
  *     m00*(m11*m22 - m12*m21) - m01*(m10*m22 - m12*m20) + m02*(m10*m21 - m11*m20)
  *
- * Null: not allowed.
- * Degenerate: a singular matrix gives 0 or a value near it; the caller decides.
+ * - Null: not allowed.
+ * - Degenerate: a singular matrix gives 0 or a value near it; the caller decides.
  *
  * @param[in] m  the matrix
  * @return the determinant, unrounded
@@ -58,8 +58,8 @@ KX_API double KXM3Determinant(const KXM3 *m);
  *
  * out[r][c] is a[r][0]*b[0][c] + a[r][1]*b[1][c] + a[r][2]*b[2][c] + a[r][3]*b[3][c].
  *
- * Aliasing: out may be a, b or both; a and b may be one record.
- * Null: not allowed.
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
  *
  * @param[in]  a    the left factor, which acts last
  * @param[in]  b    the right factor, which acts first
@@ -72,8 +72,8 @@ KX_API void KXM4Mult(const KXM4 *a, const KXM4 *b, KXM4 *out);
  *
  * out[r][c] is a[r][0]*b[0][c] + a[r][1]*b[1][c] + a[r][2]*b[2][c].
  *
- * Aliasing: out may be a, b or both; a and b may be one record.
- * Null: not allowed.
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
  *
  * @param[in]  a    the left factor, which acts last
  * @param[in]  b    the right factor, which acts first
@@ -88,8 +88,8 @@ KX_API void KXM3Mult(const KXM3 *a, const KXM3 *b, KXM3 *out);
  * nine elements are all that is written: row 3 and column 3 of out stay untouched, and those of a
  * and b take no part.
  *
- * Aliasing: out may be a, b or both; a and b may be one record.
- * Null: not allowed.
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
  *
  * @param[in]     a    the left factor, which acts last
  * @param[in]     b    the right factor, which acts first
@@ -106,7 +106,7 @@ KX_API void KXM43Mult(const KXM4 *a, const KXM4 *b, KXM4 *out);
 /**
  * Stores the unit matrix: 1 on the diagonal, 0 elsewhere.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[out] out  the unit matrix
  */
@@ -115,7 +115,7 @@ KX_API void KXM4Unit(KXM4 *out);
 /**
  * Stores the 3x3 unit matrix: 1 on the diagonal, 0 elsewhere.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[out] out  the unit matrix
  */
@@ -125,7 +125,7 @@ KX_API void KXM3Unit(KXM3 *out);
  * Tells whether a matrix is the unit matrix, give or take KX_TOLERANCE in each of its elements. A
  * difference equal to KX_TOLERANCE passes.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in] m  the matrix
  * @return 1 if it is, 0 if not
@@ -136,7 +136,7 @@ KX_API int32_t KXM4IsUnit(const KXM4 *m);
  * Tells whether a 3x3 matrix is the unit matrix, give or take KX_TOLERANCE in each of its elements.
  * A difference equal to KX_TOLERANCE passes.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in] m  the matrix
  * @return 1 if it is, 0 if not
@@ -152,9 +152,9 @@ KX_API int32_t KXM3IsUnit(const KXM3 *m);
  * It passes from 0.9990000000025248 to 1.0009999999974752, both included: two columns may be 1.8
  * degrees off. All sixteen elements enter d, so a matrix with m[3][3] = 2 fails.
  *
- * Null: not allowed.
- * Degenerate: 0 when a squared length is at or below KX_TOLERANCE, that is, when a column is
- * shorter than a thousandth or so.
+ * - Null: not allowed.
+ * - Degenerate: 0 when a squared length is at or below KX_TOLERANCE, that is, when a column is
+ *   shorter than a thousandth or so.
  *
  * @param[in] m  the matrix
  * @return 1 if they are, 0 if not
@@ -170,8 +170,8 @@ KX_API int32_t KXM4IsOrthogonal(const KXM4 *m);
 /**
  * Exchanges rows and columns: out[r][c] = in[c][r]. The bits of each float move unchanged.
  *
- * Aliasing: out may be in.
- * Null: not allowed.
+ * - Aliasing: out may be in.
+ * - Null: not allowed.
  *
  * @param[in]  in   the matrix
  * @param[out] out  its transpose
@@ -182,8 +182,8 @@ KX_API void KXM4Transpose(const KXM4 *in, KXM4 *out);
  * Exchanges rows and columns of a 3x3 matrix: out[r][c] = in[c][r]. The bits of each float move
  * unchanged.
  *
- * Aliasing: out may be in.
- * Null: not allowed.
+ * - Aliasing: out may be in.
+ * - Null: not allowed.
  *
  * @param[in]  in   the matrix
  * @param[out] out  its transpose
@@ -193,8 +193,8 @@ KX_API void KXM3Transpose(const KXM3 *in, KXM3 *out);
 /**
  * Sum of two matrices, element by element: out[r][c] = a[r][c] + b[r][c].
  *
- * Aliasing: out may be a, b or both; a and b may be one record.
- * Null: not allowed.
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
  *
  * @param[in]  a    the first matrix
  * @param[in]  b    the second matrix
@@ -205,8 +205,8 @@ KX_API void KXM4Add(const KXM4 *a, const KXM4 *b, KXM4 *out);
 /**
  * Sum of two 3x3 matrices, element by element: out[r][c] = a[r][c] + b[r][c].
  *
- * Aliasing: out may be a, b or both; a and b may be one record.
- * Null: not allowed.
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
  *
  * @param[in]  a    the first matrix
  * @param[in]  b    the second matrix
@@ -217,8 +217,8 @@ KX_API void KXM3Add(const KXM3 *a, const KXM3 *b, KXM3 *out);
 /**
  * Copies a matrix bit for bit. The source comes first.
  *
- * Aliasing: destination may be source; nothing changes then.
- * Null: not allowed.
+ * - Aliasing: destination may be source; nothing changes then.
+ * - Null: not allowed.
  *
  * @param[in]  source       the matrix
  * @param[out] destination  its copy
@@ -228,8 +228,8 @@ KX_API void KXM4Copy(const KXM4 *source, KXM4 *destination);
 /**
  * Copies a 3x3 matrix bit for bit. The source comes first.
  *
- * Aliasing: destination may be source; nothing changes then.
- * Null: not allowed.
+ * - Aliasing: destination may be source; nothing changes then.
+ * - Null: not allowed.
  *
  * @param[in]  source       the matrix
  * @param[out] destination  its copy
@@ -250,7 +250,7 @@ KX_API void KXM3Copy(const KXM3 *source, KXM3 *destination);
 /**
  * Scale about the origin: m00 = sx, m11 = sy, m22 = sz.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  sx   the factor for x
  * @param[in]  sy   the factor for y
@@ -262,7 +262,7 @@ KX_API void KXM4Scale(float sx, float sy, float sz, KXM4 *out);
 /**
  * Translation: m03 = tx, m13 = ty, m23 = tz.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  tx   the step along X, in the caller's length unit
  * @param[in]  ty   the step along Y
@@ -274,7 +274,7 @@ KX_API void KXM4Translate(float tx, float ty, float tz, KXM4 *out);
 /**
  * Rotation about X, +Y towards +Z: m11 = c, m12 = -s, m21 = s, m22 = c.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  c    the cosine of the angle
  * @param[in]  s    the sine of the angle
@@ -285,7 +285,7 @@ KX_API void KXM4RotateX2(float c, float s, KXM4 *out);
 /**
  * Rotation about Y, +Z towards +X: m00 = c, m02 = s, m20 = -s, m22 = c.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  c    the cosine of the angle
  * @param[in]  s    the sine of the angle
@@ -297,7 +297,7 @@ KX_API void KXM4RotateY2(float c, float s, KXM4 *out);
  * Rotation about Z, +X towards +Y: m00 = c, m01 = -s, m10 = s, m11 = c. With c = 0.6 and s = 0.8
  * the first two rows are 0.6 -0.8 0 0 and 0.8 0.6 0 0.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  c    the cosine of the angle
  * @param[in]  s    the sine of the angle
@@ -308,7 +308,7 @@ KX_API void KXM4RotateZ2(float c, float s, KXM4 *out);
 /**
  * Shear of x along y: m01 = k, so that x' = x + k*y.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  k    the slope
  * @param[out] out  the transform
@@ -318,7 +318,7 @@ KX_API void KXM4ShearXY2(float k, KXM4 *out);
 /**
  * Shear of x along z: m02 = k, so that x' = x + k*z.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  k    the slope
  * @param[out] out  the transform
@@ -328,7 +328,7 @@ KX_API void KXM4ShearXZ2(float k, KXM4 *out);
 /**
  * Shear of y along z: m12 = k, so that y' = y + k*z.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  k    the slope
  * @param[out] out  the transform
@@ -338,7 +338,7 @@ KX_API void KXM4ShearYZ2(float k, KXM4 *out);
 /**
  * Scale of the plane about the origin: m00 = sx, m11 = sy.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  sx   the factor for x
  * @param[in]  sy   the factor for y
@@ -349,7 +349,7 @@ KX_API void KXM3Scale(float sx, float sy, KXM3 *out);
 /**
  * Translation of the plane: m02 = tx, m12 = ty.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  tx   the step along X, in the caller's length unit
  * @param[in]  ty   the step along Y
@@ -360,7 +360,7 @@ KX_API void KXM3Translate(float tx, float ty, KXM3 *out);
 /**
  * Rotation of the plane, +X towards +Y: m00 = c, m01 = -s, m10 = s, m11 = c.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  c    the cosine of the angle
  * @param[in]  s    the sine of the angle
@@ -397,12 +397,12 @@ KX_API void KXM3Rotate2(float c, float s, KXM3 *out);
  *
  * Zeros of the inverse may be negative: the unit matrix's has seven of them.
  *
- * Aliasing: out must not be m.
- * Null: not allowed.
- * Degenerate: a NaN in the last row counts as affine there and has no effect; a NaN in the block of
- * an affine matrix gives status 1.
- * On status 1: affine, out stays untouched; general, out is written and means nothing. It is the
- * unit matrix when row 0 has no element above the bound.
+ * - Aliasing: out must not be m.
+ * - Null: not allowed.
+ * - Degenerate: a NaN in the last row counts as affine there and has no effect; a NaN in the block
+ *   of an affine matrix gives status 1.
+ * - On status 1: affine, out stays untouched; general, out is written and means nothing. It is the
+ *   unit matrix when row 0 has no element above the bound.
  *
  * @param[in]  m    the matrix
  * @param[out] out  its inverse
@@ -414,10 +414,10 @@ KX_API int32_t KXM4Inverse(const KXM4 *m, KXM4 *out);
  * Inverse of a 3x3 matrix, by the cofactors that KXM4Inverse uses for an affine matrix's block, and
  * within the same range of scales. All nine elements count, the last row too.
  *
- * Aliasing: out may be m.
- * Null: not allowed.
- * Degenerate: a NaN in any element gives status 1.
- * On status 1: out stays untouched.
+ * - Aliasing: out may be m.
+ * - Null: not allowed.
+ * - Degenerate: a NaN in any element gives status 1.
+ * - On status 1: out stays untouched.
  *
  * @param[in]  m    the matrix
  * @param[out] out  its inverse
@@ -442,8 +442,8 @@ KX_API int32_t KXM3Inverse(const KXM3 *m, KXM3 *out);
 /**
  * Turns a direction in the plane: x' = m00*x + m01*y, y' = m10*x + m11*y.
  *
- * Aliasing: out may be p, and must not be part of m.
- * Null: not allowed.
+ * - Aliasing: out may be p, and must not be part of m.
+ * - Null: not allowed.
  *
  * @param[in]  m    the transform
  * @param[in]  p    the direction
@@ -454,8 +454,8 @@ KX_API void KXM3P2I0(const KXM3 *m, const KXP2 *p, KXP2 *out);
 /**
  * Moves a position in the plane: x' = m00*x + m01*y + m02, y' = m10*x + m11*y + m12.
  *
- * Aliasing: out may be p, and must not be part of m.
- * Null: not allowed.
+ * - Aliasing: out may be p, and must not be part of m.
+ * - Null: not allowed.
  *
  * @param[in]  m    the transform
  * @param[in]  p    the position
@@ -466,8 +466,8 @@ KX_API void KXM3P2I1(const KXM3 *m, const KXP2 *p, KXP2 *out);
 /**
  * Turns a direction: x' = m00*x + m01*y + m02*z, and likewise y' and z' from rows 1 and 2.
  *
- * Aliasing: out may be p, and must not be part of m.
- * Null: not allowed.
+ * - Aliasing: out may be p, and must not be part of m.
+ * - Null: not allowed.
  *
  * @param[in]  m    the transform; column 3 and row 3 are not read
  * @param[in]  p    the direction
@@ -479,8 +479,8 @@ KX_API void KXM4P3I0(const KXM4 *m, const KXP3 *p, KXP3 *out);
  * Moves a position: x' = m00*x + m01*y + m02*z + m03, and likewise y' and z' from rows 1 and 2.
  * With m holding 1, 2, 3 ... row by row, (10, 20, 30) goes to (144, 388, 632).
  *
- * Aliasing: out may be p, and must not be part of m.
- * Null: not allowed.
+ * - Aliasing: out may be p, and must not be part of m.
+ * - Null: not allowed.
  *
  * @param[in]  m    the transform; row 3 is not read
  * @param[in]  p    the position
@@ -492,8 +492,8 @@ KX_API void KXM4P3I1(const KXM4 *m, const KXP3 *p, KXP3 *out);
  * Applies a matrix to a homogeneous point: x' = m00*x + m01*y + m02*z + m03*w, and likewise y', z'
  * and w' from rows 1, 2 and 3.
  *
- * Aliasing: out may be p, and must not be part of m.
- * Null: not allowed.
+ * - Aliasing: out may be p, and must not be part of m.
+ * - Null: not allowed.
  *
  * @param[in]  m    the matrix
  * @param[in]  p    the point
@@ -504,65 +504,65 @@ KX_API void KXM4P4(const KXM4 *m, const KXP4 *p, KXP4 *out);
 /**
  * Turns an array of directions in the plane, each as KXM3P2I0 does.
  *
- * Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
- * Null: allowed when count is 0.
+ * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
+ * - Null: allowed when count is 0.
  *
  * @param[in]  m      the transform
  * @param[in]  count  how many directions
- * @param[in]  in     the directions, packed: eight bytes each
- * @param[out] out    the turned directions, packed
+ * @param[in]  in     the directions, count of them, packed: eight bytes each
+ * @param[out] out    the turned directions, count of them, packed
  */
 KX_API void KXM3NP2I0(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);
 
 /**
  * Moves an array of positions in the plane, each as KXM3P2I1 does.
  *
- * Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
- * Null: allowed when count is 0.
+ * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
+ * - Null: allowed when count is 0.
  *
  * @param[in]  m      the transform
  * @param[in]  count  how many positions
- * @param[in]  in     the positions, packed: eight bytes each
- * @param[out] out    the moved positions, packed
+ * @param[in]  in     the positions, count of them, packed: eight bytes each
+ * @param[out] out    the moved positions, count of them, packed
  */
 KX_API void KXM3NP2I1(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);
 
 /**
  * Turns an array of directions, each as KXM4P3I0 does.
  *
- * Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
- * Null: allowed when count is 0.
+ * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
+ * - Null: allowed when count is 0.
  *
  * @param[in]  m      the transform; column 3 and row 3 are not read
  * @param[in]  count  how many directions
- * @param[in]  in     the directions, packed: twelve bytes each
- * @param[out] out    the turned directions, packed
+ * @param[in]  in     the directions, count of them, packed: twelve bytes each
+ * @param[out] out    the turned directions, count of them, packed
  */
 KX_API void KXM4NP3I0(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out);
 
 /**
  * Moves an array of positions, each as KXM4P3I1 does.
  *
- * Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
- * Null: allowed when count is 0.
+ * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
+ * - Null: allowed when count is 0.
  *
  * @param[in]  m      the transform; row 3 is not read
  * @param[in]  count  how many positions
- * @param[in]  in     the positions, packed: twelve bytes each
- * @param[out] out    the moved positions, packed
+ * @param[in]  in     the positions, count of them, packed: twelve bytes each
+ * @param[out] out    the moved positions, count of them, packed
  */
 KX_API void KXM4NP3I1(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out);
 
 /**
  * Applies a matrix to an array of homogeneous points, each as KXM4P4 does.
  *
- * Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
- * Null: allowed when count is 0.
+ * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
+ * - Null: allowed when count is 0.
  *
  * @param[in]  m      the matrix
  * @param[in]  count  how many points
- * @param[in]  in     the points, packed: sixteen bytes each
- * @param[out] out    the points' images, packed
+ * @param[in]  in     the points, count of them, packed: sixteen bytes each
+ * @param[out] out    the points' images, count of them, packed
  */
 KX_API void KXM4NP4(const KXM4 *m, uint32_t count, const KXP4 *in, KXP4 *out);
 

@@ -63,12 +63,11 @@ KX_BEGIN_DECLARATIONS
 /**
  * Rotation from three angles, and its inverse. The outputs come first.
  *
- * Aliasing: matrix and inverse may be one record; the inverse is what remains.
- * Null: matrix, inverse or both may be null; a null output is skipped.
- * Degenerate: an angle that is infinite or NaN has no cosine or sine; both count as +0, and the
- * outputs are finite but no rotations. An order
- * outside 0 to 5 multiplies nothing: the fourth row and column of each output are written as 0 0 0
- * 1, and its 3x3 block stays untouched.
+ * - Aliasing: matrix and inverse may be one record; the inverse is what remains.
+ * - Null: matrix, inverse or both may be null; a null output is skipped.
+ * - Degenerate: an angle that is infinite or NaN has no cosine or sine; both count as +0, and the
+ *   outputs are finite but no rotations. An order outside 0 to 5 multiplies nothing: the fourth row
+ *   and column of each output are written as 0 0 0 1, and its 3x3 block stays untouched.
  *
  * @param[out] matrix   the rotation, with no translation; or null
  * @param[out] inverse  the rotation back; or null
@@ -87,11 +86,11 @@ KX_API void KXM4Orientation(KXM4 *matrix, KXM4 *inverse, float x, float y, float
  * The inverse takes p back to R'*p - R'*t, with R' the inverse rotation; R'*t is rounded to singles
  * before it is negated, so that a zero translation leaves -0 there.
  *
- * Aliasing: matrix and inverse may be one record; the inverse is what remains. Neither may touch
- * position.
- * Null: matrix, inverse or both may be null; a null output is skipped. position must not be null.
- * Degenerate: angles and orders as in KXM4Orientation. For an order outside 0 to 5 the inverse's
- * translation is formed with the block that its record held.
+ * - Aliasing: matrix and inverse may be one record; the inverse is what remains. Neither may touch
+ *   position.
+ * - Null: matrix, inverse or both may be null; a null output is skipped. position must not be null.
+ * - Degenerate: angles and orders as in KXM4Orientation. For an order outside 0 to 5 the inverse's
+ *   translation is formed with the block that its record held.
  *
  * @param[out] matrix    the placement; or null
  * @param[out] inverse   the way back; or null
@@ -146,14 +145,14 @@ KX_API void KXM4Position(KXM4 *matrix, KXM4 *inverse, const KXPosition *position
  * Q*(m30, m31, m32, m33), as KXM4P4 applies Q, the inverse by KXM4Inverse of the matrix with the
  * last row 0 0 0 1; Q itself, not its transpose.
  *
- * Aliasing: components may be the same sixteen floats as m.
- * Null: not allowed.
- * Degenerate: singular is only a determinant of exactly 0 of the matrix with the last row 0 0 0 1,
- * or, where there is perspective, a block that KXM4Inverse refuses. A row of length at or below
- * KX_TOLERANCE is not made unit, and rotateY is then the arcsine of its short element. A block that
- * is singular but for its last bits passes, and a row of it may end as zeros: its scale is 0 then,
- * and its shears are infinite or NaN.
- * On status 1: components stays untouched.
+ * - Aliasing: components may be the same sixteen floats as m.
+ * - Null: not allowed.
+ * - Degenerate: singular is only a determinant of exactly 0 of the matrix with the last row 0 0 0
+ *   1, or, where there is perspective, a block that KXM4Inverse refuses. A row of length at or
+ *   below KX_TOLERANCE is not made unit, and rotateY is then the arcsine of its short element. A
+ *   block that is singular but for its last bits passes, and a row of it may end as zeros: its
+ *   scale is 0 then, and its shears are infinite or NaN.
+ * - On status 1: components stays untouched.
  *
  * @param[in]  m           the transform
  * @param[out] components  its parts; angles in radians, rotateY from -pi/2 to pi/2
@@ -169,8 +168,8 @@ KX_API int32_t KXM4Decompose(const KXM4 *m, KXComponents *components);
  * are: a quarter turn leaves about -4.4e-08 where KXM4Orientation has an exact 0. The elements of
  * each product are singles. Shear and perspective are not read.
  *
- * Aliasing: out may be the same sixteen floats as components.
- * Null: not allowed.
+ * - Aliasing: out may be the same sixteen floats as components.
+ * - Null: not allowed.
  *
  * @param[out] out         the transform
  * @param[in]  components  its parts, angles in radians
@@ -184,10 +183,10 @@ KX_API void KXM4Compose(KXM4 *out, const KXComponents *components);
  * is not read. A mirror comes back, as in space, as three negative scales and a rotateX of pi,
  * which KXM3Compose does not read: only what has no mirror comes back from there.
  *
- * Aliasing: components must be apart from m.
- * Null: not allowed.
- * Degenerate: singular is only a determinant of exactly 0.
- * On status 1: components stays untouched.
+ * - Aliasing: components must be apart from m.
+ * - Null: not allowed.
+ * - Degenerate: singular is only a determinant of exactly 0.
+ * - On status 1: components stays untouched.
  *
  * @param[in]  m           the transform of the plane
  * @param[out] components  its parts, all sixteen written
@@ -199,8 +198,8 @@ KX_API int32_t KXM3Decompose(const KXM3 *m, KXComponents *components);
  * Builds a transform of the plane from scaleX, scaleY, rotateZ, translateX and translateY, as
  * KXM4Compose does in space; nothing else is read. The output comes first; its last row is 0 0 1.
  *
- * Aliasing: out must be apart from components.
- * Null: not allowed.
+ * - Aliasing: out must be apart from components.
+ * - Null: not allowed.
  *
  * @param[out] out         the transform of the plane
  * @param[in]  components  its parts, the angle in radians
@@ -250,13 +249,13 @@ KX_API void KXM3Compose(KXM3 *out, const KXComponents *components);
  * back, as T*RY*RX*RZ*diag(s0, s1, s2) does, with the rotation about X within a quarter turn; of
  * any other mirror the angles are those of the matrix with its first column negated.
  *
- * Aliasing: position and scale must be apart from m and from each other.
- * Null: position, scale or both may be null; a null output is skipped and changes nothing else.
- * Degenerate: there is no failure. A column of length at or below KX_TOLERANCE is not made unit,
- * its length is its scale all the same. Columns that are not at right angles keep their shear,
- * which is not reported. The last row divides nothing, but counts through the determinant: m33 = -1
- * under a unit block reads as a mirror. A mirror whose determinant is not below -KX_TOLERANCE, as
- * of small matrices, is read as none.
+ * - Aliasing: position and scale must be apart from m and from each other.
+ * - Null: position, scale or both may be null; a null output is skipped and changes nothing else.
+ * - Degenerate: there is no failure. A column of length at or below KX_TOLERANCE is not made unit,
+ *   its length is its scale all the same. Columns that are not at right angles keep their shear,
+ *   which is not reported. The last row divides nothing, but counts through the determinant: m33 =
+ *   -1 under a unit block reads as a mirror. A mirror whose determinant is not below -KX_TOLERANCE,
+ *   as of small matrices, is read as none.
  *
  * @param[in]  m         the transform
  * @param[out] position  translation; angles in radians, rotateX from -pi/2 to pi/2, the others
@@ -278,9 +277,9 @@ KX_API void KXM4MatrixComponents(const KXM4 *m, KXPosition *position, KXV3 *scal
  *
  * The first test is strict, unlike that for rotateZ in KXM4MatrixComponents.
  *
- * Aliasing: the outputs must be apart from m and from each other.
- * Null: any of the outputs may be null; a null output is skipped and changes nothing else.
- * Degenerate: there is no failure. A column of length at or below KX_TOLERANCE is not made unit.
+ * - Aliasing: the outputs must be apart from m and from each other.
+ * - Null: any of the outputs may be null; a null output is skipped and changes nothing else.
+ * - Degenerate: there is no failure. A column of length at or below KX_TOLERANCE is not made unit.
  *
  * @param[in]  m         the transform of the plane
  * @param[out] position  translation; or null
@@ -303,10 +302,10 @@ KX_API void KXM3MatrixComponents(const KXM3 *m, KXP2 *position, float *angle, fl
  * Quaternion of a turn about an axis: (n*sin(angle/2), cos(angle/2)), with n the axis made unit by
  * KXV3Normalise and the sine a single. The quaternion is not normalised afterwards.
  *
- * Aliasing: out must be apart from axis.
- * Null: not allowed.
- * Degenerate: an axis of length at or below KX_TOLERANCE is not made unit, so that the quaternion
- * is not either; a zero axis gives 0 0 0 cos(angle/2).
+ * - Aliasing: out must be apart from axis.
+ * - Null: not allowed.
+ * - Degenerate: an axis of length at or below KX_TOLERANCE is not made unit, so that the quaternion
+ *   is not either; a zero axis gives 0 0 0 cos(angle/2).
  *
  * @param[in]  angle  in radians
  * @param[in]  axis   of any length
@@ -328,10 +327,10 @@ KX_API void KXGenerateQuat(float angle, const KXV3 *axis, KXQuat *out);
  *
  * xs, ys and all products but zz are singles; zs and zz are not.
  *
- * Aliasing: out must be apart from q.
- * Null: not allowed.
- * Degenerate: the zero quaternion divides by zero and gives NaN in the 3x3 block. Beyond the range
- * of lengths xs and ys leave that of a single, and the block loses bits or is infinite.
+ * - Aliasing: out must be apart from q.
+ * - Null: not allowed.
+ * - Degenerate: the zero quaternion divides by zero and gives NaN in the 3x3 block. Beyond the
+ *   range of lengths xs and ys leave that of a single, and the block loses bits or is infinite.
  *
  * @param[in]  q    the quaternion
  * @param[out] out  the rotation, with no translation
@@ -354,8 +353,8 @@ KX_API void KXQuatToMatrix(const KXQuat *q, KXM4 *out);
  * So w, or else q[i], is never negative: a quaternion that went through KXQuatToMatrix may come
  * back negated.
  *
- * Aliasing: out must be apart from m.
- * Null: not allowed.
+ * - Aliasing: out must be apart from m.
+ * - Null: not allowed.
  *
  * @param[in]  m    the rotation
  * @param[out] out  the quaternion
@@ -382,11 +381,11 @@ KX_API void KXMatrixToQuat(const KXM4 *m, KXQuat *out);
  * by the depth. The scale and the shift are matrices, multiplied from the left one after the other;
  * their elements, o/D among them, and those of each product are singles.
  *
- * Aliasing: out must be apart from position.
- * Null: not allowed.
- * Degenerate: a y scale that differs from 1 by no more than KX_TOLERANCE is taken as 1. A side
- * offset of no more than KX_TOLERANCE in magnitude is taken as 0, and the plane distance is not
- * looked at. A plane distance not above 0, or at or above KX_HUGE, leaves x' = x - o.
+ * - Aliasing: out must be apart from position.
+ * - Null: not allowed.
+ * - Degenerate: a y scale that differs from 1 by no more than KX_TOLERANCE is taken as 1. A side
+ *   offset of no more than KX_TOLERANCE in magnitude is taken as 0, and the plane distance is not
+ *   looked at. A plane distance not above 0, or at or above KX_HUGE, leaves x' = x - o.
  *
  * @param[out] out            the viewing matrix
  * @param[in]  position       translation in the caller's length unit, angles in radians

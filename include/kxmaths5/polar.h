@@ -31,8 +31,8 @@ KX_BEGIN_DECLARATIONS
 /**
  * Distance of two points on the ground: sqrt(dz*dz + dx*dx). Their y is not read.
  *
- * Aliasing: first and second may be one record.
- * Null: not allowed.
+ * - Aliasing: first and second may be one record.
+ * - Null: not allowed.
  *
  * @param[in] first   a point, in the caller's length unit
  * @param[in] second  another, in the same unit
@@ -44,11 +44,11 @@ KX_API double KXRange(const KXP3 *first, const KXP3 *second);
  * Bearing of the first point as seen from the second: atan2(dx, dz) of first minus second, with 2pi
  * added when it is below 0. Their y is not read.
  *
- * Aliasing: first and second may be one record.
- * Null: not allowed.
- * Degenerate: with dz equal to 0 the bearing is pi/2 if dx is above 0, otherwise 3pi/2: also for
- * two points at one place on the ground. A tiny negative dx with a positive dz gives 2pi itself. A
- * dx of -0 with a negative dz gives -pi plus 2pi, a little above pi.
+ * - Aliasing: first and second may be one record.
+ * - Null: not allowed.
+ * - Degenerate: with dz equal to 0 the bearing is pi/2 if dx is above 0, otherwise 3pi/2: also for
+ *   two points at one place on the ground. A tiny negative dx with a positive dz gives 2pi itself.
+ *   A dx of -0 with a negative dz gives -pi plus 2pi, a little above pi.
  *
  * @param[in] first   the point measured
  * @param[in] second  the point it is seen from, in the same unit
@@ -63,8 +63,8 @@ KX_API double KXBearing(const KXP3 *first, const KXP3 *second);
  *     y = range*sin(elevation)
  *     z = range*cos(elevation)*cos(azimuth)
  *
- * Null: not allowed.
- * Degenerate: a range of 0 gives zeros, with the signs of the products.
+ * - Null: not allowed.
+ * - Degenerate: a range of 0 gives zeros, with the signs of the products.
  *
  * @param[in]  range      the distance, in the caller's length unit
  * @param[in]  elevation  the angle above the ground, in radians
@@ -76,7 +76,7 @@ KX_API void KXREAToPoint(float range, float elevation, float azimuth, KXP3 *out)
 /**
  * The unit vector with an elevation and an azimuth: KXREAToPoint with a range of 1.
  *
- * Null: not allowed.
+ * - Null: not allowed.
  *
  * @param[in]  elevation  the angle above the ground, in radians
  * @param[in]  azimuth    the angle from +Z towards +X, in radians
@@ -90,12 +90,12 @@ KX_API void KXEAToVector(float elevation, float azimuth, KXV3 *out);
  * With dx, dy, dz the singles of to minus from and r = sqrt(dz*dz + dy*dy + dx*dx), the range is r
  * as a single, the elevation asin(dy / range) and the azimuth atan2(dx, dz).
  *
- * Aliasing: from and to may be one record; the three outputs must be floats apart from both and
- * from each other.
- * Null: not allowed.
- * Degenerate: with |dz| below KX_TOLERANCE the azimuth is pi/2 for dx above 0, -pi/2 for dx below 0
- * and 0 for dx equal to 0. With r below KX_TOLERANCE both angles are 0; the range is still told. A
- * dx of -0 with a negative dz gives -pi.
+ * - Aliasing: from and to may be one record; the three outputs must be floats apart from both and
+ *   from each other.
+ * - Null: not allowed.
+ * - Degenerate: with |dz| below KX_TOLERANCE the azimuth is pi/2 for dx above 0, -pi/2 for dx below
+ *   0 and 0 for dx equal to 0. With r below KX_TOLERANCE both angles are 0; the range is still
+ *   told. A dx of -0 with a negative dz gives -pi.
  *
  * @param[in]  from       the point it is seen from, in the caller's length unit
  * @param[in]  to         the point measured, in the same unit
@@ -109,10 +109,10 @@ KX_API void KXPointsToREA(const KXP3 *from, const KXP3 *to, float *range, float 
 /**
  * Elevation and azimuth of a vector, as KXPointsToREA gives them from the origin.
  *
- * Aliasing: the two outputs must be floats apart from the vector and from each other.
- * Null: not allowed.
- * Degenerate: a vector shorter than KX_TOLERANCE gives 0 for both; one with |z| below KX_TOLERANCE
- * gets its azimuth from the sign of x, as in KXPointsToREA. (-0, 0, -1) gives -pi.
+ * - Aliasing: the two outputs must be floats apart from the vector and from each other.
+ * - Null: not allowed.
+ * - Degenerate: a vector shorter than KX_TOLERANCE gives 0 for both; one with |z| below
+ *   KX_TOLERANCE gets its azimuth from the sign of x, as in KXPointsToREA. (-0, 0, -1) gives -pi.
  *
  * @param[in]  vector     the vector, of any length
  * @param[out] elevation  the angle above the ground, in radians: one float

@@ -24,11 +24,11 @@ KX_BEGIN_DECLARATIONS
  * a = minimum[c]*m[r][c] and b = maximum[c]*m[r][c], the lower of the two is added to lo and the
  * other to hi. b, lo and hi are singles at every step; a is not. The fourth row is not read.
  *
- * Aliasing: out may be box, and must not be part of matrix.
- * Null: not allowed.
- * Degenerate: an inverted box comes back unchanged, and the matrix is not read. A box of one point
- * gives the same point in both corners, up to the rounding of b. A NaN does not make a box
- * inverted.
+ * - Aliasing: out may be box, and must not be part of matrix.
+ * - Null: not allowed.
+ * - Degenerate: an inverted box comes back unchanged, and the matrix is not read. A box of one
+ *   point gives the same point in both corners, up to the rounding of b. A NaN does not make a box
+ *   inverted.
  *
  * The singles are rounded to nearest, not outwards: a corner carried by itself can lie outside the
  * box by the last bit or so.
@@ -45,9 +45,9 @@ KX_API void KXTransformBox(const KXBox *box, const KXM4 *matrix, KXBox *out);
  * Each minimum above the point's coordinate takes it, and so does each maximum below it. An
  * inverted box can take both from one point.
  *
- * Aliasing: point must not be part of box.
- * Null: not allowed.
- * Degenerate: a coordinate that is NaN moves nothing.
+ * - Aliasing: point must not be part of box.
+ * - Null: not allowed.
+ * - Degenerate: a coordinate that is NaN moves nothing.
  *
  * @param[in]     point  the point, in the box's unit
  * @param[in,out] box    the box; untouched where the point is inside or on a face
@@ -59,10 +59,10 @@ KX_API int32_t KXPutPointInBox(const KXP3 *point, KXBox *box);
  * Grows a box until it holds another: the lower of each two minimums, the higher of each two
  * maximums. The union is left in the first argument.
  *
- * Aliasing: other may be box; nothing changes then.
- * Null: not allowed.
- * Degenerate: an inverted box takes part with the numbers that it has. Of two zeros with different
- * signs the first box keeps its own.
+ * - Aliasing: other may be box; nothing changes then.
+ * - Null: not allowed.
+ * - Degenerate: an inverted box takes part with the numbers that it has. Of two zeros with
+ *   different signs the first box keeps its own.
  *
  * @param[in,out] box    the box that grows
  * @param[in]     other  the box to be held, in the same unit
@@ -72,9 +72,9 @@ KX_API void KXCombineBoxes(KXBox *box, const KXBox *other);
 /**
  * Middle of a box: (maximum + minimum) * 0.5 on each axis.
  *
- * Aliasing: out must not be part of box.
- * Null: not allowed.
- * Degenerate: an inverted box gives what the formula gives.
+ * - Aliasing: out must not be part of box.
+ * - Null: not allowed.
+ * - Degenerate: an inverted box gives what the formula gives.
  *
  * @param[in]  box  the box
  * @param[out] out  its middle, in the box's unit
@@ -84,9 +84,9 @@ KX_API void KXBoxMidPoint(const KXBox *box, KXP3 *out);
 /**
  * Extent of a box: maximum - minimum on each axis, the vector from corner to corner.
  *
- * Aliasing: out must not be part of box.
- * Null: not allowed.
- * Degenerate: an inverted box gives negative components.
+ * - Aliasing: out must not be part of box.
+ * - Null: not allowed.
+ * - Degenerate: an inverted box gives negative components.
  *
  * @param[in]  box  the box
  * @param[out] out  its diagonal, in the box's unit
@@ -96,8 +96,8 @@ KX_API void KXBoxDiagonal(const KXBox *box, KXV3 *out);
 /**
  * Tells whether on all three axes the maximum is at or above the minimum.
  *
- * Null: not allowed.
- * Degenerate: a NaN in any corner gives 0, though such a box is not inverted.
+ * - Null: not allowed.
+ * - Degenerate: a NaN in any corner gives 0, though such a box is not inverted.
  *
  * @param[in] box  the box
  * @return 1 if it is valid, 0 if not
@@ -113,9 +113,9 @@ KX_API int32_t KXIsValidBox(const KXBox *box);
 /**
  * Carries a line through a transform: both ends as KXM4P3I1 moves them.
  *
- * Aliasing: result may be line, and must not be part of matrix.
- * Null: not allowed.
- * Degenerate: none; a line whose ends are one point stays one point.
+ * - Aliasing: result may be line, and must not be part of matrix.
+ * - Null: not allowed.
+ * - Degenerate: none; a line whose ends are one point stays one point.
  *
  * @param[in]  line    the line, in the caller's length unit
  * @param[in]  matrix  the transform; row 3 is not read
@@ -128,9 +128,9 @@ KX_API void KXTransformLine(const KXLine *line, const KXM4 *matrix, KXLine *resu
  * turns it and KXV3Normalise then makes it unit length. So a parameter along the result measures
  * length in the space it is carried to, whatever it measured before.
  *
- * Aliasing: result may be ray, and must not be part of matrix.
- * Null: not allowed.
- * Degenerate: a carried direction at or below KX_TOLERANCE in length stays as it is.
+ * - Aliasing: result may be ray, and must not be part of matrix.
+ * - Null: not allowed.
+ * - Degenerate: a carried direction at or below KX_TOLERANCE in length stays as it is.
  *
  * @param[in]  ray     the ray, in the caller's length unit; its direction of any length
  * @param[in]  matrix  the transform; row 3 is not read
@@ -147,8 +147,8 @@ KX_API void KXTransformRay(const KXRay *ray, const KXM4 *matrix, KXRay *result);
  *
  * w.y, w.z, cx and cz are singles; w.x and cy are not. The line runs on behind the origin.
  *
- * Null: not allowed.
- * Degenerate: a direction of 0 gives 0.
+ * - Null: not allowed.
+ * - Degenerate: a direction of 0 gives 0.
  *
  * @param[in] ray    the ray; with a unit direction the result is the distance itself
  * @param[in] point  the point, in the ray's unit
@@ -187,10 +187,10 @@ KX_API double KXRayPointDistance(const KXRay *ray, const KXP3 *point);
  *     the slabs have no t in common, or none from 0 to 1         0      the start
  *     contact, t the highest of the lower of each t1 and t2      1      d*t + s, where it enters
  *
- * Aliasing: point must be apart from line and box.
- * Null: point may be null; the result is the same.
- * Degenerate: a flat box, or one of a single point, can be met. A line of no length is in the box
- * or not.
+ * - Aliasing: point must be apart from line and box.
+ * - Null: point may be null; the result is the same.
+ * - Degenerate: a flat box, or one of a single point, can be met. A line of no length is in the box
+ *   or not.
  *
  * @param[in]  line   the line, in the box's length unit
  * @param[in]  box    the box
@@ -214,10 +214,10 @@ KX_API int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point);
  *
  * t goes no further than KX_HUGE. There is no other limit.
  *
- * Aliasing: point must be apart from ray and box.
- * Null: point may be null; the result is the same.
- * Degenerate: a flat box, or one of a single point, can be met. A direction of 0 is settled on the
- * x axis alone.
+ * - Aliasing: point must be apart from ray and box.
+ * - Null: point may be null; the result is the same.
+ * - Degenerate: a flat box, or one of a single point, can be met. A direction of 0 is settled on
+ *   the x axis alone.
  *
  * @param[in]  ray    the ray, in the box's length unit; its direction of any length
  * @param[in]  box    the box
@@ -267,13 +267,13 @@ KX_API int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point);
  *     h outside the triangle, or the triangle too small          0      h
  *     hit                                                        1      h
  *
- * Aliasing: point must be apart from line, triangle and vertices.
- * Null: not allowed.
- * Degenerate: a plane of zeros, a line of no length and a triangle of no area are never hit.
+ * - Aliasing: point must be apart from line, triangle and vertices.
+ * - Null: not allowed.
+ * - Degenerate: a plane of zeros, a line of no length and a triangle of no area are never hit.
  *
  * @param[in]  line      the line, in the vertices' length unit
  * @param[in]  triangle  the corners' indices and the plane; each index must lie in the array
- * @param[in]  vertices  the host's vertices, packed: twelve bytes each
+ * @param[in]  vertices  the host's vertices, indexed by triangle, packed: twelve bytes each
  * @param[out] point     the point, as the table says
  * @return 1 for a hit, else 0
  */
@@ -292,13 +292,13 @@ KX_API int32_t KXLineIxTriangle(const KXLine *line, const KXTriangle *triangle,
  *     h outside the triangle, or the triangle too small          0      h
  *     hit                                                        1      h
  *
- * Aliasing: point must be apart from ray, triangle and vertices.
- * Null: not allowed.
- * Degenerate: a plane of zeros, a direction of 0 and a triangle of no area are never hit.
+ * - Aliasing: point must be apart from ray, triangle and vertices.
+ * - Null: not allowed.
+ * - Degenerate: a plane of zeros, a direction of 0 and a triangle of no area are never hit.
  *
  * @param[in]  ray       the ray, in the vertices' length unit
  * @param[in]  triangle  the corners' indices and the plane; each index must lie in the array
- * @param[in]  vertices  the host's vertices, packed: twelve bytes each
+ * @param[in]  vertices  the host's vertices, indexed by triangle, packed: twelve bytes each
  * @param[out] point     the point, as the table says
  * @return 1 for a hit, else 0
  */
@@ -325,10 +325,11 @@ KX_API int32_t KXRayIxTriangle(const KXRay *ray, const KXTriangle *triangle, con
  * above 1e-16. So triangles with legs down to a ten-thousandth or so have a plane. d is a negation:
  * a plane through the origin has -0.
  *
- * Aliasing: two or all three points may be one record; out must not be part of a point.
- * Null: not allowed.
- * On status 1: the points are one, on one line, or too near each other; out is the plane 1, 0, 0,
- * -second.x, through the second point.
+ * - Aliasing: first, second and third may be one record, two of them or all; out must not be part
+ *   of one.
+ * - Null: not allowed.
+ * - On status 1: the points are one, on one line, or too near each other; out is the plane 1, 0, 0,
+ *   -second.x, through the second point.
  *
  * @param[in]  first   a point, in the caller's length unit
  * @param[in]  second  another; the plane passes through it on every path
@@ -352,10 +353,10 @@ KX_API int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3
  * in which y*y, z*z, x*y*t, x*z*t (and x*z before it meets t), y*z*t, y*s and z*s are singles.
  * Small sines and cosines are kept, unlike in KXM4Orientation.
  *
- * Aliasing: axis may be the point.
- * Null: not allowed.
- * Degenerate: the axis is not made unit length; with any other length the matrix is what it is. An
- * axis of 0 multiplies the point by the cosine.
+ * - Aliasing: axis may be point.
+ * - Null: not allowed.
+ * - Degenerate: the axis is not made unit length; with any other length the matrix is what it is.
+ *   An axis of 0 multiplies the point by the cosine.
  *
  * @param[in,out] point  the point, in the caller's length unit
  * @param[in]     axis   the axis, a unit vector

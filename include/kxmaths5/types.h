@@ -50,8 +50,8 @@
 #define KX_BEGIN_DECLARATIONS extern "C" { /**< Opens a block of functions with C names. */
 #define KX_END_DECLARATIONS }              /**< Closes it. */
 #else
-#define KX_BEGIN_DECLARATIONS
-#define KX_END_DECLARATIONS
+#define KX_BEGIN_DECLARATIONS /**< Nothing in C. */
+#define KX_END_DECLARATIONS   /**< Nothing in C. */
 #endif
 
 /**
