@@ -1,0 +1,33 @@
+# What Doxygen 1.9.4 reads in another way than the Markdown pages mean it.
+
+# Headings have no anchors of their own: give them those that the pages' links use.
+/^##/ {
+    h
+    s/^#* //
+    y/ABCDEFGHIJKLMNOPQRSTUVWXYZ/abcdefghijklmnopqrstuvwxyz/
+    s/[^a-z0-9 -]//g
+    s/ /-/g
+    s/.*/{#&}/
+    H
+    x
+    s/\n/ /
+}
+
+# An image's text must stand in one line.
+/^!\[/ {
+    :join
+    /)$/! {
+        N
+        b join
+    }
+    s/\n/ /g
+}
+
+# A block's name is for the tests.
+s/^```\([a-z]*\) .*/```\1/
+
+# A header's page has a name of its own.
+s/](\(\.\.\/\)\{0,1\}include\/kxmaths5\/\([a-z]*\.h\))/](@ref \2)/g
+
+# Files that are no pages here: their names in place of links.
+s/\[\([^]]*\)\](\(\.\.\/\)\{0,1\}\(examples\|tools\|src\|debugger\|LICENSE\)[^)]*)/\1/g
