@@ -1,0 +1,38 @@
+"""The example on a wedge whose place is known, and on what it must refuse."""
+import pathlib
+import subprocess
+import sys
+
+import pytest
+
+EXAMPLE = pathlib.Path(__file__).resolve().parents[2] / "python/examples/place_mesh.py"
+WEDGE = "v 0 0 0\nv 1 0 0\nv 0 2 0\nv 0 0 4\nf 1 3 2\nf 1 4 3\n"
+
+
+def run(folder, mesh, *options):
+    (folder / "mesh.obj").write_text(mesh)
+    return subprocess.run([sys.executable, EXAMPLE, "mesh.obj", *options], cwd=folder,
+                          capture_output=True, text=True, check=False)
+
+
+def test_report(tmp_path):
+    # A quarter turn about Z takes (x, y, z) to (-y, x, z), before the mesh is moved.
+    ran = run(tmp_path, WEDGE, "--from", "m", "--to", "cm", "--position", "1000", "0", "0",
+              "--rotate", "0", "0", "90")
+    assert ran.returncode == 0, ran.stderr
+    assert "own box       (0, 0, 0) to (100, 200, 400) cm\n" in ran.stdout
+    assert "placed        (800, 0, 0) to (1000, 100, 400) cm\n" in ran.stdout
+    assert "box carried   (800, 0, 0) to (1000, 100, 400) cm\n" in ran.stdout
+    assert "read back     (-0, 0, 90) degrees in the order YXZ, scale (1, 1, 1)\n" in ran.stdout
+    assert (tmp_path / "place_mesh.png").read_bytes().startswith(b"\x89PNG")
+
+
+@pytest.mark.parametrize("mesh, options", [
+    ("v 0 0 0\n", []), (WEDGE + "f 1 2 5\n", []), (WEDGE + "f 0 1 2\n", []), ("v a b c\n", []),
+    (WEDGE, ["--position", "1e9", "0", "0"]), (WEDGE, ["--output", "nowhere/picture.png"])],
+    ids=["no triangles", "no such point", "point 0", "no numbers", "too far", "no such folder"])
+def test_refused(tmp_path, mesh, options):
+    ran = run(tmp_path, mesh, *options)
+    assert ran.returncode == 1 and ran.stdout == ""
+    assert ran.stderr.startswith("place_mesh.py: ") and ran.stderr.count("\n") == 1
+    assert not list(tmp_path.glob("*.png"))
