@@ -26,8 +26,14 @@
 # A block's name is for the tests.
 s/^```\([a-z]*\) .*/```\1/
 
+# A place on another page: these labels are known on every page.
+s/](\([a-z.\/-]*\.md\)#/](#/g
+
 # A header's page has a name of its own.
 s/](\(\.\.\/\)\{0,1\}include\/kxmaths5\/\([a-z]*\.h\))/](@ref \2)/g
 
 # Files that are no pages here: their names in place of links.
-s/\[\([^]]*\)\](\(\.\.\/\)\{0,1\}\(examples\|tools\|src\|debugger\|LICENSE\)[^)]*)/\1/g
+s/\[\([^]]*\)\](\(\.\.\/\)\{0,1\}\(api\|debugger\|examples\|python\/\|src\|tools\|LICENSE\)[^)]*)/\1/g
+
+# In tables of functions each name leads to the contract.
+/^| [^`].*| `KX[A-Za-z0-9, `]* |\( |\)\{0,1\}$/s/`\(KX[A-Za-z0-9]*\)`/\1()/g
