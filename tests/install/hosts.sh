@@ -1,0 +1,37 @@
+#!/bin/sh
+# Hosts of an installed library, by its CMake package and its pkg-config file: hosts.sh PREFIX
+set -eu
+prefix=$(cd "$1" && pwd)
+cd "$(dirname "$0")"
+
+for language in C CXX; do
+    ./host.sh "$prefix" "$language" shared 'cmake installed'
+    ./host.sh "$prefix" "$language" static 'cmake installed static'
+    ./host.sh "$prefix" "$language" shared 'sh pkg-config'
+    ./host.sh "$prefix" "$language" static 'sh pkg-config static'
+done
+
+# Fails unless a change to a copy of what is installed is a fault to a host: control KIND BLOCK COMMAND...
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+control() {
+    kind=$1 block=$2
+    shift 2
+    rm -rf "$work/usr"
+    cp -R "$prefix" "$work/usr"
+    "$@"
+    if ./host.sh "$work/usr" C "$kind" "$block" >/dev/null 2>&1; then
+        echo "A host by '$block' is none the worse for: $*" >&2
+        exit 1
+    fi
+}
+control shared 'cmake installed' find "$work" -name kxmaths5-config.cmake -delete
+control shared 'cmake installed' find "$work" -name kxmaths5-config-version.cmake \
+    -exec sed -i 's/"5\./"6./' {} +
+control static 'cmake installed static' find "$work" -name '*-static-targets.cmake' \
+    -exec sed -i 's/"KX_STATIC"/""/' {} +
+control static 'cmake installed static' find "$work" -name '*-static-targets.cmake' \
+    -exec sed -i '/LINK_ONLY:m/d' {} +
+control shared 'sh pkg-config' find "$work" -name kxmaths5.pc -delete
+control static 'sh pkg-config static' find "$work" -name kxmaths5.pc -exec sed -i '/Cflags.private/d' {} +
+control static 'sh pkg-config static' find "$work" -name kxmaths5.pc -exec sed -i '/Libs.private/d' {} +

@@ -1,0 +1,22 @@
+#!/bin/sh
+# The Debian packages: the same bytes from directories of two names; the digests of what is in them; and
+# hosts of it, without installing it.
+set -eu
+cd "$(dirname "$0")/../.."
+./scripts/install binutils pkg-config
+
+work=build/package-test
+./scripts/package "$work/one"
+./scripts/package "$work/another/with-a-longer-name" >/dev/null
+for package in "$work"/one/*.deb; do
+    cmp "$package" "$work/another/with-a-longer-name/${package##*/}"
+done
+
+rm -rf "$work/root"
+for package in "$work"/one/libkxmaths5-5_*.deb "$work"/one/libkxmaths5-dev_*.deb; do
+    dpkg-deb --extract "$package" "$work/root"
+done
+library=$(find "$PWD/$work/root" -name 'libkxmaths5.so.5')
+(cd "$work" && LD_LIBRARY_PATH=$(dirname "$library") ../../tests/module/digests.sh \
+    ../../tools/digest/digests.txt ../../src/exports.txt ../gcc/tools/digest/kx_digest)
+./tests/install/hosts.sh "$work/root/usr"
