@@ -80,8 +80,8 @@ def _common_length(count, addresses, operands):
     lengths = {each.name: len(operands[each.c_name]) for each in addresses
                if each.count == count and each.c_name in operands}
     if len(set(lengths.values())) > 1:
-        raise ValueError("arrays of different lengths: " +
-                         ", ".join(f"{name} has {length}" for name, length in lengths.items()))
+        listed = ", ".join(f"{name} has {length}" for name, length in lengths.items())
+        raise ValueError(f"arrays of different lengths: {listed}")
     return next(iter(lengths.values()))
 
 

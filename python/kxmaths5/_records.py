@@ -1,8 +1,6 @@
 """Records: a class for each, and the shape of the array that stands for it."""
 import ctypes
 
-import numpy as np
-
 SCALARS = {"float": ctypes.c_float, "double": ctypes.c_double, "int32": ctypes.c_int32,
            "uint32": ctypes.c_uint32, "void": None}
 

@@ -11,7 +11,7 @@ import re
 import struct
 import sys
 
-from clang.cindex import Config, CursorKind, Index, LibclangError, TranslationUnit, TypeKind
+from clang.cindex import CursorKind, Index, LibclangError, TranslationUnit, TypeKind
 
 import contract
 from contract import ContractError
