@@ -27,3 +27,10 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR
     BASE_DIRECTORY ${pkgconfig_directory} OUTPUT_VARIABLE path_to_headers)
 configure_file(${CMAKE_CURRENT_LIST_DIR}/kxmaths5.pc.in ${PROJECT_BINARY_DIR}/kxmaths5.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kxmaths5.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+# gdb looks below this directory for the whole path of each module that it loads.
+if(kind STREQUAL shared AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
+    install(FILES ${PROJECT_SOURCE_DIR}/debugger/kxmaths5-gdb.py
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/gdb/auto-load\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}
+        RENAME $<TARGET_FILE_NAME:kxmaths5>-gdb.py)
+endif()
