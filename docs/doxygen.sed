@@ -1,7 +1,7 @@
 # What Doxygen 1.9.4 reads in another way than the Markdown pages mean it.
 
 # Headings have no anchors of their own: give them those that the pages' links use.
-/^##/ {
+/^## / {
     h
     s/^#* //
     y/ABCDEFGHIJKLMNOPQRSTUVWXYZ/abcdefghijklmnopqrstuvwxyz/
