@@ -1,7 +1,8 @@
 # What Doxygen 1.9.4 reads in another way than the Markdown pages mean it.
 
-# Headings have no anchors of their own: give them those that the pages' links use.
-/^## / {
+# Headings have no anchors of their own: give them those that the pages' links use. None begins with a
+# digit.
+/^## [A-Za-z]/ {
     h
     s/^#* //
     y/ABCDEFGHIJKLMNOPQRSTUVWXYZ/abcdefghijklmnopqrstuvwxyz/
@@ -23,7 +24,8 @@
     s/\n/ /g
 }
 
-# A block's name is for the tests.
+# A block's name is for the tests. Fortran would be put into small letters.
+s/^```fortran.*/```/
 s/^```\([a-z]*\) .*/```\1/
 
 # A place on another page: these labels are known on every page.
