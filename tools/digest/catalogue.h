@@ -26,6 +26,7 @@ struct Entry {
     const char *sharings; /**< Separated by spaces. */
     std::uint32_t word_limit = 0;
     bool has_moved_nans = false;
+    bool shared_shows_roundings = false;
     std::uint32_t written = 0xffffffffU;
     int untouched_result = -1;
 
@@ -41,6 +42,16 @@ struct Entry {
     {
         Entry entry = *this;
         entry.has_moved_nans = true;
+        return entry;
+    }
+    /**
+     * In a shared record a coordinate of 0 comes back as nothing but the rounding of a sine, and
+     * that is the C library's own. Without zeros it disappears in what is stored.
+     */
+    Entry shows_roundings_when_shared() const
+    {
+        Entry entry = *this;
+        entry.shared_shows_roundings = true;
         return entry;
     }
     /** Of an output only these words are written: bit 0 is the first. */
@@ -177,7 +188,7 @@ void spatial(Visit &visit)
     visit(KX_ENTRY(KXLineIxTriangle, "abCd"));
     visit(KX_ENTRY(KXRayIxTriangle, "abCd"));
     visit(KX_ENTRY(KXPlaneEquation, "abcd aabd abad abbd aaad"));
-    visit(KX_ENTRY(KXRotateInPlane, "ab. aa."));
+    visit(KX_ENTRY(KXRotateInPlane, "ab. aa.").shows_roundings_when_shared());
 }
 
 template <typename Visit>

@@ -33,8 +33,13 @@ public:
         word_limit = entry.word_limit;
         for (const char *sharing = entry.sharings; sharing != nullptr;
              sharing = catalogue::next_sharing(sharing)) {
+            const bool shared = sharing != entry.sharings;
             for (int i = 0; i < 3000; ++i) {
-                corpus.next_kind();
+                if (shared && entry.shared_shows_roundings) {
+                    corpus.use(Kind::ordinary);
+                } else {
+                    corpus.next_kind();
+                }
                 call(entry.function, sharing, places);
             }
         }
