@@ -50,6 +50,8 @@ ASSERT_FOUR(KXComponents, 0, scaleX, scaleY, scaleZ, shearXY);
 ASSERT_FOUR(KXComponents, 4, shearXZ, shearYZ, rotateX, rotateY);
 ASSERT_FOUR(KXComponents, 8, rotateZ, translateX, translateY, translateZ);
 ASSERT_FOUR(KXComponents, 12, perspectiveX, perspectiveY, perspectiveZ, perspectiveW);
+ASSERT_SIZE(KXTriangleCorner, 4);
+ASSERT_FOUR(KXTriangleCorner, 0, hostFirst, vertex, hostThird, hostFourth);
 ASSERT_SIZE(KXTriangle, 17);
 ASSERT_FIELD(KXTriangle, corner[0].vertex, 1);
 ASSERT_FIELD(KXTriangle, corner[1].vertex, 5);

@@ -33,8 +33,8 @@ sh*)
 esac
 
 # KX_STATIC must have come with the static library and with no other, which must be linked as well.
-printed=$($host)
-needed=$(readelf -d $host | sed -n 's/.*NEEDED.*\[\(libkxmaths5.*\)\]/\1/p')
+printed=$("$host")
+needed=$(readelf -d "$host" | sed -n 's/.*NEEDED.*\[\(libkxmaths5.*\)\]/\1/p')
 case $kind:$printed:$needed in
 shared:shared:libkxmaths5.so.5 | static:static:) ;;
 *)

@@ -17,10 +17,10 @@ trap 'rm -rf "$work"' EXIT
 control() {
     kind=$1 block=$2
     shift 2
-    rm -rf "$work/usr"
-    cp -R "$prefix" "$work/usr"
+    rm -rf "$work/changed"
+    cp -R "$prefix" "$work/changed"
     "$@"
-    if ./host.sh "$work/usr" C "$kind" "$block" >/dev/null 2>&1; then
+    if ./host.sh "$work/changed" C "$kind" "$block" >/dev/null 2>&1; then
         echo "A host by '$block' is none the worse for: $*" >&2
         exit 1
     fi
