@@ -23,6 +23,9 @@ TEST_CASE("KXInterpolate")
     for (const Row &row : rows) {
         check_same(row.label, row.y, KXInterpolate(row.x0, row.y0, row.x1, row.y1, row.x));
     }
+    // A NaN is on neither side: the one way to a division by an interval of no length.
+    const double nowhere = KXInterpolate(5, 1, 5, 2, not_a_number);
+    CHECK(nowhere != nowhere);
 }
 
 TEST_CASE("KXDiffTime")

@@ -1,0 +1,100 @@
+/* Inputs from a seed, the same on every machine: no maths library takes part but a square root. */
+#ifndef KX_ACCURACY_RANDOM_H
+#define KX_ACCURACY_RANDOM_H
+
+#include "kxmaths5.h"
+
+#include <Eigen/Dense>
+
+#include <cmath>
+#include <cstdint>
+
+namespace accuracy
+{
+
+constexpr double pi = 3.14159265358979323846;
+
+/** Next to a quarter turn an arcsine has half of the bits of its operand; up to here it has most.
+ */
+constexpr double clear_of_a_quarter_turn = 1.4;
+
+class Random
+{
+public:
+    explicit Random(std::uint64_t seed) : state(seed) {}
+
+    /** SplitMix64. */
+    std::uint64_t word()
+    {
+        std::uint64_t x = state += 0x9e3779b97f4a7c15U;
+        x = (x ^ (x >> 30)) * 0xbf58476d1ce4e5b9U;
+        x = (x ^ (x >> 27)) * 0x94d049bb133111ebU;
+        return x ^ (x >> 31);
+    }
+    std::uint32_t below(std::uint32_t limit)
+    {
+        return static_cast<std::uint32_t>((word() >> 32) * limit >> 32);
+    }
+
+    /** Uniform between two bounds. */
+    float between(double low, double high)
+    {
+        return static_cast<float>(low + (high - low) * std::ldexp(double(word() >> 11), -53));
+    }
+    /** Uniform up to a magnitude. */
+    float uniform(double limit)
+    {
+        return between(-limit, limit);
+    }
+    /** Either sign, and a magnitude from 2^low to 2^high: each binade as often as any other. */
+    float spread(int low, int high)
+    {
+        const int exponent = low + static_cast<int>(below(static_cast<std::uint32_t>(high - low)));
+        const double magnitude = std::ldexp(double((1U << 23) + below(1U << 23)), exponent - 23);
+        return static_cast<float>(below(2) == 0 ? magnitude : -magnitude);
+    }
+
+    KXV3 uniform_vector(double limit)
+    {
+        const float x = uniform(limit), y = uniform(limit), z = uniform(limit);
+        return {x, y, z};
+    }
+    KXV3 spread_vector(int low, int high)
+    {
+        const float x = spread(low, high), y = spread(low, high), z = spread(low, high);
+        return {x, y, z};
+    }
+
+    /** A unit vector, every direction alike. */
+    template <int Size>
+    Eigen::Matrix<double, Size, 1> direction()
+    {
+        Eigen::Matrix<double, Size, 1> v;
+        double square;
+        do {
+            for (double &element : v) {
+                element = static_cast<double>(uniform(1.0));
+            }
+            square = v.squaredNorm();
+        } while (square < 0.01 || square > 1.0);
+        return v / std::sqrt(square);
+    }
+    KXV3 unit_vector()
+    {
+        const Eigen::Vector3f v = direction<3>().cast<float>();
+        return {v.x(), v.y(), v.z()};
+    }
+
+    /** Any rotation of space, every one alike. */
+    Eigen::Matrix3d rotation()
+    {
+        return Eigen::Quaterniond(direction<4>()).toRotationMatrix();
+    }
+
+private:
+    std::uint64_t state;
+};
+
+} // namespace accuracy
+
+#endif
