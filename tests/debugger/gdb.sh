@@ -1,5 +1,5 @@
 #!/bin/sh
-# Repeats a session with gdb and compares all that it shows: gdb.sh GDB OBJECT SESSION, at the root of
+# Repeats a transcript of gdb and compares all that it shows: gdb.sh GDB OBJECT TRANSCRIPT, at the root of
 # the sources. The records stand in the object file, so that nothing needs to run.
 set -eu
 
