@@ -16,7 +16,9 @@ set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/kxmaths5)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/kxmaths5-config-version.cmake
     COMPATIBILITY SameMajorVersion)
 install(EXPORT kxmaths5-${kind}-targets NAMESPACE kxmaths5:: DESTINATION ${package_directory})
-install(FILES ${CMAKE_CURRENT_LIST_DIR}/kxmaths5-config.cmake ${PROJECT_BINARY_DIR}/kxmaths5-config-version.cmake
+install(FILES
+    ${CMAKE_CURRENT_LIST_DIR}/kxmaths5-config.cmake
+    ${PROJECT_BINARY_DIR}/kxmaths5-config-version.cmake
     DESTINATION ${package_directory})
 
 # pkg-config knows where it has found the file; all else is relative to that.

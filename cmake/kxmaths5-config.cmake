@@ -3,13 +3,13 @@
 set(kxmaths5_kind ${kxmaths5_FIND_COMPONENTS})
 if(NOT kxmaths5_kind)
     set(kxmaths5_kind static)
-    if(EXISTS ${CMAKE_CURRENT_LIST_DIR}/kxmaths5-shared-targets.cmake)
+    if(EXISTS "${CMAKE_CURRENT_LIST_DIR}/kxmaths5-shared-targets.cmake")
         set(kxmaths5_kind shared)
     endif()
 endif()
 
 if(kxmaths5_kind MATCHES "^(shared|static)$"
-        AND EXISTS ${CMAKE_CURRENT_LIST_DIR}/kxmaths5-${kxmaths5_kind}-targets.cmake)
+        AND EXISTS "${CMAKE_CURRENT_LIST_DIR}/kxmaths5-${kxmaths5_kind}-targets.cmake")
     include(${CMAKE_CURRENT_LIST_DIR}/kxmaths5-${kxmaths5_kind}-targets.cmake)
     set(kxmaths5_${kxmaths5_kind}_FOUND TRUE)
 else()

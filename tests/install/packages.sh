@@ -1,6 +1,6 @@
 #!/bin/sh
 # The Debian packages: the same bytes from directories of two names; the digests of what is in them; and
-# hosts of it, without installing it.
+# hosts of it, without installing it. The digests are printed by the program that ./scripts/test builds.
 set -eu
 cd "$(dirname "$0")/../.."
 ./scripts/install binutils pkg-config
