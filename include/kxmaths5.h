@@ -1,5 +1,6 @@
-/*
- * kxmaths5: maths for 3-D work. This header is all that a host includes.
+/**
+ * @file
+ * Maths for 3-D work. This header is all that a host includes.
  *
  * Plain C99; clean in every C++ from C++11 on.
  */

@@ -20,3 +20,8 @@ library=$(find "$PWD/$work/root" -name 'libkxmaths5.so.5')
 (cd "$work" && LD_LIBRARY_PATH=$(dirname "$library") ../../tests/module/digests.sh \
     ../../tools/digest/digests.txt ../../src/exports.txt ../gcc/tools/digest/kx_digest)
 ./tests/install/hosts.sh "$work/root/usr"
+
+# gdb trusts a file of its own for each module in this directory, and nowhere else.
+module=$(readlink -f "$library")
+root=${module%/usr/lib/*}
+[ "$(find "$root" -name '*-gdb.py')" = "$root/usr/share/gdb/auto-load${module#"$root"}-gdb.py" ]

@@ -10,7 +10,7 @@ work=build/install
 rm -rf "$work"
 for directory in "$work/one" "$work/another/with-a-longer-name"; do
     mkdir -p "$directory"
-    cp -R CMakeLists.txt cmake include src "$directory"
+    cp -R CMakeLists.txt cmake debugger include src "$directory"
     for block in shared static; do
         sed -n "/^\`\`\`sh $block\$/,/^\`\`\`\$/p" docs/building.md | grep -v '^```' >"$directory/block"
         (cd "$directory" && PREFIX=$PWD/installed sh -eu block >log) || {

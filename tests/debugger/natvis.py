@@ -1,0 +1,28 @@
+"""Prints a C++ source that compiles if each expression of a natvis file is one of its record:
+natvis.py FILE HEADER. Each record of the header must have a view, but for those of the host's own.
+"""
+import re
+import sys
+import xml.etree.ElementTree as xml
+
+SPACE = "{http://schemas.microsoft.com/vstudio/debugger/natvis/2010}"
+views = {}
+for view in xml.parse(sys.argv[1]).getroot().iter(SPACE + "Type"):
+    found = views[view.get("Name")] = []
+    for element in view.iter():
+        if element.tag == SPACE + "DisplayString":
+            found += [re.sub(",g$", "", text) for text in re.findall("{(.*?)}", element.text)]
+        elif element.tag == SPACE + "Item":
+            found.append(element.text)
+        found.append(element.get("Condition", "0"))
+
+with open(sys.argv[2], encoding="utf-8") as header:
+    records = set(re.findall(r"^typedef struct (\w+)", header.read(), re.MULTILINE))
+unseen = records - views.keys() - {"KXTriangleCorner"}
+if unseen:
+    sys.exit(f"without a view: {unseen}")
+
+print("#include <kxmaths5.h>")
+for name, expressions in views.items():
+    print(f"struct View{name} : {name} {{ void show() {{")
+    print("".join(f"(void)({expression});\n" for expression in expressions) + "} };")
