@@ -9,7 +9,7 @@ TEST_CASE("KXInterpolate")
         {"half way", 0, 0, 10, 100, 5, 50},
         {"before", 0, 0, 10, 100, -1, 0},
         {"at the beginning", 0, 0, 10, 100, 0, 0},
-        {"at the end", 0, 0, 10, 100, 10, 100},
+        {"at the end, where the formula is off by a bit", 0.2f, 1.7f, 8.1f, 6.8f, 8.1f, 6.8f},
         {"behind", 0, 0, 10, 100, 11, 100},
         {"neither from 0", 1, 10, 3, 20, 2.5f, 17.5},
         {"no length, before", 5, 1, 5, 2, 4, 1},

@@ -37,7 +37,7 @@ TEST_CASE("KXV3Scale")
 {
     struct Row { const char *label; KXV3 v; float length; KXV3 scaled; };
     const Row rows[] = {
-        {"to 10", {3, 4, 0}, 10, {6, 8, 0}},
+        {"the quotient stays wide", {5.3f, 6.3f, 3}, 9, {5.44370174f, 6.47081518f, 3.08134055f}},
         {"to -10 turns round", {3, 4, 0}, -10, {-6, -8, -0.0f}},
         {"to 0", {3, 4, 0}, 0, {0, 0, 0}},
         {"to 0 with signs", {-3, 4, -0.0f}, 0, {-0.0f, 0, -0.0f}},
@@ -75,7 +75,7 @@ TEST_CASE("KXV3Perpendicular")
     struct Row { const char *label; KXV3 v, perpendicular; };
     const Row rows[] = {
         {"general", {1, 2, 3}, {-0.94868332f, 0, 0.31622776f}},
-        {"along X", {1, 0, 0}, {-0.0f, 0, 1}},
+        {"against X", {-1, 0, 0}, {-0.0f, 0, -1}},
         {"along Z", {0, 0, 1}, {1, 0, 0}},
         {"against Z", {0, 0, -1}, {1, 0, 0}},
         {"zero", {0, 0, 0}, {1, 0, 0}},

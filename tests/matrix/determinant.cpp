@@ -20,9 +20,9 @@ TEST_CASE("KXM4Determinant")
         {"no product is fused with a sum: columns 0 and 1 are alike",
          {{{16764332, 16764332, 16730415, 16723654}, {16746924, 16746924, 16724607, 16717686}, {16770052, 16770052, 16709408, 16752388}, {16765791, 16765791, 16776972, 16771760}}},
          0},
-        {"the four terms are added from left to right",
-         {{{-0.5f, 5.7f, 7.7f, 4}, {8, 6.4f, 2.1f, 0.9f}, {6.4f, -6.2f, 0.5f, -6.9f}, {1.3f, -1.8f, -4.3f, 7.9f}}},
-         -6278.5139041603861},
+        {"all sums are added from left to right",
+         {{{3.4f, -1.7f, -4, 9.2f}, {-6.2f, 4.2f, 5.7f, 0.6f}, {-5.3f, 7.2f, -7.4f, -9.4f}, {-6.1f, 8.9f, -8.8f, 5.2f}}},
+         -15.144913932086979},
     };
     for (const Row &row : rows) {
         check_same(row.label, row.determinant, KXM4Determinant(&row.m));
@@ -65,7 +65,7 @@ TEST_CASE("KXM4IsOrthogonal")
         {"the last element counts", unit_with(3, 3, 2), 0},
         {"a small shear", unit_with(0, 1, 0.03f), 1},
         {"a larger shear", unit_with(0, 1, 0.032f), 0},
-        {"ratio too high", unit_with(3, 3, 1.0006f), 0},
+        {"ratio too high", {{{1, 0.04f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1.0013f}}}, 0},
         {"ratio just low enough", unit_with(3, 3, 1.0004f), 1},
         {"short column 0 still counts", unit_with(0, 0, 0.001f), 1},
         {"column 0 too short", unit_with(0, 0, 0.00099f), 0},
@@ -77,8 +77,8 @@ TEST_CASE("KXM4IsOrthogonal")
          {{{1, 0x1.b82a64p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 1, 0}, {0, 0, 0, 0x1.0020c6p+0f}}}, 1},
         {"the determinant is not rounded",
          {{{7, 0x1.35b9cp-24f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.b9893cp-12f, 8, 0}, {0, 0, 0, 0x1.0020c4p+0f}}}, 1},
-        {"divided by L0, then L1, then L2",
-         {{{7, 0x1.b82a62p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 2, 0}, {0, 0, 0, 0x1.0020c6p+0f}}}, 1},
+        {"squares from left to right; divided by L0, then L1, then L2",
+         {{{5, 0x1.0492cap-21f, 0, 0}, {0, 5, 0, 0}, {0, 0x1.745326p-9f, 3, 0}, {0, 0, 0, 0x1.ffbe78p-1f}}}, 1},
     };
     for (const Row &row : rows) {
         CHECK_MESSAGE(KXM4IsOrthogonal(&row.m) == row.verdict, row.label);

@@ -71,8 +71,9 @@ TEST_CASE("KXM3MatrixComponents to the bit")
          {{{a, 1, 5}, {1, -a, 6}, {0, 0, a}}}, {{5, 6}, -1.57079732f, -1, 1}},
         {"m00, m01 and a length at the tolerance", {{{t, -t, 0}, {0, 1, 0}, {0, 0, 1}}}, {{0, 0}, q, t, 1}},
         {"m01 just below it", {{{-t, b, 0}, {1, 1, 0}, {0, 0, 1}}}, {{0, 0}, 0, -1, 1}},
-        {"the reciprocal not single; no third row in the lengths",
-         {{{-9, -6, 1}, {9, 6, 4}, {-1, -2, 3}}}, {{1, 4}, 0.785398185f, -12.7279224f, 8.48528099f}},
+        {"a length between the single 1e-6 and the decimal", {{{t, 0, 0}, {1e-11f, 1, 0}, {0, 0, 1}}}, {{0, 0}, -0.0f, t, 1}},
+        {"neither the length nor the reciprocal single; no third row in the lengths",
+         {{{-7.6f, 1.1f, -4.6f}, {4.7f, -5.7f, -1.3f}, {-2.4f, 6.9f, 2.1f}}}, {{-4.6f, -1.3f}, -0.219212845f, -8.93588257f, 5.80517006f}},
     };
     for (const Row &row : rows) {
         // All outputs, and then without each of them.

@@ -51,6 +51,14 @@ TEST_CASE("KXM4Decompose to the bit")
         {"a single short of a quarter turn; m30 at the tolerance",
          {{{-0x1.6a09e6p-12f, 0, 0x1.fffffep-1f, 0}, {0, 1, 0, 0}, {-0x1.fffffep-1f, 0, -0x1.6a09e6p-12f, 0}, {-t, 0, 0, 1}}},
          {1, 1, 1, 0, 0, 0, -h, 1.57045102f, -h, 0, 0, 0, 0x1.7ba004p-32f, 0, -0x1.0c6f78p-20f, 1}},
+        {"m31 alone at the tolerance", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, t, 0, 1}}},
+         {1, 1, 1, 0, 0, 0, -0.0f, 0, -0.0f, 0, 0, 0, 0, t, 0, 1}},
+        {"dot products from left to right", {{{-2, -2, 3, 0}, {4, -8, 3, 0}, {-6, -6, 3, 0}, {0, 0, 0, 1}}},
+         {-4.12310553f, -8.48528099f, -4.11596632f, 0.485912651f, 1.94454348f, -3.60150729e-11f, 7.65320377e-11f, -0.814826965f,
+          -0.785398185f, 0, 0, 0, 0, 0, 0, 1}},
+        {"a mirror whose triple product no single holds",
+         {{{-0x1p-55f, 0, 0, 0}, {0, 0x1p-55f, 0, 0}, {0, 0, 0x1p-55f, 0}, {0, 0, 0, 1}}},
+         {-0x1p-55f, -0x1p-55f, -0x1p-55f, 0, 0, 0, h, -0.0f, 0, 0, 0, 0, 0, 0, 0, 1}},
         {"rows too short to be made unit; a triple product of 0 is no mirror",
          {{{-0x1p-76f, 0, 0, 0}, {0, 0x1p-76f, 0, 0}, {0, 0, 0x1p-76f, 0}, {0, 0, 0, 1}}},
          {0x1p-76f, 0x1p-76f, 0x1p-76f, 0, 0, 0, -0.0f, 0, -h, 0, 0, 0, 0, 0, 0, 1}},
@@ -61,7 +69,7 @@ TEST_CASE("KXM4Decompose to the bit")
     check_decomposed("perspective, and a block that can't be inverted",
                      {{{1, 1, 0x1.fffff6p-1f, 0}, {0x1.fffffep-1f, 1, 1, 0}, {0x1.fffffcp-1f, 0x1.fffffep-1f, 1, 0}, {0.5f, 0, 0, 1}}},
                      1, marked<KXComponents>());
-    check_decomposed("rows that depend on each other", {{{1, 2, 3, 0}, {2, 4, 6, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1,
+    check_decomposed("rows that depend on each other", {{{7, -3, 4, 0}, {4, 0, 4, 0}, {25, -9, 16, 0}, {0, 0, 0, 1}}}, 1,
                      marked<KXComponents>());
 }
 

@@ -32,13 +32,17 @@ TEST_CASE("KXGenerateQuat")
 
 TEST_CASE("KXQuatToMatrix")
 {
-    Guarded<KXM4> out, none;
-    const KXQuat quat = {-13, 11, 11, -9}, zero = {0, 0, 0, 0};
+    Guarded<KXM4> out, ordered, none;
+    const KXQuat quat = {-13, 11, 11, -9}, in_order = {-5.7f, 0.002f, 0x1.80886ep+2f, -1.9f}, zero = {0, 0, 0, 0};
     KXQuatToMatrix(&quat, &out.record);
     out.check("eight products single, zz not",
               {{{0x1.0a6828p-6f, -0x1.6e4f14p-3f, -0x1.f7acbep-1f, 0}, {-0x1.f7accp-1f, -0x1.6e4f16p-3f, 0x1.0a68p-6f, 0},
                 {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0}, {0, 0, 0, 1}}});
 
+    KXQuatToMatrix(&in_order, &ordered.record);
+    ordered.check("squares from left to right",
+                  {{{0x1.25943ep-28f, 0x1.437e6ep-2f, -0x1.e5c79cp-1f, 0}, {-0x1.4423fep-2f, -0x1.cccccap-1f, -0x1.32dbf2p-2f, 0},
+                    {-0x1.e5ac04p-1f, 0x1.338a76p-2f, 0x1.999972p-4f, 0}, {0, 0, 0, 1}}});
     KXQuatToMatrix(&zero, &none.record);
     for (int e = 0; e < 9; ++e) {
         float &element = none.record.m[e / 3][e % 3];
@@ -60,7 +64,9 @@ TEST_CASE("KXMatrixToQuat")
          {-0.325166255f, 1.43073142f, 1.64750898f, 1.14892066f}},
         {"a trace of 0, a tie, and a last row and column not read",
          {{{0, 1, 2, 9}, {3, 0, 4, 9}, {6, 8, 0, 9}, {9, 9, 9, 9}}}, {0.5f, 2, 4, 2}},
-        {"m11 equal to m22", {{{-3, 0.25f, 0.5f, 0}, {0.75f, 1, 2, 0}, {3, 4, 1, 0}, {0, 0, 0, 1}}}, {0.25f, 1, 1.5f, -0.625f}},
+        {"a trace below 1, added from left to right", {{{0x1p30f, 1, 2, 0}, {3, 0.1f, 4, 0}, {-5, 6, -0x1p30f, 0}, {0, 0, 0, 1}}},
+         {0.95346266f, 3.3371191f, 0.95346266f, 0.524404407f}},
+        {"m11 equal to m22, below m01 and m10", {{{-3, 1.25f, 0.5f, 0}, {1.75f, 1, 2, 0}, {3, 4, 1, 0}, {0, 0, 0, 1}}}, {0.75f, 1, 1.5f, -0.625f}},
     };
     for (const Row &row : rows) {
         Guarded<KXQuat> quat;

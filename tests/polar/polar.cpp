@@ -14,7 +14,7 @@ TEST_CASE("KXRange")
     struct Row { const char *label; KXP3 first, second; double range; };
     const Row rows[] = {
         {"y plays no part", {3, 100, 4}, {0, -7, 0}, 5},
-        {"differences stay wide", {0x1p24f, 0, 0}, {-1, 0, 0}, 16777217},
+        {"both differences stay wide", {-5, -9.3f, -2.1f}, {1.9f, 5.5f, 1.1f}, 7.6059186962009191},
         {"no difference", {1, 2, 3}, {1, 5, 3}, 0},
     };
     for (const Row &row : rows) {
@@ -42,9 +42,8 @@ TEST_CASE("KXBearing")
     }
     const KXP3 left = {2, 0, 5}, right = {3, 0, 4};
     check_near("first minus second", whole_turn - true_pi / 4, KXBearing(&left, &right));
-    // Differences stay wide: as a single dz would be 0.
-    const KXP3 first = {1, 0, 0x1p24f}, second = {0, 0, 16777215.0f};
-    check_near("dz of 1", true_pi / 4, KXBearing(&first, &second));
+    const KXP3 first = {-1.1f, 0.3f, 8.2f}, second = {6.4f, -8.1f, -7.4f};
+    check_near("both differences stay wide", 5.8350404983551156, KXBearing(&first, &second));
 }
 
 /** The three outputs lie side by side, so that a guard shows any other store. */
@@ -86,7 +85,7 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
         KXVectorToEA(&row.to, &ea.record.y, &ea.record.z);
         ea.check(row.label, {bits_as<float>(marker), row.rea.y, row.rea.z});
     }
-    check_rea("second minus first", {1, 1, 1}, {1, 1, 3}, {2, 0, 0});
+    check_rea("second minus first", {1, 2, 3}, {1, 2, 5}, {2, 0, 0});
     check_rea("dx is single", {-1, 0, 0}, {0x1p24f, 8, 0}, {0x1p24f, 0x1p-21f, half_pi});
     check_rea("dy is single", {0, -1, 0}, {8, 0x1p24f, 0}, {0x1p24f, half_pi, half_pi});
     check_rea("dz is single", {0, 0, -1}, {8, 0, 0x1p24f}, {0x1p24f, 0, 0x1p-21f});

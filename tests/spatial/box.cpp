@@ -47,6 +47,7 @@ TEST_CASE("KXTransformBox")
         {"the same with the ends swapped", {{-2, -2, 0}, {-1, -1, 0}}, rows_of(-1, -1, 0, 16777216), cube_of(16777216, 16777220)},
         {"and hi", {{-1, -1, 0}, {0, 0, 0}}, rows_of(-1, -1, 0, 16777216), cube_of(16777216, 16777216)},
         {"equal products: b goes to lo", {{-0.0f, 0, 0}, {0, 0, 0}}, rows_of(1, -1, -1, -0.0f), cube_of(0, -0.0f)},
+        {"and along z", {{0, 0, -0.0f}, {0, 0, 0}}, rows_of(-1, -1, 1, -0.0f), cube_of(0, -0.0f)},
     };
     for (const Row &row : rows) {
         check_in_out(row.label, row.box, row.wanted,

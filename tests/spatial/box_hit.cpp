@@ -49,9 +49,16 @@ static void check_row(const Row<Path> &row, Meets<Path> meets)
     CHECK_MESSAGE(same, label, ", mirrored: another point"); // but for the sign of a zero
 }
 
+static const KXBox uneven = {{1, 3, 5}, {2, 4, 7}};
+
 TEST_CASE("KXLineIxBox")
 {
     const Row<KXLine> rows[] = {
+        {"no face like another", uneven, {{0, 0, 0}, {2, 5, 8}}, 1, {1.25f, 3.125f, 5}},
+        {"no face like another, outside along z", uneven, {{1.5f, 3.5f, 4}, {2, 4, 6}}, 1, {1.75f, 3.75f, 5}},
+        {"no face like another, inside along z", uneven, {{1.5f, 3.5f, 5.5f}, {1.6f, 3.6f, 5.6f}}, 1, {1.5f, 3.5f, 5.5f}},
+        {"beyond a face along x and one along y", uneven, {{0, 0, 6}, {0.5f, 1, 6.5f}}, 0, untouched},
+        {"beyond a face along y and one along z", uneven, {{1.5f, 0, 0}, {1.6f, 1, 1}}, 0, untouched},
         {"inverted box", inverted, {{-1, 0.5f, 0.5f}, {2, 0.5f, 0.5f}}, 0, untouched},
         {"flat box", flat, {{-1, 0.4f, 0.5f}, {1, 0.6f, 0.7f}}, 1, {0, 0.5f, 0.6f}},
         {"box of one point", dot, {{-1, -1, -1}, {1, 1, 1}}, 1, {0, 0, 0}},
@@ -113,10 +120,34 @@ TEST_CASE("KXLineIxBox")
     }
 }
 
+TEST_CASE("KXLineIxBox: both ends beyond a face, on a line that isn't finite")
+{
+    // The point tells: such a line leaves it as it was, and any other gets its start.
+    const float faces[2][3] = {{1, 10, 100}, {2, 20, 200}};
+    const KXBox box = {{1, 10, 100}, {2, 20, 200}};
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        for (const bool high : {false, true}) {
+            const float face = faces[high][axis], beyond = face * (high ? 1.01f : 0.99f);
+            const float ends[3][2] = {{beyond, beyond}, {face, beyond}, {beyond, face}};
+            for (const auto &end : ends) {
+                std::array<float, 6> line = {1.5f, 15, 150, 1.5f, 15, 150};
+                line[axis] = end[0];
+                line[3 + axis] = end[1];
+                line[3 + (axis + 1) % 3] = infinity;
+                const auto path = bits_as<KXLine>(line);
+                Guarded<KXP3> point;
+                KXLineIxBox(&path, &box, &point.record);
+                point.check("axis " + std::to_string(axis), &end == &ends[0] ? marked<KXP3>() : path.start);
+            }
+        }
+    }
+}
+
 TEST_CASE("KXRayIxBox")
 {
     const KXBox vast = {{-1e30f, -1e30f, -1e30f}, {1e30f, 1e30f, 1e30f}};
     const Row<KXRay> rows[] = {
+        {"no face like another", uneven, {{0, 0, 0}, {1, 2.5f, 4}}, 1, {1.25f, 3.125f, 5}},
         {"inverted box", inverted, {{-1, 0.5f, 0.5f}, {1, 0, 0}}, 0, untouched},
         {"flat box", flat, {{-1, 0.4f, 0.5f}, {1, 0.1f, 0.1f}}, 1, {0, 0.5f, 0.6f}},
         {"box of one point", dot, {{-1, -1, -1}, {1, 1, 1}}, 1, {0, 0, 0}},
@@ -143,6 +174,10 @@ TEST_CASE("KXRayIxBox")
         {"x settles, pointing away in y", unit, {{0.5f, 2, 0.5f}, {0, 1, 0}}, 1, {0.5f, 2, 0.5f}},
         {"z settles", unit, {{-1, -1, 0.5f}, {1, 1, 0}}, 1, {-1, -1, 0.5f}},
         {"z settles, outside", unit, {{-1, -1, 5}, {1, 1, 0}}, 0, {-1, -1, 5}},
+        {"z settles, in a box with no face like another", {{2, 2.5f, -1}, {3, 2.8f, 1}}, {{0, 0, 0}, {1, 1, 0}}, 1, {0, 0, 0}},
+        {"z settles above it", {{2, 2.5f, -1}, {3, 2.8f, 1}}, {{0, 0, 1.5f}, {1, 1, 0}}, 0, {0, 0, 1.5f}},
+        {"x and y apart before z settles", {{2, 4, -1}, {3, 5, 1}}, {{0, 0, 0}, {1, 1, 0}}, 0, {0, 0, 0}},
+        {"a step equal to the tolerance before z settles", {{-1, 4, -1}, {1, 5, 1}}, {{0, 0, 9}, {tolerance, 1, 0}}, 0, {0, 0, 9}},
         {"slabs apart before z settles", unit, {{-1, 1.5f, 0.5f}, {1, 3, 0}}, 0, {-1, 1.5f, 0.5f}},
         {"no direction, x between the faces", unit, {{0.5f, 5, 5}, {0, 0, 0}}, 1, {0.5f, 5, 5}},
         {"no direction, x outside", unit, {{5, 0.5f, 0.5f}, {0, 0, 0}}, 0, {5, 0.5f, 0.5f}},
@@ -158,4 +193,15 @@ TEST_CASE("KXRayIxBox")
     for (const auto &row : rows) {
         check_row(row, KXRayIxBox);
     }
+}
+
+TEST_CASE("An infinite step is through at once")
+{
+    const KXLine line = {{0, 3.5f, 6}, {infinity, 3.6f, 6.1f}};
+    const KXRay ray = {{0, 3.5f, 6}, {infinity, 1, 1}};
+    KXP3 on_line = {}, on_ray = {};
+    CHECK(KXLineIxBox(&line, &uneven, &on_line) == 1);
+    CHECK(on_line.y == 3.5f);
+    CHECK(KXRayIxBox(&ray, &uneven, &on_ray) == 1);
+    CHECK(on_ray.y == 3.5f);
 }

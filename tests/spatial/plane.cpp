@@ -17,6 +17,10 @@ TEST_CASE("KXPlaneEquation")
          {0.00748f, 0.00222f, -0.00362f}, 0, {-0.042489402f, -0.808720171f, -0.586656928f, -1.0518831e-05f}},
         {"second attempt: order in d", {-0x1.cp-14f, -0x1.cp-14f, -0x1.8p-15f}, {0x1p-15f, -0x1.4p-14f, -0x1p-15f},
          {-0x1.4p-14f, -0x1.8p-13f, -0x1.4p-14f}, 0, {0.018891478f, 0.377829552f, -0.925682425f, 3.38813179e-21f}},
+        {"a squared length between the single 1e-6 and the decimal takes the first", {14, 0x1.50aap+3f, 7}, {14, 11, 7},
+         {0x1.c00cfcp+3f, 11, 0x1.c0163cp+2f}, 0, {0.650377274f, 0, -0.759611368f, -3.78800225f}},
+        {"a squared length of 1e-16", {0, -0x1.2f1c88p-13f, 0}, {0, 0, 0}, {0x1.53f9aep-28f, 0, 0x1.22318p-14f}, 1, {1, 0, 0, -0.0f}},
+        {"a squared length just above 1e-16", {0, -0.000165989666f, 0}, {0, 0, 0}, {0, 0, 6.02447144e-05f}, 0, {1, 0, 0, -0.0f}},
         {"a squared length equal to the tolerance takes the second attempt", {-4.25048828125f, 2.625f, 10.046875f},
          {-4.25f, 2.625f, 8}, {-4.25f, 2.62548828125f, 7.93212890625f}, 0,
          {0.999450684f, 0.0331401825f, 0.000238418579f, 4.15876532f}},
@@ -47,7 +51,9 @@ TEST_CASE("KXRotateInPlane")
         {"no axis: times the cosine", {1, 2, -4}, {0, 0, 0}, 1, {0.540302277f, 1.08060455f, -2.16120911f}},
         {"each single, and each that is not", {-6, -3, 4}, {0.4f, 0.4f, -0.8f}, 2.5f, {-0.57102704f, -0.58056891f, 7.31181431f}},
         {"no component like another", {3, -2, 5}, {0.3f, -0.5f, 0.8f}, 0.7f, {2.13095999f, -1.64360416f, 5.51395178f}},
-        {"order of the sums", {0x1p30f, 0x1p30f, -0.1f}, {1, 1, 0}, 1, {1.5673385e+09f, 1.5673385e+09f, 30.0166759f}},
+        {"order of the sums: x", {9.3f, 0x1.547882p+4f, 0x1.080548p-21f}, {0, 0.7f, 0.8f}, 0.5f, {-9.49785498e-15f, 23.5178108f, -1.6622752f}},
+        {"order of the sums: y", {73.9f, -0x1.ed25f8p+3f, 0x1.bb5b22p-17f}, {0, 0.4f, 0.5f}, 0.4f, {71.0670471f, 2.33655902e-15f, -11.7544985f}},
+        {"order of the sums: z", {0x1p30f, 0x1p30f, -0.1f}, {1, 1, 0}, 1, {1.5673385e+09f, 1.5673385e+09f, 30.0166759f}},
     };
     for (const Row &row : rows) {
         Guarded<KXP3> point;

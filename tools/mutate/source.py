@@ -1,0 +1,79 @@
+"""A C++ source as tokens, with what the mutations need to know about each: its brackets' partners and
+the function it stands in. Enough for sources that are formatted as this library's are."""
+import re
+
+TOKEN = re.compile(r'''
+    (?P<skip>\s+ | //[^\n]* | /\*.*?\*/ | ^[ \t]*\#(?:\\\n|[^\n])*)
+  | (?P<text>"(?:\\.|[^"\\])*" | '(?:\\.|[^'\\])*')
+  | (?P<name>~?[A-Za-z_]\w*(?:::~?[A-Za-z_]\w*)*)
+  | (?P<number>0x[0-9a-fA-F]+U? | (?:\d+\.?\d*|\.\d+)(?:e[+-]?\d+)?[fU]?)
+  | (?P<mark><<=|>>=|\.\.\.|->|\+\+|--|<<|>>|[<>=!+*/%&|^-]=|&&|\|\||::|.)
+''', re.X | re.S | re.M)
+OPEN, CLOSE = '([{', ')]}'
+
+
+class Token:
+    def __init__(self, match):
+        self.kind, self.text = match.lastgroup, match.group()
+        self.start, self.end = match.span()
+        self.partner = self.function = self.bracket = None
+
+
+class Source:
+    def __init__(self, path, text):
+        self.path, self.text = path, text
+        self.tokens = [Token(m) for m in TOKEN.finditer(text) if m.lastgroup != 'skip']
+        self.find_structure()
+
+    def stands_apart(self, token):
+        """Whether there is space on both sides, as there is around an operator of two operands."""
+        return self.text[token.start - 1].isspace() and self.text[token.end].isspace()
+
+    def find_structure(self):
+        """Brackets, those of templates among them, and the functions: a function is what a brace
+        opens behind a parameter list."""
+        function, head, stack = None, 0, []
+        for i, token in enumerate(self.tokens):
+            token.function = function
+            token.bracket = self.tokens[stack[-1][0]].text if stack else None
+            if token.text in OPEN or token.text == '<' and not self.stands_apart(token):
+                outer = function
+                if token.text == '{' and function is None:
+                    function = self.function_of(self.tokens[head:i])
+                stack.append((i, outer))
+            elif stack and (token.text in CLOSE or token.text == '>' and not self.stands_apart(token)
+                            and self.tokens[stack[-1][0]].text == '<'):
+                opening, function = stack.pop()
+                token.partner, self.tokens[opening].partner = opening, i
+            if token.text in ';{}':
+                head = i + 1
+
+    @staticmethod
+    def function_of(head):
+        """Name and type of the function whose body follows, or nothing."""
+        texts = [token.text for token in head]
+        if '(' not in texts or '=' in texts or texts[0] == 'namespace':
+            return None
+        at = texts.index('(') - 1
+        return texts[at], texts[at - 1]
+
+    def pieces(self, first, last, marks):
+        """Spans of tokens between the marks at the top level of tokens first to last - 1."""
+        begin, i = first, first
+        while i < last:
+            token = self.tokens[i]
+            if token.text in OPEN + '<' and token.partner:
+                i = token.partner
+            elif token.kind == 'mark' and token.text in marks:
+                yield begin, i
+                begin = i + 1
+            i += 1
+        yield begin, last
+
+    def span(self, first, last):
+        """Where the text of tokens first to last - 1 begins and ends."""
+        return self.tokens[first].start, self.tokens[last - 1].end
+
+    def piece(self, first, last):
+        start, end = self.span(first, last)
+        return self.text[start:end]
