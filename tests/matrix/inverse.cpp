@@ -131,6 +131,8 @@ TEST_CASE("What counts as singular")
     const float q = 0x1p-24f;
     check_inverse("a determinant that is next to nothing",
                   matrix({1, 1, 1 - 5 * q, 0, 1 - q, 1, 1, 0, 1 - 2 * q, 1 - q, 1, 0, 0, 0, 0, 1}), 1, untouched);
+    check_inverse("a negative term that leaves next to nothing of a positive one",
+                  matrix({1.14809394f, 0, 0, 0, 0, 1, 1.2321099f, 0, 0, 1.10250688f, 1.35840964f, 0, 0, 0, 0, 1}), 1, untouched);
     check_inverse("a determinant that no single holds", matrix({1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1}),
                   1, untouched);
 
