@@ -111,6 +111,11 @@ TEST_CASE("KXLineIxTriangle: inside or not")
         row("den equal to the tolerance", 0.25f, 0, {{0, 0, 0}, {1, 0, 0}, {0, tolerance, 0}}, 1),
         row("den below it", 0.25f, 0, {{0, 0, 0}, {1, 0, 0}, {0, still, 0}}, 0),
         row("eq below it, ep 0", 0.5f, 0, {{0, 0, 0}, {0, still, 0}, {1, 0, 0}}, 0),
+        row("alpha by a longer edge, ep 0", 0.25f, 0.6f, {{0, 0, 0}, {0, 2, 0}, {1, 0, 0}}, 1),
+        row("beyond the rectangle by less than the edges are rounded by", 3.79999971f, 14.8470001f,
+            {{51.7000008f, -27.3999996f, 0}, {3.79999995f, -93.8000031f, 0}, {3.79999995f, 37.1000023f, 0}}, 0),
+        row("the products in beta are not single", 69.5600052f, 49.0000038f,
+            {{91.2000046f, 76.2000046f, 0}, {59.4000015f, 89.3000031f, 0}, {37.1000023f, 8.19999981f, 0}}, 0),
     };
     for (const auto &each : rows) {
         check_row(each, KXLineIxTriangle);
@@ -204,6 +209,13 @@ TEST_CASE("Each single, and each that is not")
          {{-1, 0, -1}, {-1, 2, 1}, {-2, -1, -2}}, 0, {-6.87194604e+10f, 1.15292128e+19f, -7.37869622e+20f}},
         {"order of the sum in dist", {{0x1p+24f, -1, 3}, {2, 3, 0x1p+24f}}, {-0x1p+30f, 0x1p+30f, -1, 1},
          {{2, 0, 0}, {-1, 0, 0}, {-2, 0, -2}}, 0, {50864264.0f, 51130568.0f, 2.85942884e+14f}},
+        {"b*y before c*z in dist", {{-90.0999985f, -58.5f, -3.29999995f}, {-9.21000004f, 1.19999993f, 3.43999982f}},
+         {5.96000004f, -9.48999977f, 3.77999997f, -5.69499254f}, half_square, 0, {-90.0999985f, -58.5f, -3.29999995f}},
+        {"c*z before d in dist", {{34, 0, 65.0999985f}, {1.31999993f, 0.099999994f, -7.65999985f}},
+         {7.77999973f, -8.03999996f, 0.0199999996f, -265.821991f}, half_square, 0, {34, 1.13178011e-09f, 65.0999985f}},
+        {"the products in denom and dist are not single",
+         {{-24.5f, -55.1000023f, 66.8000031f}, {1.13f, 1.78999996f, -9.7699995f}},
+         {-9.05000019f, 2.5f, -1.94999993f, -42.7000008f}, half_square, 0, {-16.9396191f, -43.1238251f, 1.4328208f}},
     };
     for (const auto &row : rays) {
         check_row(row, KXRayIxTriangle);
