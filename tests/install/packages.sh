@@ -12,14 +12,14 @@ for package in "$work"/one/*.deb; do
     cmp "$package" "$work/another/with-a-longer-name/${package##*/}"
 done
 
-rm -rf "$work/root"
+rm -rf "$work/extracted"
 for package in "$work"/one/libkxmaths5-5_*.deb "$work"/one/libkxmaths5-dev_*.deb; do
-    dpkg-deb --extract "$package" "$work/root"
+    dpkg-deb --extract "$package" "$work/extracted"
 done
-library=$(find "$PWD/$work/root" -name 'libkxmaths5.so.5')
+library=$(find "$PWD/$work/extracted" -name 'libkxmaths5.so.5')
 (cd "$work" && LD_LIBRARY_PATH=$(dirname "$library") ../../tests/module/digests.sh \
     ../../tools/digest/digests.txt ../../src/exports.txt ../gcc/tools/digest/kx_digest)
-./tests/install/hosts.sh "$work/root/usr"
+./tests/install/hosts.sh "$work/extracted/usr"
 
 # gdb trusts a file of its own for each module in this directory, and nowhere else.
 module=$(readlink -f "$library")
