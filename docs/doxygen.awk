@@ -46,7 +46,7 @@ in_block {
 
 # Files that are no pages here: their names in place of links.
 {
-    while (match($0, /\]\((\.\.\/)?(api|debugger|examples|python\/|src|tools|LICENSE)[^)]*\)/)) {
+    while (match($0, /\]\((\.\.\/)?(api|debugger|examples|python\/|src|tests\/|tools|LICENSE)[^)]*\)/)) {
         before = substr($0, 1, RSTART - 1)
         after = substr($0, RSTART + RLENGTH)
         match(before, /\[[^\[]*$/)
