@@ -112,12 +112,6 @@ static inline uint32_t magnitude_bits(float value)
 constexpr uint32_t tolerance_bits = 0x358637bdU;
 constexpr uint32_t infinity_bits = 0x7f800000U;
 
-/** Raises no flag, not even for a signalling NaN. */
-static inline bool is_nan(float value)
-{
-    return magnitude_bits(value) > infinity_bits;
-}
-
 /** A vector or point, widened for arithmetic. */
 struct Wide3 {
     double x, y, z;

@@ -81,6 +81,8 @@ inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
     const PairOfSingles k0 = project(vertices[triangle.corner[0].vertex]);
     const PairOfSingles k1 = project(vertices[triangle.corner[1].vertex]);
     const PairOfSingles k2 = project(vertices[triangle.corner[2].vertex]);
+    // Of all corners before anything is compared with them, so that a NaN among them raises its
+    // flag.
     const PairOfSingles lowest = kx::lesser(kx::lesser(k0, k1), k2);
     const PairOfSingles highest = kx::greater(kx::greater(k0, k1), k2);
     if (kx::any_outside(at, lowest, highest)) {

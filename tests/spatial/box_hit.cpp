@@ -7,7 +7,7 @@ static const KXBox unit = {{0, 0, 0}, {1, 1, 1}};
 static const KXBox inverted = {{1, 0, 0}, {0, 1, 1}};
 static const KXBox flat = {{0, 0, 0}, {0, 1, 1}};
 static const KXBox dot = {{0, 0, 0}, {0, 0, 0}};
-static constexpr float still = 9.9e-07f; // a step below the tolerance
+static constexpr float still = 0x1.0c6f78p-20f; // the single below the tolerance
 
 /** Path is KXLine, with its end, or KXRay, with its direction. */
 template <typename Path>

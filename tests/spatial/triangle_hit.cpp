@@ -133,6 +133,7 @@ TEST_CASE("KXLineIxTriangle: the axis dropped")
     const Row<KXLine> rows[] = {
         {"x before y on a tie", along_y, {1, 1, 0, -5.25f}, in_xz, 0, on_y},
         {"y when it is larger", along_y, {0.5f, 1, 0, -5.125f}, in_xz, 1, on_y},
+        {"y when it is larger by one bit", along_y, {1, 0x1.000002p+0f, 0, -5.25f}, in_xz, 1, {0.25f, 0x1.3ffffep+2f, 0.25f}},
         {"y before z on a tie", along_z, {0, 1, 1, -5.25f}, in_xy, 0, on_z},
         {"z when it is larger", along_z, {0, 0.5f, 1, -5.125f}, in_xy, 1, on_z},
         {"x before z on a tie", along_z, {1, 0, 1, -5.25f}, in_xy, 0, on_z},
