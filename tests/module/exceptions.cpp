@@ -95,6 +95,10 @@ TEST_CASE("Guarded paths raise neither division by zero nor an invalid operation
         const KXRay ray = {{0.5f, 0.5f, 0.5f}, {infinity, 1, 1}};
         KXRayIxBox(&ray, &box, nullptr);
     });
+    check_quiet("a miss, on another axis than that of an infinite step", [] {
+        const KXRay ray = {{0.5f, 2, 0.5f}, {infinity, 1, 1}};
+        KXRayIxBox(&ray, &box, &vector);
+    });
     check_quiet("a triangle without a plane", [] {
         KXTriangle triangle = triangle_of(0, 1, 2);
         triangle.plane = {0, 0, 0, 0};
