@@ -23,7 +23,7 @@ DROPPED = {'rounded', 'magnitude', 'negated', 'swapped', 'sign'}
 DOUBLES = {'double', 'Pair', 'kx::Pair', '__m128d'}
 ROUNDED_ALREADY = re.compile(r'(kx::)?(rounded|wide)\(')
 COMPUTES = re.compile(r' [-+*/] |(square_root|sine|arctangent|tive_part|_pd)\(')
-COMMUTATIVE = re.compile(r'_mm_(add|mul)_')
+COMMUTATIVE = re.compile(r'_mm_(add|mul|and|or|xor)_')
 NO_CALL = {'if', 'for', 'while', 'switch', 'return', 'sizeof', 'catch'}
 NO_STATEMENT = {'return', 'break', 'continue', 'using', 'typedef', 'struct', 'enum', 'constexpr', 'const',
                 'static', 'float', 'double', 'int', 'bool', 'auto', 'case', 'default', 'public', 'private',
