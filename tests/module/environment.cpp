@@ -78,6 +78,13 @@ bool may_divide_by_zero(const std::string &name)
     return name == "KXQuatToMatrix" || name == "KXM4Decompose" || name == "KXM3Decompose";
 }
 
+void report(const std::string &name, const char *sharing, const char *fault)
+{
+    std::fesetenv(FE_DFL_ENV);
+    const std::string label = name + " " + std::string(sharing, std::strcspn(sharing, " "));
+    CHECK_MESSAGE(fault == nullptr, label, " ", std::string(fault == nullptr ? "" : fault));
+}
+
 /** Calls every function in every sharing, `repetitions` times with inputs of one kind. */
 template <typename Source>
 void try_all(const Environment &wanted, Kind kind, int repetitions)
@@ -95,9 +102,7 @@ void try_all(const Environment &wanted, Kind kind, int repetitions)
                 Environment environment = wanted;
                 fault = fault_of([&] { return call(entry, s, environment); });
             }
-            std::fesetenv(FE_DFL_ENV);
-            const std::string label = std::string(entry.name) + " " + std::string(s, std::strcspn(s, " "));
-            CHECK_MESSAGE(fault == nullptr, label, " ", std::string(fault == nullptr ? "" : fault));
+            report(entry.name, s, fault);
         }
     });
 }

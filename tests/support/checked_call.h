@@ -264,16 +264,8 @@ private:
 
         const bool nothing_written = std::is_same_v<Result, std::int32_t> &&
                                      static_cast<int>(result) == entry.untouched_result;
-        const char *fault = nullptr;
-        for_used([&](Area &area) {
-            for (std::size_t i = 0; i < area.end() + guard; ++i) {
-                if (area.is[i] != area.was[i] && (nothing_written || !area.may_have_changed(i))) {
-                    fault = "writes what it must leave alone";
-                }
-            }
-        });
-        if (fault != nullptr) {
-            return fault;
+        if (!is_left_alone(nothing_written)) {
+            return "writes what it must leave alone";
         }
         if (std::is_same_v<Result, std::int32_t> && result != 0 && result != 1) {
             return "gives a verdict or status that is neither 0 nor 1";
@@ -288,6 +280,19 @@ private:
         return environment.flushes() || promises::are_kept(entry.function, was, is, result)
                    ? nullptr
                    : "breaks its contract's promise";
+    }
+
+    /** Whether only what the call may write has changed. */
+    bool is_left_alone(bool nothing_written)
+    {
+        bool is = true;
+        for_used([&](Area &area) {
+            for (std::size_t i = 0; i < area.end() + guard; ++i) {
+                is = is && (area.is[i] == area.was[i] ||
+                            (!nothing_written && area.may_have_changed(i)));
+            }
+        });
+        return is;
     }
 
     template <typename Argument, typename Function>
