@@ -114,11 +114,11 @@ TEST_CASE("KXLineIxTriangle: inside or not")
         row("alpha by a longer edge, ep 0", 0.25f, 0.6f, {{0, 0, 0}, {0, 2, 0}, {1, 0, 0}}, 1),
         row("beyond the rectangle by less than the edges are rounded by", 3.79999971f, 14.8470001f,
             {{51.7000008f, -27.3999996f, 0}, {3.79999995f, -93.8000031f, 0}, {3.79999995f, 37.1000023f, 0}}, 0),
+        row("the third corner has the lowest p, and a higher q", 9.875f, 20.25f, {{10, 20, 0}, {11, 20, 0}, {9, 21, 0}}, 1),
         // Its distance from the first corner is rounded to that of the second corner.
         row("a hair right of and above the second corner", 0x1p-30f, 0x1p-30f, {{-1, -1, 0}, {0, 0, 0}, {-1, 0, 0}}, 0),
         row("a hair left of and below it", -0x1p-30f, -0x1p-30f, {{1, 1, 0}, {0, 0, 0}, {1, 0, 0}}, 0),
         row("a hair right of and below it", 0x1p-30f, -0x1p-30f, {{-1, 1, 0}, {0, 0, 0}, {-1, 0, 0}}, 0),
-        row("the third corner has the lowest p, and a higher q", 9.875f, 20.25f, {{10, 20, 0}, {11, 20, 0}, {9, 21, 0}}, 1),
         row("the products in beta are not single", 69.5600052f, 49.0000038f,
             {{91.2000046f, 76.2000046f, 0}, {59.4000015f, 89.3000031f, 0}, {37.1000023f, 8.19999981f, 0}}, 0),
     };
