@@ -1,5 +1,6 @@
 """What is changed in a source: faults that a hand or a compiler might make. Each function yields changes
-(start, end, replacement) of its text; all but numbers and signs are changed inside functions alone."""
+(start, end, replacement, mutation, operand): a span of its text, and two words for what is done to what, which
+stay the same when the lines around it change. All but numbers and signs are changed inside functions alone."""
 import re
 import struct
 
@@ -31,28 +32,29 @@ NO_STATEMENT = {'return', 'break', 'continue', 'using', 'typedef', 'struct', 'en
 
 
 def operators(source):
-    for token in source.tokens:
+    for i, token in enumerate(source.tokens):
         if token.function and token.text in OPERATORS and source.stands_apart(token):
             for other in OPERATORS[token.text]:
-                yield token.start, token.end, other
+                yield token.start, token.end, other, f'{token.text} to {other}', source.operand_before(i)
 
 
 def signs(source):
-    for token in source.tokens:
+    for i, token in enumerate(source.tokens):
         if token.text in ('-', '!', '~') and not source.text[token.end].isspace():
-            yield token.start, token.end, ''
+            yield token.start, token.end, '', f'no {token.text}', source.operand_after(i)
 
 
 def names(source):
-    for before, token, after in zip(source.tokens, source.tokens[1:], source.tokens[2:]):
+    for i, (before, token, after) in enumerate(zip(source.tokens, source.tokens[1:], source.tokens[2:]), 1):
         if not token.function or token.kind != 'name' or before.kind == 'name' and before.text != 'return':
             continue
+        where = source.piece(i + 2, after.partner) if after.text == '(' else source.place_of(i)
         if token.text in NAMES:
-            yield token.start, token.end, NAMES[token.text]
+            yield token.start, token.end, NAMES[token.text], f'{token.text} to {NAMES[token.text]}', where
         elif before.text in ('.', '->') and token.text in MEMBERS:
-            yield token.start, token.end, MEMBERS[token.text]
+            yield token.start, token.end, MEMBERS[token.text], f'{token.text} to {MEMBERS[token.text]}', where
         if token.text.split('::')[-1] in DROPPED and after.text == '(':
-            yield token.start, token.end, ''
+            yield token.start, token.end, '', f'no {token.text}', where
 
 
 def next_single(value):
@@ -81,7 +83,7 @@ def numbers(source):
             compared = source.tokens[i - 1].text in ('<', '>', '<=', '>=', '==', '!=')
             for other in other_numbers(token.text):
                 if not (compared and other.startswith('-')):
-                    yield token.start, token.end, other
+                    yield token.start, token.end, other, f'{token.text} to {other}', source.place_of(i)
 
 
 def is_size(source, i):
@@ -106,15 +108,15 @@ def added_roundings(source):
             end = next(k for k in range(i, len(source.tokens)) if source.tokens[k].text == ';')
             for first, last in source.pieces(i + 1, end, ','):
                 if last - first > 2 and source.tokens[first + 1].text == '=':
-                    expressions.append((first + 2, last))
+                    expressions.append((first + 2, last, source.tokens[first].text))
         elif token.text == 'return' and token.function[1] in DOUBLES:
             end = next(k for k in range(i, len(source.tokens)) if source.tokens[k].text == ';')
-            expressions.append((i + 1, end))
-        for first, last in expressions:
+            expressions.append((i + 1, end, 'return'))
+        for first, last, name in expressions:
             text = source.piece(first, last)
             done = ROUNDED_ALREADY.match(text) and source.tokens[first + 1].partner == last - 1
             if not done and COMPUTES.search(text) and text[0] != '{':
-                yield *source.span(first, last), f'kx::rounded({text})'
+                yield *source.span(first, last), f'kx::rounded({text})', 'rounded', name
 
 
 def exchanged(source, one, other):
@@ -123,7 +125,8 @@ def exchanged(source, one, other):
     if a != b:
         start, end = source.tokens[one[0]].start, source.tokens[other[1] - 1].end
         between = source.text[source.tokens[one[1] - 1].end:source.tokens[other[0]].start]
-        yield start, end, b + between + a
+        indices = between == ']['
+        yield start, end, b + between + a, 'exchanged', f'{"[" * indices}{source.text[start:end]}{"]" * indices}'
 
 
 def arguments(source):
@@ -185,18 +188,19 @@ def statements(source):
         declares = first.kind == 'name' and source.tokens[i + 2].kind == 'name'
         end = next(k for k in range(i + 1, len(source.tokens)) if source.tokens[k].text in ';{}')
         if source.tokens[end].text == ';' and end > i + 1 and not declares:
-            yield *source.span(i + 1, end), ''
+            yield *source.span(i + 1, end), '', 'left out', source.piece(i + 1, end)
 
 
 def conditions(source):
     for i, token in enumerate(source.tokens):
         if token.function and token.text == 'if':
             opening = i + 1 + (source.tokens[i + 1].text == 'constexpr')
+            inside = opening + 1, source.tokens[opening].partner
             for other in ('true', 'false'):
-                yield *source.span(opening + 1, source.tokens[opening].partner), other
+                yield *source.span(*inside), other, 'always' if other == 'true' else 'never', source.piece(*inside)
         if token.function and token.text == '?' and source.tokens[i - 1].kind == 'name' \
                 and source.tokens[i - 2].text in ('=', '(', '{', ',', 'return'):
-            yield source.tokens[i - 1].start, source.tokens[i - 1].start, '!'
+            yield source.tokens[i - 1].start, source.tokens[i - 1].start, '!', 'not', source.tokens[i - 1].text
 
 
 ALL = (operators, signs, names, numbers, added_roundings, arguments, orders, statements, conditions)

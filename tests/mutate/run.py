@@ -31,22 +31,31 @@ EXPLAINED_OUTCOME = {'survived': 'unobservable', 'killed by digests': 'unobserva
                      'killed': 'explained, but killed'}
 FAILURES = ('survived', 'killed by digests', 'explained, but killed')
 REPORTED = (*FAILURES, 'timeout')
-Mutant = collections.namedtuple('Mutant', 'path line name text')
+Mutant = collections.namedtuple('Mutant', 'path line name change text')
+
+
+def name_of(*parts):
+    """File, function, mutation and operand. It outlives what a clean-up changes: lines, blanks, comments and the
+    namespace's name."""
+    name = ': '.join(re.sub(r'//[^\n]*|\bkx::', '', part) for part in parts)
+    return re.sub(r'(?<=[(\[{]) | (?=[)\]}])', '', ' '.join(name.split()))
 
 
 def mutants_of(path):
     source = Source(path, (ROOT / path).read_text())
-    changes = sorted({change for mutation in mutations.ALL for change in mutation(source)})
-    for start, end, new in changes:
+    changes = {change[:3]: change[3:] for mutation in mutations.ALL for change in mutation(source)}
+    names = collections.Counter()
+    for (start, end, new), words in sorted(changes.items()):
         text = source.text
         line_start, line_end = text.rfind('\n', 0, start) + 1, text.find('\n', end)
         before, after = text[line_start:start], text[end:line_end].split('//')[0]
         old = re.sub(r'//[^\n]*', '', text[start:end])
-        words = f'{before}[-{old}-]{{+{new}+}}{after}'.replace('[--]', '').replace('{++}', '')
+        change = f'{before}[-{old}-]{{+{new}+}}{after}'.replace('[--]', '').replace('{++}', '')
         function = next((t.function for t in source.tokens if t.start >= start), None)
-        where = f'{path}: {function[0]}: ' if function else f'{path}: '
-        yield Mutant(path, text.count('\n', 0, start) + 1, where + ' '.join(words.split()),
-                     text[:start] + new + text[end:])
+        name = name_of(path, function[0] if function else '-', *words)
+        names[name] += 1
+        yield Mutant(path, text.count('\n', 0, start) + 1, name + f' #{names[name]}' * (names[name] > 1),
+                     ' '.join(change.split()), text[:start] + new + text[end:])
 
 
 def explained_names():
@@ -144,11 +153,12 @@ def measured_programs(worker, build):
 
 def main():
     parser = argparse.ArgumentParser(prog='mutate', description=__doc__.split('\n\n')[0])
-    parser.add_argument('--sample', type=int, metavar='N', help='only N of them, by lot')
-    parser.add_argument('--seed', type=int, default=1, help='another lot (default: %(default)s)')
+    parser.add_argument('--sample', type=int, metavar='N', help='only N of them, at random; with 0 '
+                        'the explained ones are looked up, and that is all')
+    parser.add_argument('--seed', type=int, default=1, help='another sample (default: %(default)s)')
     parser.add_argument('--preset', default='gcc', help='the build (default: %(default)s)')
     parser.add_argument('filter', nargs='?', default='', metavar='FILTER',
-                        help='a regular expression for what is printed of a change, such as ^src/polar')
+                        help="a regular expression for a change's file: function: mutation: operand, such as ^src/polar")
     options = parser.parse_args()
 
     everything = sorted(str(path.relative_to(ROOT)) for path in (ROOT / 'src').glob('**/*.[ch]*')
@@ -162,6 +172,8 @@ def main():
     if options.sample is not None:
         mutants = sorted(random.Random(options.seed).sample(mutants, min(options.sample, len(mutants))))
 
+    if not mutants:
+        sys.exit(bool(stale))
     subprocess.run([ROOT / 'scripts/build', options.preset], check=True, stdout=subprocess.DEVNULL)
     workers = queue.SimpleQueue()
     count = os.cpu_count() or 1
@@ -183,7 +195,7 @@ def main():
                 outcome = EXPLAINED_OUTCOME.get(outcome, outcome)
             counts[outcome] += 1
             if outcome in REPORTED:
-                print(f'{outcome}, line {mutant.line}: {mutant.name}', flush=True)
+                print(f'{outcome}, line {mutant.line}: {mutant.change}', mutant.name, sep='\n', flush=True)
     print(f'{len(mutants)} mutants:', ', '.join(f'{n} {outcome}' for outcome, n in sorted(counts.items())))
     sys.exit(bool(stale or any(counts[outcome] for outcome in FAILURES)))
 

@@ -77,3 +77,40 @@ class Source:
     def piece(self, first, last):
         start, end = self.span(first, last)
         return self.text[start:end]
+
+    def start_of_operand(self, i):
+        """The first token of the operand that ends with token i: a name, a number or what is in brackets, with
+        what it is called with or an element of."""
+        first = self.tokens[i].partner if self.tokens[i].text in CLOSE + '>' and self.tokens[i].partner else i
+        before = self.tokens[first - 1]
+        if before.text in ('.', '->'):
+            return self.start_of_operand(first - 2)
+        goes_on = self.tokens[first].text in OPEN + '<' and (before.kind == 'name' and before.text != 'return' or
+                                                            before.text in (')', ']', '>') and before.partner)
+        return self.start_of_operand(first - 1) if goes_on else first
+
+    def operand_before(self, i):
+        return self.piece(self.start_of_operand(i - 1), i)
+
+    def operand_after(self, i):
+        last = (self.tokens[i + 1].text == '(' and self.tokens[i + 1].partner) or i + 1
+        while self.tokens[last + 1].text in ('.', '->') or self.tokens[last + 1].text in ('(', '['):
+            last = self.tokens[last + 1].partner or last + 2
+        return self.piece(i + 1, last + 1)
+
+    def place_of(self, i):
+        """What token i is compared with, stored in, an argument or an element of."""
+        if self.tokens[i - 1].text in '-!~' and not self.stands_apart(self.tokens[i - 1]):
+            i -= 1
+        before, opening = self.tokens[i - 1], i - 1
+        if before.text in ('.', '->') or before.kind == 'mark' and self.stands_apart(before):
+            return self.operand_before(i - 1)
+        if before.text in ';}':
+            return self.operand_after(i - 1)
+        # Lists within a list are elements of what the outer one is stored in.
+        while opening > 0 and (self.tokens[opening].text not in OPEN or (self.tokens[opening].partner or 0) < i
+                               or self.tokens[opening].text == '{' and self.tokens[opening - 1].text in ',{('):
+            opening -= 1
+        if self.tokens[opening - 1].text == '=':
+            opening -= 1
+        return self.operand_before(opening) if opening else ''
