@@ -16,7 +16,7 @@ cmake -G Ninja -S "$work" -B "$work/build" -DCMAKE_BUILD_TYPE=Debug -DKX_INSTRUC
 # Builds the copy, and fails if it isn't what the baseline says.
 compare() {
     cmake --build "$work/build" --parallel 2 >"$work/log" || {
-        cat "$work/log"
+        cat "$work/log" >&2
         exit 2
     }
     abidiff tests/abi/kxmaths5.abi "$work/build/src/libkxmaths5.so"

@@ -1,21 +1,23 @@
 /*
- * Size and offset of every record, the same text for C99 and for every C++ from C++11 on. A name
- * of an array type with a negative size is the one static assertion that all of them know.
+ * Size and offsets of every record, in one text for C99 and every C++ from C++11 on. An array type of
+ * negative size is a static assertion in all of them; its name says what is wrong.
  */
 #include "kxmaths5.h"
 
 #include <stddef.h>
 
-#define ASSERT_AT_LINE(condition, line) typedef char assertion_##line[(condition) ? 1 : -1]
-#define ASSERT_EXPANDED(condition, line) ASSERT_AT_LINE(condition, line)
-#define ASSERT(condition) ASSERT_EXPANDED(condition, __LINE__)
+#define ASSERT_AT_LINE(condition, fault, line) typedef char fault##_in_line_##line[(condition) ? 1 : -1]
+#define ASSERT_EXPANDED(condition, fault, line) ASSERT_AT_LINE(condition, fault, line)
+#define ASSERT(condition, fault) ASSERT_EXPANDED(condition, fault, __LINE__)
 
-#define ASSERT_SIZE(record, words) ASSERT(sizeof(record) == 4 * (words))
-#define ASSERT_FIELD(record, field, word) ASSERT(offsetof(record, field) == 4 * (word))
-#define ASSERT_TWO(record, word, a, b) ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4)
-#define ASSERT_FOUR(record, word, a, b, c, d)                                                                                    \
-    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4 &&                                         \
-           offsetof(record, c) == 4 * (word) + 8 && offsetof(record, d) == 4 * (word) + 12)
+#define ASSERT_SIZE(record, words) ASSERT(sizeof(record) == 4 * (words), record##_has_another_size)
+#define ASSERT_FIELD(record, field, word) ASSERT(offsetof(record, field) == 4 * (word), record##_has_another_layout)
+#define ASSERT_TWO(record, word, a, b) \
+    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4, record##_has_another_layout)
+#define ASSERT_FOUR(record, word, a, b, c, d)                                                \
+    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4 &&     \
+               offsetof(record, c) == 4 * (word) + 8 && offsetof(record, d) == 4 * (word) + 12, \
+           record##_has_another_layout)
 
 ASSERT_SIZE(KXV3, 3);
 ASSERT_TWO(KXV3, 0, x, y);
@@ -59,4 +61,4 @@ ASSERT_FIELD(KXTriangle, corner[2].vertex, 9);
 ASSERT_TWO(KXTriangle, 12, host, plane);
 ASSERT_SIZE(KXUnit, 1);
 ASSERT_SIZE(KXRotationOrder, 1);
-ASSERT(KX_UNIT_NAUTICAL_MILE == 9 && KX_ORDER_ZYX == 5);
+ASSERT(KX_UNIT_NAUTICAL_MILE == 9 && KX_ORDER_ZYX == 5, another_enumerator);

@@ -82,7 +82,7 @@ void report(const std::string &name, const char *sharing, const char *fault)
 {
     std::fesetenv(FE_DFL_ENV);
     const std::string label = name + " " + std::string(sharing, std::strcspn(sharing, " "));
-    CHECK_MESSAGE(fault == nullptr, label, " ", std::string(fault == nullptr ? "" : fault));
+    CHECK_MESSAGE(fault == nullptr, label, " ", fault == nullptr ? "" : fault);
 }
 
 /** Calls every function in every sharing, `repetitions` times with inputs of one kind. */

@@ -16,6 +16,12 @@
 #include <limits>
 #include <string>
 
+/** A label is text; doctest prints the address of a const char *. */
+template <>
+struct doctest::StringMaker<const char *> {
+    static String convert(const char *text) { return text; }
+};
+
 namespace test
 {
 
@@ -129,7 +135,7 @@ void check_two_in_out(const std::string &label, const Record &a, const Record &b
     second.check(label + ", out is b", wanted);
 }
 
-/** Numbers without end, the same in every run: xorshift. */
+/** A deterministic xorshift generator. */
 class Random
 {
 public:
