@@ -31,7 +31,7 @@ control shared 'cmake installed' find "$work" -name kxmaths5-config-version.cmak
 control static 'cmake installed static' find "$work" -name '*-static-targets.cmake' \
     -exec sed -i 's/"KX_STATIC"/""/' {} +
 control static 'cmake installed static' find "$work" -name '*-static-targets.cmake' \
-    -exec sed -i '/LINK_ONLY:m/d' {} +
+    -exec sed -i '/INTERFACE_LINK_LIBRARIES/d' {} +
 control shared 'sh pkg-config' find "$work" -name kxmaths5.pc -delete
 control static 'sh pkg-config static' find "$work" -name kxmaths5.pc -exec sed -i '/Cflags.private/d' {} +
-control static 'sh pkg-config static' find "$work" -name kxmaths5.pc -exec sed -i '/Libs.private/d' {} +
+control static 'sh pkg-config static' find "$work" -name kxmaths5.pc -exec sed -i 's/ -lm$//' {} +
