@@ -3,9 +3,10 @@
  *
  * A record's floats are widened to double before any arithmetic, formulas run in double in the
  * order in which they are written down, and a value becomes single only where it is stored
- * (`single`) or where a contract names an intermediate as single (`rounded`). No arithmetic ever
- * happens on two floats. Nothing in the language warns of an a*b that stays in float, so functions
- * load what they read through `wide` first; a float is only ever moved, compared or negated.
+ * (`narrow`) or where a contract names an intermediate as single (`round_to_single`). No arithmetic
+ * ever happens on two floats. Nothing in the language warns of an a*b that stays in float, so
+ * functions load what they read through `widen` first; a float is only ever moved, compared or
+ * negated.
  *
  * This is the only file that includes <math.h>. In C++ that header brings overloads for float that
  * would silently compute in single, so the functions are wrapped here and the overloads deleted.
@@ -30,24 +31,24 @@
 namespace kx
 {
 
-static inline double wide(float value)
+static inline double widen(float value)
 {
     return static_cast<double>(value);
 }
 
 /** The one narrowing: rounds to single, for storing. */
-static inline float single(double value)
+static inline float narrow(double value)
 {
     return static_cast<float>(value);
 }
-float single(float) = delete;
+float narrow(float) = delete;
 
 /** An intermediate that a contract names as single: rounded, and widened again for what follows. */
-static inline double rounded(double value)
+static inline double round_to_single(double value)
 {
-    return wide(single(value));
+    return widen(narrow(value));
 }
-double rounded(float) = delete;
+double round_to_single(float) = delete;
 
 constexpr double tolerance = static_cast<double>(KX_TOLERANCE);
 constexpr double huge = static_cast<double>(KX_HUGE);
@@ -113,18 +114,18 @@ constexpr uint32_t tolerance_bits = 0x358637bdU;
 constexpr uint32_t infinity_bits = 0x7f800000U;
 
 /** A vector or point, widened for arithmetic. */
-struct Wide3 {
+struct Xyz {
     double x, y, z;
 };
 
-static inline Wide3 wide(const KXV3 &v)
+static inline Xyz widen(const KXV3 &v)
 {
-    return {wide(v.x), wide(v.y), wide(v.z)};
+    return {widen(v.x), widen(v.y), widen(v.z)};
 }
 
-static inline KXV3 single(const Wide3 &v)
+static inline KXV3 narrow(const Xyz &v)
 {
-    return {single(v.x), single(v.y), single(v.z)};
+    return {narrow(v.x), narrow(v.y), narrow(v.z)};
 }
 
 } // namespace kx

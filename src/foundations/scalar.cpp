@@ -3,18 +3,20 @@
 
 #include "numeric.h"
 
+using namespace kx;
+
 double KXInterpolate(float x0, float y0, float x1, float y1, float x)
 {
-    const double from = kx::wide(x0), to = kx::wide(x1), at = kx::wide(x);
+    const double from = widen(x0), to = widen(x1), at = widen(x);
     // In this order the tests also settle an interval of no length, or one turned round: the
     // division is not reached.
     if (at <= from) {
-        return kx::wide(y0);
+        return widen(y0);
     }
     if (at >= to) {
-        return kx::wide(y1);
+        return widen(y1);
     }
-    return (at - from) * (kx::wide(y1) - kx::wide(y0)) / (to - from) + kx::wide(y0);
+    return (at - from) * (widen(y1) - widen(y0)) / (to - from) + widen(y0);
 }
 
 double KXDiffTime(uint32_t later, uint32_t earlier)

@@ -3,6 +3,8 @@
 
 #include "numeric.h"
 
+using namespace kx;
+
 namespace
 {
 
@@ -34,12 +36,12 @@ constexpr float unit_factor[10][10] = {
 
 double factor_between(KXUnit from, KXUnit to)
 {
-    return kx::wide(unit_factor[from][to]);
+    return widen(unit_factor[from][to]);
 }
 
 void convert(double factor, float &length)
 {
-    length = kx::single(kx::wide(length) * factor);
+    length = narrow(widen(length) * factor);
 }
 
 /** KXP3 and KXP4 alike: a w is no length. */

@@ -6,25 +6,25 @@
 #define KX_MATRIX_COLUMN_BLOCKS_H
 
 #include "kxmaths5/types.h"
-#include "lanes.h"
+#include "simd/widest.h"
 
+namespace kx
+{
 namespace
 {
 
-using kx::Wide;
-using kx::width;
-using Every = kx::EveryLane<width>;
+using All = AllLanes<width>;
 
 /** Floats that lie a stride apart, such as a column's, as often as the vector has room for them. */
 template <size_t Length, size_t... Lane>
-KX_INLINE Wide repeated(const float *first, size_t stride, kx::Sequence<Lane...>)
+KX_INLINE Vector gather_strided(const float *first, size_t stride, LaneNumbers<Lane...>)
 {
-    return Wide{kx::wide(first[Lane % Length * stride])...};
+    return Vector{widen(first[Lane % Length * stride])...};
 }
 
 /** In each group of lanes, the one with that number in all of them. */
 template <size_t Group, size_t Which, size_t... Lane>
-KX_INLINE Wide spread(Wide v, kx::Sequence<Lane...>)
+KX_INLINE Vector splat_in_groups(Vector v, LaneNumbers<Lane...>)
 {
     return __builtin_shufflevector(v, v, static_cast<int>(Lane / Group * Group + Which)...);
 }
@@ -33,16 +33,16 @@ KX_INLINE Wide spread(Wide v, kx::Sequence<Lane...>)
 template <bool Moved>
 uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    const Wide x_column = repeated<2>(&m.m[0][0], 3, Every());
-    const Wide y_column = repeated<2>(&m.m[0][1], 3, Every());
-    const Wide translation = repeated<2>(&m.m[0][2], 3, Every());
+    const Vector x_column = gather_strided<2>(&m.m[0][0], 3, All());
+    const Vector y_column = gather_strided<2>(&m.m[0][1], 3, All());
+    const Vector translation = gather_strided<2>(&m.m[0][2], 3, All());
     constexpr uint32_t points = width / 2;
     uint32_t done = 0;
     for (; count - done >= points; done += points) {
-        const Wide p = kx::load<width>(&in[done].x);
-        const Wide turned_only = kx::sum_of_products(x_column, spread<2, 0>(p, Every()), y_column,
-                                                     spread<2, 1>(p, Every()));
-        kx::store<width>(&out[done].x, Moved ? turned_only + translation : turned_only);
+        const Vector p = load<width>(&in[done].x);
+        const Vector turned_only = sum_of_products(x_column, splat_in_groups<2, 0>(p, All()),
+                                                   y_column, splat_in_groups<2, 1>(p, All()));
+        store<width>(&out[done].x, Moved ? turned_only + translation : turned_only);
     }
     return done;
 }
@@ -52,41 +52,40 @@ constexpr size_t parts = width < 4 ? 4 / width : 1;
 constexpr size_t group = 4 / parts;
 constexpr uint32_t fours = width / group;
 
-struct Four {
-    Wide part[parts];
+struct PackedXyzw {
+    Vector part[parts];
 };
 
-KX_INLINE Four load_four(const float *from)
+KX_INLINE PackedXyzw load_xyzw(const float *from)
 {
-    Four four;
+    PackedXyzw four;
     for (size_t p = 0; p < parts; ++p) {
-        four.part[p] = kx::load<width>(from + p * width);
+        four.part[p] = load<width>(from + p * width);
     }
     return four;
 }
 
 template <size_t Which>
-KX_INLINE Wide element_of(const Four &four)
+KX_INLINE Vector element_of(const PackedXyzw &four)
 {
-    return spread<group, Which % group>(four.part[Which / group], Every());
+    return splat_in_groups<group, Which % group>(four.part[Which / group], All());
 }
 
 /**
  * Each four floats become the sum of four columns, multiplied by the one, the next, and so on. All
  * of a block is read before any of it is stored.
  */
-KX_INLINE uint32_t sum_columns(const Four (&columns)[4], uint32_t count, const float *in,
+KX_INLINE uint32_t sum_columns(const PackedXyzw (&columns)[4], uint32_t count, const float *in,
                                float *out)
 {
     uint32_t done = 0;
     for (; count - done >= fours; done += fours) {
-        const Four f = load_four(in + 4 * size_t{done});
+        const PackedXyzw f = load_xyzw(in + 4 * size_t{done});
         for (size_t p = 0; p < parts; ++p) {
-            kx::store<width>(out + 4 * size_t{done} + p * width,
-                             kx::sum_of_products(columns[0].part[p], element_of<0>(f),
-                                                 columns[1].part[p], element_of<1>(f),
-                                                 columns[2].part[p], element_of<2>(f),
-                                                 columns[3].part[p], element_of<3>(f)));
+            store<width>(out + 4 * size_t{done} + p * width,
+                         sum_of_products(columns[0].part[p], element_of<0>(f), columns[1].part[p],
+                                         element_of<1>(f), columns[2].part[p], element_of<2>(f),
+                                         columns[3].part[p], element_of<3>(f)));
         }
     }
     return done;
@@ -94,11 +93,11 @@ KX_INLINE uint32_t sum_columns(const Four (&columns)[4], uint32_t count, const f
 
 uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
-    Four columns[4];
+    PackedXyzw columns[4];
 #pragma GCC unroll 4
     for (size_t c = 0; c < 4; ++c) {
         for (size_t p = 0; p < parts; ++p) {
-            columns[c].part[p] = repeated<group>(&m.m[p * group][c], 4, Every());
+            columns[c].part[p] = gather_strided<group>(&m.m[p * group][c], 4, All());
         }
     }
     return sum_columns(columns, count, &in[0].x, &out[0].x);
@@ -107,16 +106,17 @@ uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *o
 /** The rows of a are four points, for a matrix whose columns are the rows of b. */
 void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
 {
-    Four rows[4];
+    PackedXyzw rows[4];
 #pragma GCC unroll 4
     for (size_t r = 0; r < 4; ++r) {
         for (size_t p = 0; p < parts; ++p) {
-            rows[r].part[p] = kx::load_repeated<width, group>(&b->m[r][p * group]);
+            rows[r].part[p] = broadcast_group<width, group>(&b->m[r][p * group]);
         }
     }
     sum_columns(rows, 4, &a->m[0][0], &out->m[0][0]);
 }
 
 } // namespace
+} // namespace kx
 
 #endif

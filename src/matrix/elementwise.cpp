@@ -3,6 +3,8 @@
 
 #include "numeric.h"
 
+using namespace kx;
+
 namespace
 {
 
@@ -26,7 +28,7 @@ void add(const Matrix *a, const Matrix *b, Matrix *out)
 {
     for (int r = 0; r < Size; ++r) {
         for (int c = 0; c < Size; ++c) {
-            out->m[r][c] = kx::single(kx::wide(a->m[r][c]) + kx::wide(b->m[r][c]));
+            out->m[r][c] = narrow(widen(a->m[r][c]) + widen(b->m[r][c]));
         }
     }
 }

@@ -9,7 +9,7 @@
 
 #include "kxmaths5/types.h"
 #include "numeric.h"
-#include "pair.h"
+#include "simd/two.h"
 
 namespace kx
 {
@@ -31,15 +31,15 @@ static inline void multiply(const Matrix *a, const Matrix *b, Matrix *out)
     for (int r = 0; r < Size; ++r) {
         double row[Size];
         for (int k = 0; k < Size; ++k) {
-            row[k] = kx::wide(a->m[r][k]);
+            row[k] = widen(a->m[r][k]);
         }
         for (int c = 0; c < Size; ++c) {
             // The sum starts with its first product: a start at 0 would lose a sum of -0.
-            double sum = row[0] * kx::wide(b->m[0][c]);
+            double sum = row[0] * widen(b->m[0][c]);
             for (int k = 1; k < Size; ++k) {
-                sum += row[k] * kx::wide(b->m[k][c]);
+                sum += row[k] * widen(b->m[k][c]);
             }
-            out->m[r][c] = kx::single(sum);
+            out->m[r][c] = narrow(sum);
         }
     }
 }
@@ -51,18 +51,18 @@ static inline void multiply(const Matrix *a, const Matrix *b, Matrix *out)
 
 static inline KXP2 direction(const KXM3 &m, const KXP2 &p)
 {
-    const double x = kx::wide(p.x), y = kx::wide(p.y);
+    const double x = widen(p.x), y = widen(p.y);
     const auto coordinate = [&](int r) {
-        return kx::single(kx::wide(m.m[r][0]) * x + kx::wide(m.m[r][1]) * y);
+        return narrow(widen(m.m[r][0]) * x + widen(m.m[r][1]) * y);
     };
     return {coordinate(0), coordinate(1)};
 }
 
 static inline KXP2 position(const KXM3 &m, const KXP2 &p)
 {
-    const double x = kx::wide(p.x), y = kx::wide(p.y);
+    const double x = widen(p.x), y = widen(p.y);
     const auto coordinate = [&](int r) {
-        return kx::single(kx::wide(m.m[r][0]) * x + kx::wide(m.m[r][1]) * y + kx::wide(m.m[r][2]));
+        return narrow(widen(m.m[r][0]) * x + widen(m.m[r][1]) * y + widen(m.m[r][2]));
     };
     return {coordinate(0), coordinate(1)};
 }
@@ -74,21 +74,21 @@ static inline KXP2 position(const KXM3 &m, const KXP2 &p)
 template <bool Moved>
 static inline KXP3 transformed(const KXM4 &m, const KXP3 &p)
 {
-    const Pair xy = load(&p.x), z1 = pair(wide(p.z), 1.0);
+    const Double2 xy = load2(&p.x), z1 = lanes(widen(p.z), 1.0);
     // Of columns 0 and 1, and of columns 2 and 3.
-    const Pair a = load(&m.m[0][0]) * xy, a_end = load(&m.m[0][2]) * z1;
-    const Pair b = load(&m.m[1][0]) * xy, b_end = load(&m.m[1][2]) * z1;
-    const Pair c = load(&m.m[2][0]) * xy, c_end = load(&m.m[2][2]) * z1;
+    const Double2 a = load2(&m.m[0][0]) * xy, a_end = load2(&m.m[0][2]) * z1;
+    const Double2 b = load2(&m.m[1][0]) * xy, b_end = load2(&m.m[1][2]) * z1;
+    const Double2 c = load2(&m.m[2][0]) * xy, c_end = load2(&m.m[2][2]) * z1;
 
-    Pair x_y = firsts(a, b) + seconds(a, b) + firsts(a_end, b_end);
-    double z = first(c) + second(c) + first(c_end);
+    Double2 x_y = unpack_low(a, b) + unpack_high(a, b) + unpack_low(a_end, b_end);
+    double z = low(c) + high(c) + low(c_end);
     if (Moved) {
-        x_y = x_y + seconds(a_end, b_end);
-        z = z + second(c_end);
+        x_y = x_y + unpack_high(a_end, b_end);
+        z = z + high(c_end);
     }
     KXP3 image;
-    store(&image.x, single(x_y));
-    image.z = single(z);
+    store(&image.x, narrow(x_y));
+    image.z = narrow(z);
     return image;
 }
 
@@ -104,10 +104,10 @@ static inline KXP3 position(const KXM4 &m, const KXP3 &p)
 
 static inline KXP4 homogeneous(const KXM4 &m, const KXP4 &p)
 {
-    const double x = kx::wide(p.x), y = kx::wide(p.y), z = kx::wide(p.z), w = kx::wide(p.w);
+    const double x = widen(p.x), y = widen(p.y), z = widen(p.z), w = widen(p.w);
     const auto coordinate = [&](int r) {
-        return kx::single(kx::wide(m.m[r][0]) * x + kx::wide(m.m[r][1]) * y +
-                          kx::wide(m.m[r][2]) * z + kx::wide(m.m[r][3]) * w);
+        return narrow(widen(m.m[r][0]) * x + widen(m.m[r][1]) * y + widen(m.m[r][2]) * z +
+                      widen(m.m[r][3]) * w);
     };
     return {coordinate(0), coordinate(1), coordinate(2), coordinate(3)};
 }

@@ -7,13 +7,15 @@
  */
 #include "matrix/kernels.h"
 
-#include "lanes.h"
 #include "matrix/forms.h"
+#include "simd/widest.h"
 
 #if KX_HAS_LANES
 #include "matrix/column_blocks.h"
 #include "matrix/xyz_blocks.h"
 #endif
+
+using namespace kx;
 
 namespace
 {
@@ -33,7 +35,7 @@ uint32_t transform_blocks(const KXM4 &, uint32_t, const KXP4 *, KXP4 *)
 
 void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
 {
-    kx::multiply<4>(a, b, out);
+    multiply<4>(a, b, out);
 }
 
 #endif

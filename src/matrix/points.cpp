@@ -4,52 +4,54 @@
 #include "matrix/forms.h"
 #include "matrix/kernels.h"
 
+using namespace kx;
+
 void KXM3P2I0(const KXM3 *m, const KXP2 *p, KXP2 *out)
 {
-    *out = kx::direction(*m, *p);
+    *out = direction(*m, *p);
 }
 
 void KXM3P2I1(const KXM3 *m, const KXP2 *p, KXP2 *out)
 {
-    *out = kx::position(*m, *p);
+    *out = position(*m, *p);
 }
 
 void KXM4P3I0(const KXM4 *m, const KXP3 *p, KXP3 *out)
 {
-    *out = kx::direction(*m, *p);
+    *out = direction(*m, *p);
 }
 
 void KXM4P3I1(const KXM4 *m, const KXP3 *p, KXP3 *out)
 {
-    *out = kx::position(*m, *p);
+    *out = position(*m, *p);
 }
 
 void KXM4P4(const KXM4 *m, const KXP4 *p, KXP4 *out)
 {
-    *out = kx::homogeneous(*m, *p);
+    *out = homogeneous(*m, *p);
 }
 
 void KXM3NP2I0(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    KX_CALL_KERNEL(directions(m, count, in, out));
+    KX_DISPATCH(directions(m, count, in, out));
 }
 
 void KXM3NP2I1(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    KX_CALL_KERNEL(positions(m, count, in, out));
+    KX_DISPATCH(positions(m, count, in, out));
 }
 
 void KXM4NP3I0(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    KX_CALL_KERNEL(directions(m, count, in, out));
+    KX_DISPATCH(directions(m, count, in, out));
 }
 
 void KXM4NP3I1(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    KX_CALL_KERNEL(positions(m, count, in, out));
+    KX_DISPATCH(positions(m, count, in, out));
 }
 
 void KXM4NP4(const KXM4 *m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
-    KX_CALL_KERNEL(homogeneous(m, count, in, out));
+    KX_DISPATCH(homogeneous(m, count, in, out));
 }

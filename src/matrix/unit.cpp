@@ -3,6 +3,8 @@
 
 #include "numeric.h"
 
+using namespace kx;
+
 namespace
 {
 
@@ -11,9 +13,9 @@ int32_t is_unit(const Matrix *m)
 {
     for (int r = 0; r < Size; ++r) {
         for (int c = 0; c < Size; ++c) {
-            const double element = kx::wide(m->m[r][c]);
+            const double element = widen(m->m[r][c]);
             const double difference = r == c ? element - 1.0 : element;
-            if (kx::magnitude(difference) > kx::tolerance) {
+            if (magnitude(difference) > tolerance) {
                 return 0;
             }
         }

@@ -6,14 +6,14 @@
 #define KX_MATRIX_XYZ_BLOCKS_H
 
 #include "kxmaths5/types.h"
-#include "lanes.h"
+#include "simd/widest.h"
 
+namespace kx
+{
 namespace
 {
 
-using kx::Wide;
-using kx::width;
-using Every = kx::EveryLane<width>;
+using All = AllLanes<width>;
 
 /*
  * Packed points of three coordinates. Three vectors, read one after the other, hold as many points
@@ -23,19 +23,19 @@ using Every = kx::EveryLane<width>;
  * the same point, and the z two lanes; turning them back puts the coordinates of a point side by
  * side.
  */
-struct Triple {
-    Wide first, second, third;
+struct PackedXyz {
+    Vector first, second, third;
 };
 
 /** Whether the float in a lane of the vector with that number is that coordinate of its point. */
-constexpr bool holds(size_t vector, size_t lane, size_t coordinate)
+constexpr bool is_coordinate(size_t vector, size_t lane, size_t coordinate)
 {
     return (width * vector + lane) % 3 == coordinate;
 }
 
 /** All lanes, the one with the number given first. */
 template <size_t First, size_t... Lane>
-KX_INLINE Wide turned(Wide v, kx::Sequence<Lane...>)
+KX_INLINE Vector rotate_lanes(Vector v, LaneNumbers<Lane...>)
 {
     return __builtin_shufflevector(v, v, static_cast<int>((Lane + First) % width)...);
 }
@@ -45,38 +45,36 @@ KX_INLINE Wide turned(Wide v, kx::Sequence<Lane...>)
  * as well.
  */
 template <size_t Coordinate, size_t... Lane>
-KX_INLINE Wide coordinate_of(const Triple &t, kx::Sequence<Lane...> every)
+KX_INLINE Vector coordinate_of(const PackedXyz &t, LaneNumbers<Lane...> every)
 {
     constexpr size_t by_choice = width == 8 ? Coordinate : 0;
     constexpr auto from = [](size_t lane) { return (lane + by_choice) % width; };
-    const Wide two = __builtin_shufflevector(
+    const Vector two = __builtin_shufflevector(
         t.first, t.second,
-        static_cast<int>(from(Lane) + (holds(1, from(Lane), Coordinate) ? width : 0))...);
-    const Wide all = __builtin_shufflevector(
+        static_cast<int>(from(Lane) + (is_coordinate(1, from(Lane), Coordinate) ? width : 0))...);
+    const Vector all = __builtin_shufflevector(
         two, t.third,
-        static_cast<int>(holds(2, from(Lane), Coordinate) ? width + from(Lane) : Lane)...);
-    return turned<Coordinate - by_choice>(all, every);
+        static_cast<int>(is_coordinate(2, from(Lane), Coordinate) ? width + from(Lane) : Lane)...);
+    return rotate_lanes<Coordinate - by_choice>(all, every);
 }
 
-KX_INLINE Triple load_triple(const float *from)
+KX_INLINE PackedXyz load_xyz(const float *from)
 {
-    return {kx::load<width>(from), kx::load<width>(from + width),
-            kx::load<width>(from + 2 * width)};
+    return {load<width>(from), load<width>(from + width), load<width>(from + 2 * width)};
 }
 
 #if defined(__AVX512F__)
 
 template <size_t... Lane>
-constexpr unsigned char lanes_with_x(size_t vector, kx::Sequence<Lane...>)
+constexpr unsigned char lanes_with_x(size_t vector, LaneNumbers<Lane...>)
 {
-    return static_cast<unsigned char>(((holds(vector, Lane, 0) ? 1U << Lane : 0U) | ...));
+    return static_cast<unsigned char>(((is_coordinate(vector, Lane, 0) ? 1U << Lane : 0U) | ...));
 }
 
 /** The x, y or z of a block, each to its place, and nothing between them. */
-KX_INLINE void store_coordinate(float *to, const Wide &value)
+KX_INLINE void store_coordinate(float *to, const Vector &value)
 {
-    kx::store_in_three<lanes_with_x(0, Every()), lanes_with_x(1, Every()),
-                       lanes_with_x(2, Every())>(to, value);
+    store_masked<lanes_with_x(0, All()), lanes_with_x(1, All()), lanes_with_x(2, All())>(to, value);
 }
 
 /*
@@ -84,7 +82,7 @@ KX_INLINE void store_coordinate(float *to, const Wide &value)
  * wait for lines of the array that are not in the first cache, so those are asked for two kilobytes
  * ahead; an address behind the array is asked for in vain, and neither read nor written.
  */
-KX_INLINE void store_triple(float *to, const Wide &x, const Wide &y, const Wide &z)
+KX_INLINE void store_xyz(float *to, const Vector &x, const Vector &y, const Vector &z)
 {
     const auto ahead = reinterpret_cast<uintptr_t>(to) + 2048;
     __builtin_prefetch(reinterpret_cast<const void *>(ahead), 1);
@@ -96,22 +94,22 @@ KX_INLINE void store_triple(float *to, const Wide &x, const Wide &y, const Wide 
 
 #else
 
-template <size_t Vector, size_t... Lane>
-KX_INLINE Wide joined(Wide x, Wide y, Wide z, kx::Sequence<Lane...>)
+template <size_t Third, size_t... Lane>
+KX_INLINE Vector interleave(Vector x, Vector y, Vector z, LaneNumbers<Lane...>)
 {
-    const Wide two = __builtin_shufflevector(
-        x, y, static_cast<int>(holds(Vector, Lane, 1) ? width + Lane : Lane)...);
+    const Vector two = __builtin_shufflevector(
+        x, y, static_cast<int>(is_coordinate(Third, Lane, 1) ? width + Lane : Lane)...);
     return __builtin_shufflevector(
-        two, z, static_cast<int>(holds(Vector, Lane, 2) ? width + Lane : Lane)...);
+        two, z, static_cast<int>(is_coordinate(Third, Lane, 2) ? width + Lane : Lane)...);
 }
 
-KX_INLINE void store_triple(float *to, const Wide &x, const Wide &y, const Wide &z)
+KX_INLINE void store_xyz(float *to, const Vector &x, const Vector &y, const Vector &z)
 {
-    const Wide back_y = turned<width - 1>(y, Every());
-    const Wide back_z = turned<width - 2>(z, Every());
-    kx::store<width>(to, joined<0>(x, back_y, back_z, Every()));
-    kx::store<width>(to + width, joined<1>(x, back_y, back_z, Every()));
-    kx::store<width>(to + 2 * width, joined<2>(x, back_y, back_z, Every()));
+    const Vector back_y = rotate_lanes<width - 1>(y, All());
+    const Vector back_z = rotate_lanes<width - 2>(z, All());
+    store<width>(to, interleave<0>(x, back_y, back_z, All()));
+    store<width>(to + width, interleave<1>(x, back_y, back_z, All()));
+    store<width>(to + 2 * width, interleave<2>(x, back_y, back_z, All()));
 }
 
 #endif
@@ -122,35 +120,36 @@ uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *o
     if (count < width) {
         return 0;
     }
-    Wide e[3][4];
+    Vector e[3][4];
 #pragma GCC unroll 3
     for (int r = 0; r < 3; ++r) {
 #pragma GCC unroll 4
         for (int c = 0; c < 4; ++c) {
-            e[r][c] = kx::load_everywhere<width>(&m.m[r][c]);
+            e[r][c] = broadcast<width>(&m.m[r][c]);
         }
     }
-    const auto row = [&e](int r, const Wide &x, const Wide &y, const Wide &z) {
-        const Wide turned_only = kx::sum_of_products(e[r][0], x, e[r][1], y, e[r][2], z);
+    const auto row = [&e](int r, const Vector &x, const Vector &y, const Vector &z) {
+        const Vector turned_only = sum_of_products(e[r][0], x, e[r][1], y, e[r][2], z);
         return Moved ? turned_only + e[r][3] : turned_only;
     };
     uint32_t done = 0;
-    Triple block = load_triple(&in[0].x);
+    PackedXyz block = load_xyz(&in[0].x);
     for (bool more = true; more; done += width) {
-        const Wide x = coordinate_of<0>(block, Every());
-        const Wide y = coordinate_of<1>(block, Every());
-        const Wide z = coordinate_of<2>(block, Every());
+        const Vector x = coordinate_of<0>(block, All());
+        const Vector y = coordinate_of<1>(block, All());
+        const Vector z = coordinate_of<2>(block, All());
         // The arrays may be one: a block is read whole before it is stored. The next is read before
         // that too, so that no load waits for a store that ends next to it.
         more = count - done >= 2 * width;
         if (more) {
-            block = load_triple(&in[done + width].x);
+            block = load_xyz(&in[done + width].x);
         }
-        store_triple(&out[done].x, row(0, x, y, z), row(1, x, y, z), row(2, x, y, z));
+        store_xyz(&out[done].x, row(0, x, y, z), row(1, x, y, z), row(2, x, y, z));
     }
     return done;
 }
 
 } // namespace
+} // namespace kx
 
 #endif

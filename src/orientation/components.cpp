@@ -5,22 +5,24 @@
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
 
+using namespace kx;
+
 namespace
 {
 
 /** The determinant is that of the whole matrix, and a single here: the last row counts too. */
 bool is_mirrored(double determinant)
 {
-    return kx::rounded(determinant) < -kx::tolerance;
+    return round_to_single(determinant) < -tolerance;
 }
 
 float quarter_turn_towards(double side)
 {
-    return kx::single(side > 0.0 ? kx::quarter_turn : -kx::quarter_turn);
+    return narrow(side > 0.0 ? quarter_turn : -quarter_turn);
 }
 
 /** Makes the block's columns unit length one by one; returns their lengths, unrounded. */
-kx::Wide3 normalise_columns(KXM4 *m)
+Xyz normalise_columns(KXM4 *m)
 {
     const auto normalise = [m](int c) {
         KXV3 column = {m->m[0][c], m->m[1][c], m->m[2][c]};
@@ -38,10 +40,10 @@ kx::Wide3 normalise_columns(KXM4 *m)
 
 float rotation_about_x(const KXM4 &m)
 {
-    const double s = kx::wide(m.m[1][2]);
+    const double s = widen(m.m[1][2]);
     // Next to a quarter turn an arcsine is as good as its last bit; beyond it there is none.
-    if (1.0 - kx::magnitude(s) >= kx::tolerance) {
-        return kx::single(-kx::arcsine(s));
+    if (1.0 - magnitude(s) >= tolerance) {
+        return narrow(-arcsine(s));
     }
     return -quarter_turn_towards(s);
 }
@@ -49,13 +51,13 @@ float rotation_about_x(const KXM4 &m)
 float rotation_about_y(const KXM4 &m)
 {
     // A mirrored matrix keeps the sign of this element: the mirror is in the first column alone.
-    const double e = kx::wide(m.m[0][2]);
-    const double w = kx::wide(m.m[2][2]);
-    if (kx::magnitude(w) >= kx::tolerance) {
-        return kx::single(kx::arctangent(e, w));
+    const double e = widen(m.m[0][2]);
+    const double w = widen(m.m[2][2]);
+    if (magnitude(w) >= tolerance) {
+        return narrow(arctangent(e, w));
     }
     // Both are next to nothing at a quarter turn about X: all that is left to turn is left to Z.
-    if (kx::magnitude(e) < kx::tolerance) {
+    if (magnitude(e) < tolerance) {
         return 0.0f;
     }
     return quarter_turn_towards(e);
@@ -64,10 +66,10 @@ float rotation_about_y(const KXM4 &m)
 /** RX(-x)*RY(-y)*m: what remains of RY*RX*RZ is RZ. */
 KXM4 turned_back(const KXM4 &m, float x, float y)
 {
-    const double back_x = -kx::wide(x), back_y = -kx::wide(y);
+    const double back_x = -widen(x), back_y = -widen(y);
     KXM4 about_x, about_y, back;
-    KXM4RotateY2(kx::single(kx::cosine(back_y)), kx::single(kx::sine(back_y)), &about_y);
-    KXM4RotateX2(kx::single(kx::cosine(back_x)), kx::single(kx::sine(back_x)), &about_x);
+    KXM4RotateY2(narrow(cosine(back_y)), narrow(sine(back_y)), &about_y);
+    KXM4RotateX2(narrow(cosine(back_x)), narrow(sine(back_x)), &about_x);
     KXM4Mult(&about_x, &about_y, &back);
     KXM4Mult(&back, &m, &back);
     return back;
@@ -76,13 +78,13 @@ KXM4 turned_back(const KXM4 &m, float x, float y)
 /** The angle about Z of a block whose first row starts with a, b. */
 float rotation_about_z(double a, double b, bool mirrored)
 {
-    return kx::single(-kx::arctangent(b, mirrored ? -a : a));
+    return narrow(-arctangent(b, mirrored ? -a : a));
 }
 
 /** The same where a is next to nothing. */
 float quarter_turn_about_z(double b)
 {
-    return kx::magnitude(b) >= kx::tolerance ? -quarter_turn_towards(b) : 0.0f;
+    return magnitude(b) >= tolerance ? -quarter_turn_towards(b) : 0.0f;
 }
 
 } // namespace
@@ -91,20 +93,20 @@ void KXM4MatrixComponents(const KXM4 *m, KXPosition *position, KXV3 *scale)
 {
     const bool mirrored = is_mirrored(KXM4Determinant(m));
     KXM4 unit_columns = *m;
-    const kx::Wide3 lengths = normalise_columns(&unit_columns);
+    const Xyz lengths = normalise_columns(&unit_columns);
     if (scale != nullptr) {
-        *scale = kx::single(lengths);
+        *scale = narrow(lengths);
         scale->x = mirrored ? -scale->x : scale->x;
     }
 
     const float x = rotation_about_x(unit_columns);
     const float y = rotation_about_y(unit_columns);
     const KXM4 rest = turned_back(unit_columns, x, y);
-    const double a = kx::wide(rest.m[0][0]);
-    const double b = kx::wide(rest.m[0][1]);
+    const double a = widen(rest.m[0][0]);
+    const double b = widen(rest.m[0][1]);
     // At or above; the form for the plane has above.
-    const float z = kx::magnitude(a) >= kx::tolerance ? rotation_about_z(a, b, mirrored)
-                                                      : quarter_turn_about_z(b);
+    const float z =
+        magnitude(a) >= tolerance ? rotation_about_z(a, b, mirrored) : quarter_turn_about_z(b);
     if (position != nullptr) {
         *position = {unit_columns.m[0][3], unit_columns.m[1][3], unit_columns.m[2][3], x, y, z};
     }
@@ -116,16 +118,16 @@ void KXM3MatrixComponents(const KXM3 *m, KXP2 *position, float *angle, float *sc
     KXM3 unit_columns = *m;
     float *const scales[2] = {scaleX, scaleY};
     for (int c = 0; c < 2; ++c) {
-        const double x = kx::wide(unit_columns.m[0][c]);
-        const double y = kx::wide(unit_columns.m[1][c]);
-        const double length = kx::square_root(x * x + y * y);
+        const double x = widen(unit_columns.m[0][c]);
+        const double y = widen(unit_columns.m[1][c]);
+        const double length = square_root(x * x + y * y);
         if (scales[c] != nullptr) {
-            *scales[c] = kx::single(length);
+            *scales[c] = narrow(length);
         }
-        if (length > kx::tolerance) {
+        if (length > tolerance) {
             const double k = 1.0 / length;
-            unit_columns.m[0][c] = kx::single(x * k);
-            unit_columns.m[1][c] = kx::single(y * k);
+            unit_columns.m[0][c] = narrow(x * k);
+            unit_columns.m[1][c] = narrow(y * k);
         }
     }
     if (mirrored && scaleX != nullptr) {
@@ -135,9 +137,9 @@ void KXM3MatrixComponents(const KXM3 *m, KXP2 *position, float *angle, float *sc
         *position = {unit_columns.m[0][2], unit_columns.m[1][2]};
     }
     if (angle != nullptr) {
-        const double a = kx::wide(unit_columns.m[0][0]);
-        const double b = kx::wide(unit_columns.m[0][1]);
-        *angle = kx::magnitude(a) > kx::tolerance ? rotation_about_z(a, b, mirrored)
-                                                  : quarter_turn_about_z(b);
+        const double a = widen(unit_columns.m[0][0]);
+        const double b = widen(unit_columns.m[0][1]);
+        *angle =
+            magnitude(a) > tolerance ? rotation_about_z(a, b, mirrored) : quarter_turn_about_z(b);
     }
 }

@@ -5,6 +5,8 @@
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
 
+using namespace kx;
+
 namespace
 {
 
@@ -13,7 +15,7 @@ constexpr int32_t singular = 1;
 
 bool is_small(float value)
 {
-    return kx::magnitude(kx::wide(value)) < kx::tolerance;
+    return magnitude(widen(value)) < tolerance;
 }
 
 KXV3 block_row(const KXM4 &m, int r)
@@ -23,20 +25,20 @@ KXV3 block_row(const KXM4 &m, int r)
 
 double dot(const KXV3 &a, const KXV3 &b)
 {
-    const kx::Wide3 p = kx::wide(a);
-    const kx::Wide3 q = kx::wide(b);
+    const Xyz p = widen(a);
+    const Xyz q = widen(b);
     return p.x * q.x + p.y * q.y + p.z * q.z;
 }
 
 /** Divides a homogeneous matrix by its last element, unless that is next to nothing. */
 void divide_by_last(KXM4 *m)
 {
-    const double last = kx::wide(m->m[3][3]);
-    if (kx::magnitude(last) >= kx::tolerance) {
+    const double last = widen(m->m[3][3]);
+    if (magnitude(last) >= tolerance) {
         const double k = 1.0 / last;
         for (auto &row : m->m) {
             for (float &element : row) {
-                element = kx::single(kx::wide(element) * k);
+                element = narrow(widen(element) * k);
             }
         }
     }
@@ -64,17 +66,17 @@ int32_t solve_perspective(const KXM4 &m, const KXM4 &affine, KXP4 *perspective)
 /** Takes from v its part along a unit axis, and returns how long that part was. */
 float take_out(const KXV3 &axis, KXV3 *v)
 {
-    const float along = kx::single(dot(axis, *v));
+    const float along = narrow(dot(axis, *v));
     KXV3Combine(v, &axis, v, 1.0f, -along);
     return along;
 }
 
 float divide(float part, double length)
 {
-    return kx::single(kx::wide(part) / length);
+    return narrow(widen(part) / length);
 }
 
-KXV3 negated(const KXV3 &v)
+KXV3 negate(const KXV3 &v)
 {
     return {-v.x, -v.y, -v.z};
 }
@@ -85,17 +87,17 @@ KXV3 negated(const KXV3 &v)
  */
 void separate_scale_and_shear(KXV3 (&rows)[3], KXComponents *parts)
 {
-    parts->scaleX = kx::single(KXV3Normalise(&rows[0], &rows[0]));
+    parts->scaleX = narrow(KXV3Normalise(&rows[0], &rows[0]));
 
     const float along_first = take_out(rows[0], &rows[1]);
     const double second_length = KXV3Normalise(&rows[1], &rows[1]);
-    parts->scaleY = kx::single(second_length);
+    parts->scaleY = narrow(second_length);
     parts->shearXY = divide(along_first, second_length);
 
     const float third_along_first = take_out(rows[0], &rows[2]);
     const float third_along_second = take_out(rows[1], &rows[2]);
     const double third_length = KXV3Normalise(&rows[2], &rows[2]);
-    parts->scaleZ = kx::single(third_length);
+    parts->scaleZ = narrow(third_length);
     parts->shearXZ = divide(third_along_first, third_length);
     parts->shearYZ = divide(third_along_second, third_length);
 
@@ -107,7 +109,7 @@ void separate_scale_and_shear(KXV3 (&rows)[3], KXComponents *parts)
         parts->scaleY = -parts->scaleY;
         parts->scaleZ = -parts->scaleZ;
         for (KXV3 &row : rows) {
-            row = negated(row);
+            row = negate(row);
         }
     }
 }
@@ -115,19 +117,19 @@ void separate_scale_and_shear(KXV3 (&rows)[3], KXComponents *parts)
 /** The three angles of RX*RY*RZ, from its rows. */
 void read_angles(const KXV3 (&rows)[3], KXComponents *parts)
 {
-    const double sine = kx::wide(rows[0].z);
-    const double y = kx::arcsine(sine);
-    parts->rotateY = kx::single(y);
-    if (kx::magnitude(kx::cosine(y)) >= kx::tolerance) {
-        parts->rotateX = kx::single(kx::arctangent(-kx::wide(rows[1].z), kx::wide(rows[2].z)));
-        parts->rotateZ = kx::single(kx::arctangent(-kx::wide(rows[0].y), kx::wide(rows[0].x)));
+    const double sine = widen(rows[0].z);
+    const double y = arcsine(sine);
+    parts->rotateY = narrow(y);
+    if (magnitude(cosine(y)) >= tolerance) {
+        parts->rotateX = narrow(arctangent(-widen(rows[1].z), widen(rows[2].z)));
+        parts->rotateZ = narrow(arctangent(-widen(rows[0].y), widen(rows[0].x)));
         return;
     }
     // A quarter turn about Y brings Z onto X, or onto -X: only the sum of the two angles, or their
     // difference, is there to be read. X takes it all; on the negative side its sense is turned.
-    const double across = kx::wide(rows[1].x);
+    const double across = widen(rows[1].x);
     const double turned = sine < 0.0 ? -across : across;
-    parts->rotateX = kx::single(kx::arctangent(turned, kx::wide(rows[1].y)));
+    parts->rotateX = narrow(arctangent(turned, widen(rows[1].y)));
     parts->rotateZ = 0.0f;
 }
 
@@ -167,8 +169,8 @@ int32_t KXM4Decompose(const KXM4 *m, KXComponents *components)
 void KXM4Compose(KXM4 *out, const KXComponents *components)
 {
     const KXComponents parts = *components;
-    const auto sine = [](float angle) { return kx::single(kx::sine(kx::wide(angle))); };
-    const auto cosine = [](float angle) { return kx::single(kx::cosine(kx::wide(angle))); };
+    const auto sine = [](float angle) { return narrow(kx::sine(widen(angle))); };
+    const auto cosine = [](float angle) { return narrow(kx::cosine(widen(angle))); };
 
     // T*(S*((RX*RY)*RZ)). Sines and cosines are singles, and small ones are not made zero here.
     KXM4 product, next;

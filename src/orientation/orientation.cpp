@@ -3,7 +3,9 @@
 
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
-#include "pair.h"
+#include "simd/two.h"
+
+using namespace kx;
 
 namespace
 {
@@ -13,21 +15,20 @@ namespace
  * quarter turn. The bound is the double 1e-07, below the single of that name. A NaN is not at or
  * above it, so that an infinite angle gives a finite matrix.
  */
-kx::Pair sine_and_cosine(float angle)
+Double2 sine_and_cosine(float angle)
 {
-    const double a = kx::wide(angle);
-    return kx::or_zero_below(1e-07, kx::rounded(kx::pair(kx::sine(a), kx::cosine(a))));
+    const double a = widen(angle);
+    return flush_below(1e-07, round_to_single(lanes(sine(a), cosine(a))));
 }
 
 /** The sines and cosines of the angles about X, Y and Z. */
 struct Turns {
-    kx::Pair about[3];
+    Double2 about[3];
 };
 
 Turns reverse(const Turns &turns)
 {
-    return {{kx::negated_first(turns.about[0]), kx::negated_first(turns.about[1]),
-             kx::negated_first(turns.about[2])}};
+    return {{negate_low(turns.about[0]), negate_low(turns.about[1]), negate_low(turns.about[2])}};
 }
 
 /**
@@ -35,10 +36,10 @@ Turns reverse(const Turns &turns)
  * sine or its negative, and here twice.
  */
 template <int Axis, int Row>
-kx::Pair beside_diagonal(const Turns &turns)
+Double2 beside_diagonal(const Turns &turns)
 {
-    const kx::Pair sines = kx::both_first(turns.about[Axis]);
-    return Row == (Axis + 1) % 3 ? kx::negated(sines) : sines;
+    const Double2 sines = splat_low(turns.about[Axis]);
+    return Row == (Axis + 1) % 3 ? negate(sines) : sines;
 }
 
 /**
@@ -58,35 +59,35 @@ kx::Pair beside_diagonal(const Turns &turns)
 template <int Left, int Middle, int Right>
 void write_block(const Turns &turns, KXM4 *out)
 {
-    const kx::Pair cl = kx::both_second(turns.about[Left]);
-    const kx::Pair cm = kx::both_second(turns.about[Middle]);
-    const kx::Pair cr = kx::both_second(turns.about[Right]);
-    const kx::Pair a = beside_diagonal<Left, Middle>(turns);
-    const kx::Pair b = beside_diagonal<Middle, Right>(turns);
-    const kx::Pair d = beside_diagonal<Right, Middle>(turns);
-    const kx::Pair zero = kx::both(0.0);
+    const Double2 cl = splat_high(turns.about[Left]);
+    const Double2 cm = splat_high(turns.about[Middle]);
+    const Double2 cr = splat_high(turns.about[Right]);
+    const Double2 a = beside_diagonal<Left, Middle>(turns);
+    const Double2 b = beside_diagonal<Middle, Right>(turns);
+    const Double2 d = beside_diagonal<Right, Middle>(turns);
+    const Double2 zero = splat2(0.0);
 
     // The inner product, which is single: columns m and l of each row side by side, and column r.
-    const kx::Pair right_m = kx::firsts(cr, d), right_l = kx::firsts(kx::negated(d), cr);
-    const kx::Pair zeros_m = zero * right_m, zeros_l = zero * right_l;
-    const kx::Pair inner_m = right_m + zeros_l + zero;
-    const kx::Pair inner_r = kx::rounded(b * right_l + zeros_m + zero * cm);
-    const kx::Pair inner_l = kx::rounded(cm * right_l + zeros_m - zero * b);
-    const kx::Pair inner_rr = cm + zero * b + zero, inner_lr = zero * cm + zero - b;
+    const Double2 right_m = unpack_low(cr, d), right_l = unpack_low(negate(d), cr);
+    const Double2 zeros_m = zero * right_m, zeros_l = zero * right_l;
+    const Double2 inner_m = right_m + zeros_l + zero;
+    const Double2 inner_r = round_to_single(b * right_l + zeros_m + zero * cm);
+    const Double2 inner_l = round_to_single(cm * right_l + zeros_m - zero * b);
+    const Double2 inner_rr = cm + zero * b + zero, inner_lr = zero * cm + zero - b;
 
-    const kx::Pair zeros = zero * inner_l;
-    const kx::Pair row_m = cl * inner_m + a * inner_r + zeros;
-    const kx::Pair row_r = cl * inner_r - a * inner_m + zeros;
-    const kx::Pair row_l = inner_l + zero * inner_m + zero * inner_r;
-    const kx::Pair column_r =
-        kx::firsts(a, cl) * inner_rr + zero * kx::firsts(cl, kx::negated(a)) + zero * inner_lr;
-    const double corner = kx::first(inner_lr + zero * inner_rr + zero);
+    const Double2 zeros = zero * inner_l;
+    const Double2 row_m = cl * inner_m + a * inner_r + zeros;
+    const Double2 row_r = cl * inner_r - a * inner_m + zeros;
+    const Double2 row_l = inner_l + zero * inner_m + zero * inner_r;
+    const Double2 column_r =
+        unpack_low(a, cl) * inner_rr + zero * unpack_low(cl, negate(a)) + zero * inner_lr;
+    const double corner = low(inner_lr + zero * inner_rr + zero);
 
-    kx::store_column(&out->m[Middle][Middle], &out->m[Middle][Left], kx::single(row_m));
-    kx::store_column(&out->m[Right][Middle], &out->m[Right][Left], kx::single(row_r));
-    kx::store_column(&out->m[Left][Middle], &out->m[Left][Left], kx::single(row_l));
-    kx::store_column(&out->m[Middle][Right], &out->m[Right][Right], kx::single(column_r));
-    out->m[Left][Right] = kx::single(corner);
+    store_column(&out->m[Middle][Middle], &out->m[Middle][Left], narrow(row_m));
+    store_column(&out->m[Right][Middle], &out->m[Right][Left], narrow(row_r));
+    store_column(&out->m[Left][Middle], &out->m[Left][Left], narrow(row_l));
+    store_column(&out->m[Middle][Right], &out->m[Right][Right], narrow(column_r));
+    out->m[Left][Right] = narrow(corner);
 }
 
 /** An order that does not exist leaves the block. */

@@ -8,7 +8,7 @@
 #include <emmintrin.h>
 #endif
 
-using kx::Wide3;
+using namespace kx;
 
 namespace
 {
@@ -27,7 +27,7 @@ __m128 two_singles(const float *from)
     return _mm_castsi128_ps(_mm_loadl_epi64(reinterpret_cast<const __m128i *>(from)));
 }
 
-__m128d rounded(__m128d value)
+__m128d round_to_single(__m128d value)
 {
     return _mm_cvtps_pd(_mm_cvtpd_ps(value));
 }
@@ -41,14 +41,14 @@ inline __m128 transformed_interval(const float (&row)[4], const KXBox &box)
     const __m128d z_translation = _mm_cvtps_pd(z_w);
     const __m128d a_xy = _mm_mul_pd(_mm_cvtps_pd(two_singles(&box.minimum.x)), _mm_cvtps_pd(x_y));
     const __m128d b_xy = _mm_cvtps_pd(_mm_mul_ps(two_singles(&box.maximum.x), x_y));
-    const __m128d a_z = _mm_mul_sd(_mm_set_sd(kx::wide(box.minimum.z)), z_translation);
+    const __m128d a_z = _mm_mul_sd(_mm_set_sd(widen(box.minimum.z)), z_translation);
     const __m128d b_z = _mm_cvtps_pd(_mm_mul_ss(_mm_load_ss(&box.maximum.z), z_w));
     const __m128d lo_xy = _mm_min_pd(a_xy, b_xy), hi_xy = _mm_max_pd(b_xy, a_xy);
     const __m128d lo_z = _mm_min_sd(a_z, b_z), hi_z = _mm_max_sd(b_z, a_z);
 
     const __m128d translation = _mm_unpackhi_pd(z_translation, z_translation);
-    const __m128d after_x = rounded(_mm_add_pd(translation, _mm_unpacklo_pd(lo_xy, hi_xy)));
-    const __m128d after_y = rounded(_mm_add_pd(after_x, _mm_unpackhi_pd(lo_xy, hi_xy)));
+    const __m128d after_x = round_to_single(_mm_add_pd(translation, _mm_unpacklo_pd(lo_xy, hi_xy)));
+    const __m128d after_y = round_to_single(_mm_add_pd(after_x, _mm_unpackhi_pd(lo_xy, hi_xy)));
     return _mm_cvtpd_ps(_mm_add_pd(after_y, _mm_unpacklo_pd(lo_z, hi_z)));
 }
 
@@ -78,39 +78,39 @@ struct Interval {
 Interval widen_by(const Interval &so_far, double element, double minimum, double maximum)
 {
     const double a = minimum * element;
-    const double b = kx::rounded(maximum * element);
+    const double b = round_to_single(maximum * element);
     if (a < b) {
-        return {kx::rounded(so_far.lo + a), kx::rounded(so_far.hi + b)};
+        return {round_to_single(so_far.lo + a), round_to_single(so_far.hi + b)};
     }
-    return {kx::rounded(so_far.lo + b), kx::rounded(so_far.hi + a)};
+    return {round_to_single(so_far.lo + b), round_to_single(so_far.hi + a)};
 }
 
-Interval transformed_interval(const KXM4 &m, int r, const Wide3 &minimum, const Wide3 &maximum)
+Interval transformed_interval(const KXM4 &m, int r, const Xyz &minimum, const Xyz &maximum)
 {
-    const double translation = kx::wide(m.m[r][3]);
+    const double translation = widen(m.m[r][3]);
     Interval i = {translation, translation};
-    i = widen_by(i, kx::wide(m.m[r][0]), minimum.x, maximum.x);
-    i = widen_by(i, kx::wide(m.m[r][1]), minimum.y, maximum.y);
-    i = widen_by(i, kx::wide(m.m[r][2]), minimum.z, maximum.z);
+    i = widen_by(i, widen(m.m[r][0]), minimum.x, maximum.x);
+    i = widen_by(i, widen(m.m[r][1]), minimum.y, maximum.y);
+    i = widen_by(i, widen(m.m[r][2]), minimum.z, maximum.z);
     return i;
 }
 
 void transform(const KXBox &box, const KXM4 &m, KXBox *out)
 {
-    const Wide3 minimum = kx::wide(box.minimum);
-    const Wide3 maximum = kx::wide(box.maximum);
+    const Xyz minimum = widen(box.minimum);
+    const Xyz maximum = widen(box.maximum);
     const Interval x = transformed_interval(m, 0, minimum, maximum);
     const Interval y = transformed_interval(m, 1, minimum, maximum);
     const Interval z = transformed_interval(m, 2, minimum, maximum);
-    out->minimum = kx::single(Wide3{x.lo, y.lo, z.lo});
-    out->maximum = kx::single(Wide3{x.hi, y.hi, z.hi});
+    out->minimum = narrow(Xyz{x.lo, y.lo, z.lo});
+    out->maximum = narrow(Xyz{x.hi, y.hi, z.hi});
 }
 
 #endif
 
 bool lower(float &bound, float value)
 {
-    if (kx::wide(value) < kx::wide(bound)) {
+    if (widen(value) < widen(bound)) {
         bound = value;
         return true;
     }
@@ -119,7 +119,7 @@ bool lower(float &bound, float value)
 
 bool raise(float &bound, float value)
 {
-    if (kx::wide(value) > kx::wide(bound)) {
+    if (widen(value) > widen(bound)) {
         bound = value;
         return true;
     }
@@ -146,7 +146,7 @@ bool raise_each(KXP3 &maximum, const KXP3 &p)
 
 void KXTransformBox(const KXBox *box, const KXM4 *matrix, KXBox *out)
 {
-    if (kx::is_inverted(kx::wide(box->minimum), kx::wide(box->maximum))) {
+    if (is_inverted(widen(box->minimum), widen(box->maximum))) {
         const KXBox original = *box;
         *out = original;
         return;
@@ -170,22 +170,22 @@ void KXCombineBoxes(KXBox *box, const KXBox *other)
 
 void KXBoxMidPoint(const KXBox *box, KXP3 *out)
 {
-    const Wide3 lo = kx::wide(box->minimum);
-    const Wide3 hi = kx::wide(box->maximum);
-    *out = kx::single(Wide3{(hi.x + lo.x) * 0.5, (hi.y + lo.y) * 0.5, (hi.z + lo.z) * 0.5});
+    const Xyz lo = widen(box->minimum);
+    const Xyz hi = widen(box->maximum);
+    *out = narrow(Xyz{(hi.x + lo.x) * 0.5, (hi.y + lo.y) * 0.5, (hi.z + lo.z) * 0.5});
 }
 
 void KXBoxDiagonal(const KXBox *box, KXV3 *out)
 {
-    const Wide3 lo = kx::wide(box->minimum);
-    const Wide3 hi = kx::wide(box->maximum);
-    *out = kx::single(Wide3{hi.x - lo.x, hi.y - lo.y, hi.z - lo.z});
+    const Xyz lo = widen(box->minimum);
+    const Xyz hi = widen(box->maximum);
+    *out = narrow(Xyz{hi.x - lo.x, hi.y - lo.y, hi.z - lo.z});
 }
 
 int32_t KXIsValidBox(const KXBox *box)
 {
     // Not the negation of is_inverted: a NaN makes a box neither.
-    const Wide3 lo = kx::wide(box->minimum);
-    const Wide3 hi = kx::wide(box->maximum);
+    const Xyz lo = widen(box->minimum);
+    const Xyz hi = widen(box->maximum);
     return hi.x >= lo.x && hi.y >= lo.y && hi.z >= lo.z;
 }

@@ -15,7 +15,7 @@
 
 #include <string.h>
 
-using kx::Wide3;
+using namespace kx;
 
 namespace
 {
@@ -25,15 +25,14 @@ constexpr int32_t miss = 0;
 
 bool is_finite(const KXP3 &p)
 {
-    return kx::magnitude_bits(p.x) < kx::infinity_bits &&
-           kx::magnitude_bits(p.y) < kx::infinity_bits &&
-           kx::magnitude_bits(p.z) < kx::infinity_bits;
+    return magnitude_bits(p.x) < infinity_bits && magnitude_bits(p.y) < infinity_bits &&
+           magnitude_bits(p.z) < infinity_bits;
 }
 
 /** Finite, and at or above the tolerance. */
 bool moves(float step)
 {
-    return kx::magnitude_bits(step) - kx::tolerance_bits < kx::infinity_bits - kx::tolerance_bits;
+    return magnitude_bits(step) - tolerance_bits < infinity_bits - tolerance_bits;
 }
 
 bool moves_on_each_axis(const KXV3 &step)
@@ -53,7 +52,7 @@ struct Axis {
     /** The path moves too little here to tell when it meets the slab: the start alone decides. */
     bool is_still() const
     {
-        return kx::magnitude(step) < kx::tolerance;
+        return magnitude(step) < tolerance;
     }
 };
 
@@ -90,8 +89,8 @@ double lower(double value, double than)
 
 /** The parameters for which a path is inside all slabs so far. Neither bound ever becomes NaN. */
 struct Interval {
-    double near = -kx::huge;
-    double far = kx::huge;
+    double near = -huge;
+    double far = huge;
 
     void narrow(const Crossing &c)
     {
@@ -126,8 +125,8 @@ struct Clip {
 /** Takes records, so that callers need not keep their axes in memory for it. */
 Clip clip_in_order(const KXP3 &start, const KXV3 &step, const KXBox &box)
 {
-    const Wide3 s = kx::wide(start), d = kx::wide(step);
-    const Wide3 lo = kx::wide(box.minimum), hi = kx::wide(box.maximum);
+    const Xyz s = widen(start), d = widen(step);
+    const Xyz lo = widen(box.minimum), hi = widen(box.maximum);
     const Axis axes[3] = {{s.x, d.x, lo.x, hi.x}, {s.y, d.y, lo.y, hi.y}, {s.z, d.z, lo.z, hi.z}};
     Interval inside;
     for (const Axis &axis : axes) {
@@ -168,8 +167,7 @@ void store_reached(KXP3 *point, const KXP3 &start, const Axis &x, const Axis &y,
     if (point == nullptr) {
         return;
     }
-    const KXP3 at =
-        kx::single(Wide3{x.step * t + x.start, y.step * t + y.start, z.step * t + z.start});
+    const KXP3 at = narrow(Xyz{x.step * t + x.start, y.step * t + y.start, z.step * t + z.start});
     *point = {choice(met, at.x, start.x), choice(met, at.y, start.y), choice(met, at.z, start.z)};
 }
 
@@ -180,7 +178,7 @@ int beyond(double start, double end, double lo, double hi)
 }
 
 /** The same on any axis, for lines that are not finite: compares no end without need. */
-bool beyond_in_order(const Wide3 &s, const Wide3 &e, const Wide3 &lo, const Wide3 &hi)
+bool beyond_in_order(const Xyz &s, const Xyz &e, const Xyz &lo, const Xyz &hi)
 {
     return (s.x < lo.x && e.x < lo.x) || (s.y < lo.y && e.y < lo.y) || (s.z < lo.z && e.z < lo.z) ||
            (s.x > hi.x && e.x > hi.x) || (s.y > hi.y && e.y > hi.y) || (s.z > hi.z && e.z > hi.z);
@@ -195,9 +193,9 @@ int within(double start, double lo, double hi)
 
 int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
 {
-    const Wide3 s = kx::wide(line->start), e = kx::wide(line->end);
-    const Wide3 lo = kx::wide(box->minimum), hi = kx::wide(box->maximum);
-    if (kx::is_inverted(lo, hi)) {
+    const Xyz s = widen(line->start), e = widen(line->end);
+    const Xyz lo = widen(box->minimum), hi = widen(box->maximum);
+    if (is_inverted(lo, hi)) {
         return miss;
     }
     const bool finite = is_finite(line->start) && is_finite(line->end);
@@ -211,8 +209,8 @@ int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
         store(point, line->start);
         return contact;
     }
-    const KXV3 delta = kx::single(Wide3{e.x - s.x, e.y - s.y, e.z - s.z});
-    const Wide3 d = kx::wide(delta);
+    const KXV3 delta = narrow(Xyz{e.x - s.x, e.y - s.y, e.z - s.z});
+    const Xyz d = widen(delta);
     const Axis x = {s.x, d.x, lo.x, hi.x}, y = {s.y, d.y, lo.y, hi.y}, z = {s.z, d.z, lo.z, hi.z};
     Interval inside;
     if (finite && moves_on_each_axis(delta)) {
@@ -233,9 +231,9 @@ int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
 
 int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point)
 {
-    const Wide3 o = kx::wide(ray->origin), d = kx::wide(ray->direction);
-    const Wide3 lo = kx::wide(box->minimum), hi = kx::wide(box->maximum);
-    if (kx::is_inverted(lo, hi)) {
+    const Xyz o = widen(ray->origin), d = widen(ray->direction);
+    const Xyz lo = widen(box->minimum), hi = widen(box->maximum);
+    if (is_inverted(lo, hi)) {
         return miss;
     }
     const Axis x = {o.x, d.x, lo.x, hi.x}, y = {o.y, d.y, lo.y, hi.y}, z = {o.z, d.z, lo.z, hi.z};

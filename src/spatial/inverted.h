@@ -8,7 +8,7 @@ namespace kx
 {
 
 /** A NaN makes no box inverted. */
-inline bool is_inverted(const Wide3 &minimum, const Wide3 &maximum)
+inline bool is_inverted(const Xyz &minimum, const Xyz &maximum)
 {
     return minimum.x > maximum.x || minimum.y > maximum.y || minimum.z > maximum.z;
 }

@@ -5,7 +5,7 @@
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
 
-using kx::Wide3;
+using namespace kx;
 
 void KXTransformLine(const KXLine *line, const KXM4 *matrix, KXLine *result)
 {
@@ -22,15 +22,15 @@ void KXTransformRay(const KXRay *ray, const KXM4 *matrix, KXRay *result)
 
 double KXRayPointDistance(const KXRay *ray, const KXP3 *point)
 {
-    const Wide3 d = kx::wide(ray->direction);
-    const Wide3 w = {
-        kx::wide(point->x) - kx::wide(ray->origin.x),
-        kx::rounded(kx::wide(point->y) - kx::wide(ray->origin.y)),
-        kx::rounded(kx::wide(point->z) - kx::wide(ray->origin.z)),
+    const Xyz d = widen(ray->direction);
+    const Xyz w = {
+        widen(point->x) - widen(ray->origin.x),
+        round_to_single(widen(point->y) - widen(ray->origin.y)),
+        round_to_single(widen(point->z) - widen(ray->origin.z)),
     };
     // The cross product of w and d, its middle component with the sign turned over.
-    const double cx = kx::rounded(w.y * d.z - w.z * d.y);
-    const double cz = kx::rounded(w.x * d.y - w.y * d.x);
+    const double cx = round_to_single(w.y * d.z - w.z * d.y);
+    const double cz = round_to_single(w.x * d.y - w.y * d.x);
     const double cy = w.x * d.z - w.z * d.x;
-    return kx::square_root(cy * cy + cz * cz + cx * cx);
+    return square_root(cy * cy + cz * cz + cx * cx);
 }

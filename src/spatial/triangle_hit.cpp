@@ -12,14 +12,11 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
-#include "pair.h"
+#include "simd/two.h"
 
 #include <stddef.h>
 
-using kx::first;
-using kx::Pair;
-using kx::PairOfSingles;
-using kx::second;
+using namespace kx;
 
 namespace
 {
@@ -29,7 +26,7 @@ constexpr int32_t miss = 0;
 
 bool too_small(double value)
 {
-    return kx::magnitude(value) < kx::tolerance;
+    return magnitude(value) < tolerance;
 }
 
 /**
@@ -41,19 +38,19 @@ struct Projection {
     size_t p;
     size_t q;
 
-    PairOfSingles operator()(const KXP3 &point) const
+    Float2 operator()(const KXP3 &point) const
     {
         const float *const coordinates = &point.x;
-        return kx::pair_of_singles(coordinates[p], coordinates[q]);
+        return lanes(coordinates[p], coordinates[q]);
     }
 };
 
 /** Of a normal without NaN: whose magnitudes compare as their bits do. */
 inline Projection projection_of(const KXPlane &plane)
 {
-    const uint32_t a = kx::magnitude_bits(plane.a);
-    const uint32_t b = kx::magnitude_bits(plane.b);
-    const uint32_t c = kx::magnitude_bits(plane.c);
+    const uint32_t a = magnitude_bits(plane.a);
+    const uint32_t b = magnitude_bits(plane.b);
+    const uint32_t c = magnitude_bits(plane.c);
     const bool drops_x = a >= (b > c ? b : c);
     const bool drops_z = c > (a > b ? a : b);
     return {drops_x ? size_t{1} : size_t{0}, drops_z ? size_t{1} : size_t{2}};
@@ -77,52 +74,52 @@ inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
                                  const KXP3 *vertices)
 {
     const Projection project = projection_of(triangle.plane);
-    const PairOfSingles at = project(point);
-    const PairOfSingles k0 = project(vertices[triangle.corner[0].vertex]);
-    const PairOfSingles k1 = project(vertices[triangle.corner[1].vertex]);
-    const PairOfSingles k2 = project(vertices[triangle.corner[2].vertex]);
+    const Float2 at = project(point);
+    const Float2 k0 = project(vertices[triangle.corner[0].vertex]);
+    const Float2 k1 = project(vertices[triangle.corner[1].vertex]);
+    const Float2 k2 = project(vertices[triangle.corner[2].vertex]);
     // Of all corners before anything is compared with them, so that a NaN among them raises its
     // flag.
-    const PairOfSingles lowest = kx::lesser(kx::lesser(k0, k1), k2);
-    const PairOfSingles highest = kx::greater(kx::greater(k0, k1), k2);
-    if (kx::any_outside(at, lowest, highest)) {
+    const Float2 lowest = min(min(k0, k1), k2);
+    const Float2 highest = max(max(k0, k1), k2);
+    if (any_outside(at, lowest, highest)) {
         return miss;
     }
 
-    const Pair h = kx::wide(kx::difference(at, k0));
-    const Pair e = kx::wide(kx::difference(k1, k0));
-    const Pair f = kx::wide(kx::difference(k2, k0));
-    const double ep = first(e);
+    const Double2 h = widen(subtract(at, k0));
+    const Double2 e = widen(subtract(k1, k0));
+    const Double2 f = widen(subtract(k2, k0));
+    const double ep = low(e);
     if (ep == 0.0) {
         // The first edge runs along q alone, so p gives beta by itself. The tolerance looks at two
         // lengths here, and at an area below.
-        const double eq = second(e), fp = first(f);
+        const double eq = high(e), fp = low(f);
         if (too_small(fp)) {
             return miss;
         }
-        const double beta = kx::rounded(first(h) / fp);
+        const double beta = round_to_single(low(h) / fp);
         if (too_small(eq) || out_of_range(beta)) {
             return miss;
         }
-        return verdict((second(h) - beta * second(f)) / eq, beta);
+        return verdict((high(h) - beta * high(f)) / eq, beta);
     }
     // fq*ep - eq*fp and hq*ep - eq*hp, side by side.
-    const Pair f_terms = kx::swapped(f) * e, h_terms = kx::swapped(h) * e;
-    const Pair areas = kx::firsts(f_terms, h_terms) - kx::seconds(f_terms, h_terms);
-    const double den = first(areas);
+    const Double2 f_terms = swap_lanes(f) * e, h_terms = swap_lanes(h) * e;
+    const Double2 areas = unpack_low(f_terms, h_terms) - unpack_high(f_terms, h_terms);
+    const double den = low(areas);
     if (too_small(den)) {
         return miss;
     }
-    const double beta = kx::rounded(second(areas) / den);
+    const double beta = round_to_single(high(areas) / den);
     if (out_of_range(beta)) {
         return miss;
     }
-    return verdict((first(h) - beta * first(f)) / ep, beta);
+    return verdict((low(h) - beta * low(f)) / ep, beta);
 }
 
 /** A start and a step from it; x and y, which take the same way, side by side. */
 struct Path {
-    Pair start_xy, step_xy;
+    Double2 start_xy, step_xy;
     double start_z, step_z;
 };
 
@@ -132,17 +129,17 @@ struct Path {
  */
 inline bool crosses(const KXPlane &plane, const Path &path, double *steps)
 {
-    const Pair ab = kx::load(&plane.a), cd = kx::load(&plane.c);
-    const double c = first(cd), d = second(cd);
-    const Pair towards = ab * path.step_xy;
-    const double denom = kx::rounded(first(towards) + second(towards) + c * path.step_z);
-    if (!(kx::magnitude(denom) >= kx::tolerance)) {
+    const Double2 ab = load2(&plane.a), cd = load2(&plane.c);
+    const double c = low(cd), d = high(cd);
+    const Double2 towards = ab * path.step_xy;
+    const double denom = round_to_single(low(towards) + high(towards) + c * path.step_z);
+    if (!(magnitude(denom) >= tolerance)) {
         return false;
     }
-    const Pair away = ab * path.start_xy;
-    const double dist = kx::rounded(first(away) + second(away) + c * path.start_z + d);
+    const Double2 away = ab * path.start_xy;
+    const double dist = round_to_single(low(away) + high(away) + c * path.start_z + d);
     // Strictly towards the plane, from either side: a start on the plane does not cross it.
-    if (!(dist * kx::sign(denom) < 0.0)) {
+    if (!(dist * sign(denom) < 0.0)) {
         return false;
     }
     *steps = -(dist / denom);
@@ -151,8 +148,8 @@ inline bool crosses(const KXPlane &plane, const Path &path, double *steps)
 
 inline void store_place(const Path &path, double steps, KXP3 *point)
 {
-    kx::store(&point->x, kx::single(path.step_xy * kx::both(steps) + path.start_xy));
-    point->z = kx::single(path.step_z * steps + path.start_z);
+    store(&point->x, narrow(path.step_xy * splat2(steps) + path.start_xy));
+    point->z = narrow(path.step_z * steps + path.start_z);
 }
 
 } // namespace
@@ -160,10 +157,10 @@ inline void store_place(const Path &path, double steps, KXP3 *point)
 int32_t KXLineIxTriangle(const KXLine *line, const KXTriangle *triangle, const KXP3 *vertices,
                          KXP3 *point)
 {
-    const Pair start_xy = kx::load(&line->start.x);
-    const double start_z = kx::wide(line->start.z);
-    const Path path = {start_xy, kx::rounded(kx::load(&line->end.x) - start_xy), start_z,
-                       kx::rounded(kx::wide(line->end.z) - start_z)};
+    const Double2 start_xy = load2(&line->start.x);
+    const double start_z = widen(line->start.z);
+    const Path path = {start_xy, round_to_single(load2(&line->end.x) - start_xy), start_z,
+                       round_to_single(widen(line->end.z) - start_z)};
     double steps = 0.0;
     if (!crosses(triangle->plane, path, &steps) || steps > 1.0) {
         return miss;
@@ -175,8 +172,8 @@ int32_t KXLineIxTriangle(const KXLine *line, const KXTriangle *triangle, const K
 int32_t KXRayIxTriangle(const KXRay *ray, const KXTriangle *triangle, const KXP3 *vertices,
                         KXP3 *point)
 {
-    const Path path = {kx::load(&ray->origin.x), kx::load(&ray->direction.x),
-                       kx::wide(ray->origin.z), kx::wide(ray->direction.z)};
+    const Path path = {load2(&ray->origin.x), load2(&ray->direction.x), widen(ray->origin.z),
+                       widen(ray->direction.z)};
     double steps = 0.0;
     if (!crosses(triangle->plane, path, &steps)) {
         return miss;

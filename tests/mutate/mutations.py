@@ -10,19 +10,19 @@ OPERATORS = {
     '&': ['|'], '|': ['&'], '^': ['|'], '<<': ['>>'], '>>': ['<<'], '%': ['/'],
 }
 # The decimals, which are not the singles meant; and names that are easily taken for one another.
-NAMES = {'kx::tolerance': '1e-6', 'kx::huge': '1e20'}
-for a, b in (pair.split() for pair in ('sine cosine', 'first second', 'firsts seconds', 'both_first both_second', 'lo hi',
-             'near far', 'positive_part negative_part', 'minimum maximum', 'lower raise',
+NAMES = {'tolerance': '1e-6', 'huge': '1e20'}
+for a, b in (pair.split() for pair in ('sine cosine', 'low high', 'unpack_low unpack_high', 'splat_low splat_high', 'lo hi',
+             'near far', 'positive_part negative_part', 'minimum maximum', 'lower raise', 'min max',
              'enter leave', 'top bottom', 'start end', 'true false', '_mm_min_pd _mm_max_pd',
              '_mm_min_sd _mm_max_sd', '_mm_add_pd _mm_sub_pd', '_mm_unpacklo_pd _mm_unpackhi_pd',
              '_mm_storel_pi _mm_storeh_pi')):
     NAMES |= {a: b, b: a, 'kx::' + a: 'kx::' + b, 'kx::' + b: 'kx::' + a}
 MEMBERS = {'x': 'y', 'y': 'x', 'z': 'y', 'w': 'z', 'a': 'b', 'b': 'a', 'c': 'b', 'd': 'c'}
 # Calls that are dropped, so that their argument stays as it is.
-DROPPED = {'rounded', 'magnitude', 'negated', 'swapped', 'sign'}
+DROPPED = {'round_to_single', 'magnitude', 'negate', 'swap_lanes', 'sign'}
 # A declaration of doubles, or pairs of them, which a mutation rounds.
-DOUBLES = {'double', 'Pair', 'kx::Pair', '__m128d'}
-ROUNDED_ALREADY = re.compile(r'(kx::)?(rounded|wide)\(')
+DOUBLES = {'double', 'Double2', 'Double4', '__m128d'}
+ROUNDED_ALREADY = re.compile(r'(round_to_single|widen)\(')
 COMPUTES = re.compile(r' [-+*/] |(square_root|sine|arctangent|tive_part|_pd)\(')
 COMMUTATIVE = re.compile(r'_mm_(add|mul|and|or|xor)_')
 NO_CALL = {'if', 'for', 'while', 'switch', 'return', 'sizeof', 'catch'}
@@ -116,7 +116,7 @@ def added_roundings(source):
             text = source.piece(first, last)
             done = ROUNDED_ALREADY.match(text) and source.tokens[first + 1].partner == last - 1
             if not done and COMPUTES.search(text) and text[0] != '{':
-                yield *source.span(first, last), f'kx::rounded({text})', 'rounded', name
+                yield *source.span(first, last), f'round_to_single({text})', 'rounded', name
 
 
 def exchanged(source, one, other):

@@ -8,8 +8,8 @@
  *
  * Everything is static: the linker must never take one instruction set's copy for another's.
  */
-#ifndef KX_LANES_H
-#define KX_LANES_H
+#ifndef KX_SIMD_WIDEST_H
+#define KX_SIMD_WIDEST_H
 
 /* Without these extensions the kernels are plain loops; a build may ask for that. */
 #if defined(KX_PLAIN)
@@ -23,7 +23,7 @@
 #if KX_HAS_LANES
 
 #include "numeric.h"
-#include "pair.h"
+#include "simd/two.h"
 
 #include <stddef.h>
 #include <string.h>
@@ -40,31 +40,31 @@ namespace kx
 
 /** Numbers of lanes, for a pack that a shuffle is written with. */
 template <size_t...>
-struct Sequence {
+struct LaneNumbers {
 };
 
 /** N doubles, as the compiler's own vector. */
 template <size_t N>
-struct LanesOf;
+struct DoublesOf;
 template <>
-struct LanesOf<2> {
+struct DoublesOf<2> {
     typedef double Type __attribute__((vector_size(16)));
-    using Every = Sequence<0, 1>;
+    using All = LaneNumbers<0, 1>;
 };
 template <>
-struct LanesOf<4> {
+struct DoublesOf<4> {
     typedef double Type __attribute__((vector_size(32)));
-    using Every = Sequence<0, 1, 2, 3>;
+    using All = LaneNumbers<0, 1, 2, 3>;
 };
 template <>
-struct LanesOf<8> {
+struct DoublesOf<8> {
     typedef double Type __attribute__((vector_size(64)));
-    using Every = Sequence<0, 1, 2, 3, 4, 5, 6, 7>;
+    using All = LaneNumbers<0, 1, 2, 3, 4, 5, 6, 7>;
 };
 template <size_t N>
-using Lanes = typename LanesOf<N>::Type;
+using Doubles = typename DoublesOf<N>::Type;
 template <size_t N>
-using EveryLane = typename LanesOf<N>::Every;
+using AllLanes = typename DoublesOf<N>::All;
 
 /** What the instruction set has room for in one vector. */
 #if defined(__AVX512F__)
@@ -74,15 +74,15 @@ constexpr size_t width = 4;
 #else
 constexpr size_t width = 2;
 #endif
-using Wide = Lanes<width>;
+using Vector = Doubles<width>;
 
 #if defined(__SSE2__)
 
 template <size_t N>
-KX_INLINE Lanes<N> load(const float *from)
+KX_INLINE Doubles<N> load(const float *from)
 {
     if constexpr (N == 2) {
-        return kx::load(from);
+        return load2(from);
 #if defined(__AVX__)
     } else if constexpr (N == 4) {
         return _mm256_cvtps_pd(_mm_loadu_ps(from));
@@ -95,10 +95,10 @@ KX_INLINE Lanes<N> load(const float *from)
 }
 
 template <size_t N>
-KX_INLINE void store(float *to, Lanes<N> value)
+KX_INLINE void store(float *to, Doubles<N> value)
 {
     if constexpr (N == 2) {
-        kx::store(to, single(value));
+        store(to, narrow(value));
 #if defined(__AVX__)
     } else if constexpr (N == 4) {
         _mm_storeu_ps(to, _mm256_cvtpd_ps(value));
@@ -112,10 +112,10 @@ KX_INLINE void store(float *to, Lanes<N> value)
 
 /** One float in all lanes. */
 template <size_t N>
-KX_INLINE Lanes<N> load_everywhere(const float *from)
+KX_INLINE Doubles<N> broadcast(const float *from)
 {
     if constexpr (N == 2) {
-        return both(wide(*from));
+        return splat2(widen(*from));
 #if defined(__AVX__)
     } else if constexpr (N == 4) {
         return _mm256_cvtps_pd(_mm_broadcast_ss(from));
@@ -129,7 +129,7 @@ KX_INLINE Lanes<N> load_everywhere(const float *from)
 
 /** A group of floats in every group of lanes. */
 template <size_t N, size_t Group>
-KX_INLINE Lanes<N> load_repeated(const float *from)
+KX_INLINE Doubles<N> broadcast_group(const float *from)
 {
 #if defined(__AVX512F__)
     if constexpr (N == 2 * Group) {
@@ -162,7 +162,7 @@ KX_INLINE Vector add_exact_product(Vector a, Vector b, Vector c)
 #if defined(__AVX512F__)
 /** Rounds all eight lanes and stores those of the mask; the floats of the others stay untouched. */
 template <unsigned char Mask0, unsigned char Mask1, unsigned char Mask2>
-KX_INLINE void store_in_three(float *to, Lanes<8> value)
+KX_INLINE void store_masked(float *to, Doubles<8> value)
 {
     const __m256 singles = _mm512_cvtpd_ps(value);
     _mm256_mask_storeu_ps(to, Mask0, singles);
@@ -174,16 +174,16 @@ KX_INLINE void store_in_three(float *to, Lanes<8> value)
 #else
 
 template <size_t N>
-KX_INLINE Lanes<N> load(const float *from)
+KX_INLINE Doubles<N> load(const float *from)
 {
     typedef float Singles __attribute__((vector_size(4 * N)));
     Singles singles;
     memcpy(&singles, from, sizeof singles);
-    return __builtin_convertvector(singles, Lanes<N>);
+    return __builtin_convertvector(singles, Doubles<N>);
 }
 
 template <size_t N>
-KX_INLINE void store(float *to, Lanes<N> value)
+KX_INLINE void store(float *to, Doubles<N> value)
 {
     typedef float Singles __attribute__((vector_size(4 * N)));
     const Singles singles = __builtin_convertvector(value, Singles);
@@ -191,7 +191,7 @@ KX_INLINE void store(float *to, Lanes<N> value)
 }
 
 template <size_t N, size_t Group>
-KX_INLINE Lanes<N> load_repeated(const float *from)
+KX_INLINE Doubles<N> broadcast_group(const float *from)
 {
     return load<N>(from);
 }
@@ -203,11 +203,11 @@ KX_INLINE Vector add_exact_product(Vector a, Vector b, Vector c)
 }
 
 template <size_t N>
-KX_INLINE Lanes<N> load_everywhere(const float *from)
+KX_INLINE Doubles<N> broadcast(const float *from)
 {
-    Lanes<N> everywhere;
+    Doubles<N> everywhere;
     for (size_t lane = 0; lane < N; ++lane) {
-        everywhere[lane] = wide(*from);
+        everywhere[lane] = widen(*from);
     }
     return everywhere;
 }
