@@ -4,25 +4,21 @@ using namespace test;
 
 TEST_CASE("KXInterpolate")
 {
-    struct Row { const char *label; float x0, y0, x1, y1, x; double y; };
-    const Row rows[] = {
-        {"half way", 0, 0, 10, 100, 5, 50},
-        {"before", 0, 0, 10, 100, -1, 0},
-        {"at the beginning", 0, 0, 10, 100, 0, 0},
-        {"at the end, where the formula is off by a bit", 0.2f, 1.7f, 8.1f, 6.8f, 8.1f, 6.8f},
-        {"behind", 0, 0, 10, 100, 11, 100},
-        {"neither from 0", 1, 10, 3, 20, 2.5f, 17.5},
-        {"no length, before", 5, 1, 5, 2, 4, 1},
-        {"no length, there", 5, 1, 5, 2, 5, 1},
-        {"no length, behind", 5, 1, 5, 2, 6, 2},
-        {"turned round, between", 10, 0, 0, 100, 5, 0},
-        {"turned round, behind", 10, 0, 0, 100, 11, 100},
-        {"the product first, then the quotient", 1.7f, 6.2f, 7.8f, 9.9f, 3.2f, 7.10983580660032},
-        {"differences stay wide", -1, 0, 0x1p24f, 0x1p24f, 0, 0.9999999403953588},
-    };
-    for (const Row &row : rows) {
-        check_same(row.label, row.y, KXInterpolate(row.x0, row.y0, row.x1, row.y1, row.x));
-    }
+    const auto check = [](const char *label, float x0, float y0, float x1, float y1, float x,
+                          double y) { check_same(label, y, KXInterpolate(x0, y0, x1, y1, x)); };
+    check("half way", 0, 0, 10, 100, 5, 50);
+    check("before", 0, 0, 10, 100, -1, 0);
+    check("at the beginning", 0, 0, 10, 100, 0, 0);
+    check("at the end, where the formula is off by a bit", 0.2f, 1.7f, 8.1f, 6.8f, 8.1f, 6.8f);
+    check("behind", 0, 0, 10, 100, 11, 100);
+    check("neither from 0", 1, 10, 3, 20, 2.5f, 17.5);
+    check("no length, before", 5, 1, 5, 2, 4, 1);
+    check("no length, there", 5, 1, 5, 2, 5, 1);
+    check("no length, behind", 5, 1, 5, 2, 6, 2);
+    check("turned round, between", 10, 0, 0, 100, 5, 0);
+    check("turned round, behind", 10, 0, 0, 100, 11, 100);
+    check("the product first, then the quotient", 1.7f, 6.2f, 7.8f, 9.9f, 3.2f, 7.10983580660032);
+    check("differences stay wide", -1, 0, 0x1p24f, 0x1p24f, 0, 0.9999999403953588);
     // A NaN is on neither side: the one way to a division by an interval of no length.
     const double nowhere = KXInterpolate(5, 1, 5, 2, not_a_number);
     CHECK(nowhere != nowhere);
@@ -30,15 +26,11 @@ TEST_CASE("KXInterpolate")
 
 TEST_CASE("KXDiffTime")
 {
-    struct Row { const char *label; std::uint32_t later, earlier; double time; };
-    const Row rows[] = {
-        {"two seconds", 5000, 3000, 2.0000000949949026},
-        {"the other way round", 3000, 5000, -2.0000000949949026},
-        {"across the wrap", 5, 0xffffffffU, 0.006000000284984708},
-        {"half the range is negative", 0x80000000U, 0, -2147483.75},
-        {"one less is not", 0x7fffffffU, 0, 2147483.749},
-    };
-    for (const Row &row : rows) {
-        check_same(row.label, row.time, KXDiffTime(row.later, row.earlier));
-    }
+    const auto check = [](const char *label, std::uint32_t later, std::uint32_t earlier,
+                          double time) { check_same(label, time, KXDiffTime(later, earlier)); };
+    check("two seconds", 5000, 3000, 2.0000000949949026);
+    check("the other way round", 3000, 5000, -2.0000000949949026);
+    check("across the wrap", 5, 0xffffffffU, 0.006000000284984708);
+    check("half the range is negative", 0x80000000U, 0, -2147483.75);
+    check("one less is not", 0x7fffffffU, 0, 2147483.749);
 }

@@ -13,7 +13,10 @@ static float factor_of(KXUnit from, KXUnit to)
 static float wanted_factor(KXUnit from, KXUnit to)
 {
     const double metres[10] = {0, 0.001, 0.01, 1, 1000, 0.0254, 0.3048, 0.9144, 1609.344, 1852};
-    struct Entry { KXUnit from, to; float factor; };
+    struct Entry {
+        KXUnit from, to;
+        float factor;
+    };
     const Entry entries[] = {
         {KX_UNIT_MILLIMETRE, KX_UNIT_FOOT, 0.00328084f},
         {KX_UNIT_MILLIMETRE, KX_UNIT_YARD, 0.0010936132f},
@@ -33,7 +36,8 @@ TEST_CASE("The hundred factors")
 {
     for (KXUnit from = 0; from < 10; ++from) {
         for (KXUnit to = 0; to < 10; ++to) {
-            check_same(std::to_string(from) + " to " + std::to_string(to), wanted_factor(from, to), factor_of(from, to));
+            check_same(std::to_string(from) + " to " + std::to_string(to), wanted_factor(from, to),
+                       factor_of(from, to));
         }
     }
 }
@@ -76,7 +80,8 @@ TEST_CASE("2 mm in m is 2 times the single 0.001")
 }
 
 template <typename Record>
-static void check_array(void (*convert)(KXUnit, KXUnit, std::uint32_t, Record *), void (*convert_one)(KXUnit, KXUnit, Record *))
+static void check_array(void (*convert)(KXUnit, KXUnit, std::uint32_t, Record *),
+                        void (*convert_one)(KXUnit, KXUnit, Record *))
 {
     Random random;
     Guarded<std::array<Record, 5>> array;

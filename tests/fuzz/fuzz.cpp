@@ -7,7 +7,7 @@
  */
 #include "support/checked_call.h"
 
-#include "corpus.h"
+#include "support/inputs.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -18,9 +18,9 @@ namespace
 class Bytes
 {
 public:
-    Bytes(const std::uint8_t *bytes, std::size_t size) : at(bytes), end(bytes + size), corpus("")
+    Bytes(const std::uint8_t *bytes, std::size_t size) : at(bytes), end(bytes + size), generated("")
     {
-        using digest::Kind;
+        using test::Kind;
         constexpr Kind kinds[] = {Kind::lattice, Kind::ordinary, Kind::boundary, Kind::any_bits,
                                   Kind::moved_nans};
         function = next();
@@ -30,8 +30,8 @@ public:
         const char seed[] = {static_cast<char>('a' + next() % 26),
                              static_cast<char>('a' + next() % 26), '\0'};
         structured = kind % 6 < 5;
-        corpus = digest::Corpus(seed);
-        corpus.use(kinds[kind % 6 % 5]);
+        generated = test::Inputs(seed);
+        generated.use(kinds[kind % 6 % 5]);
     }
 
     std::uint8_t function, sharing, environment;
@@ -39,19 +39,19 @@ public:
     std::uint32_t word()
     {
         const std::uint32_t given = next_word();
-        return structured ? corpus.word() ^ given : given;
+        return structured ? generated.word() ^ given : given;
     }
 
     std::uint32_t below(std::uint32_t limit)
     {
-        return ((structured ? corpus.below(limit) : 0) + next()) % limit;
+        return ((structured ? generated.below(limit) : 0) + next()) % limit;
     }
 
     template <typename Record>
     void fill(Record *record)
     {
         if (structured) {
-            corpus.fill(record);
+            generated.fill(record);
         } else {
             *record = {};
         }
@@ -61,7 +61,7 @@ public:
     void fill(KXP3 (&vertices)[4], KXTriangle *triangle)
     {
         if (structured) {
-            corpus.fill(vertices, triangle);
+            generated.fill(vertices, triangle);
         } else {
             *triangle = {};
             std::fill(std::begin(vertices), std::end(vertices), KXP3{});
@@ -100,16 +100,16 @@ private:
     }
 
     const std::uint8_t *at, *end;
-    digest::Corpus corpus;
+    test::Inputs generated;
     bool structured = false;
 };
 
 /** Mostly what a host has by default; the other modes, and flushing, now and then. */
-digest::Environment environment_of(std::uint8_t number)
+test::Environment environment_of(std::uint8_t number)
 {
     constexpr int roundings[] = {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO};
-    return number < 192 ? digest::Environment()
-                        : digest::Environment(roundings[number % 4], number % 8 >= 4);
+    return number < 192 ? test::Environment()
+                        : test::Environment(roundings[number % 4], number % 8 >= 4);
 }
 
 constexpr unsigned functions = 92;
@@ -140,7 +140,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *bytes, std::size_t siz
         for (unsigned i = inputs.sharing % sharings; i != 0; --i) {
             sharing = catalogue::next_sharing(sharing);
         }
-        digest::Environment environment = environment_of(inputs.environment);
+        test::Environment environment = environment_of(inputs.environment);
         test::CheckedCall<Bytes> call(inputs);
         if (const char *fault = call(entry, sharing, environment)) {
             std::fprintf(stderr, "%s %s %s\n", entry.name, sharing, fault);

@@ -20,5 +20,6 @@ int main(void)
         return 1;
     }
     /* Without the casts the literals have more bits than a double where arithmetic is the x87's. */
-    return (double)KX_TOLERANCE != (double)9.999999974752427e-07 || (double)KX_HUGE != (double)1.0000000200408773e+20;
+    return (double)KX_TOLERANCE != (double)9.999999974752427e-07 ||
+           (double)KX_HUGE != (double)1.0000000200408773e+20;
 }

@@ -1,22 +1,25 @@
 /*
- * Size and offsets of every record, in one text for C99 and every C++ from C++11 on. An array type of
- * negative size is a static assertion in all of them; its name says what is wrong.
+ * Size and offsets of every record, in one text for C99 and every C++ from C++11 on. An array type
+ * of negative size is a static assertion in all of them; its name says what is wrong.
  */
 #include "kxmaths5.h"
 
 #include <stddef.h>
 
-#define ASSERT_AT_LINE(condition, fault, line) typedef char fault##_in_line_##line[(condition) ? 1 : -1]
+#define ASSERT_AT_LINE(condition, fault, line)                                                     \
+    typedef char fault##_in_line_##line[(condition) ? 1 : -1]
 #define ASSERT_EXPANDED(condition, fault, line) ASSERT_AT_LINE(condition, fault, line)
 #define ASSERT(condition, fault) ASSERT_EXPANDED(condition, fault, __LINE__)
 
 #define ASSERT_SIZE(record, words) ASSERT(sizeof(record) == 4 * (words), record##_has_another_size)
-#define ASSERT_FIELD(record, field, word) ASSERT(offsetof(record, field) == 4 * (word), record##_has_another_layout)
-#define ASSERT_TWO(record, word, a, b) \
-    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4, record##_has_another_layout)
-#define ASSERT_FOUR(record, word, a, b, c, d)                                                \
-    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4 &&     \
-               offsetof(record, c) == 4 * (word) + 8 && offsetof(record, d) == 4 * (word) + 12, \
+#define ASSERT_FIELD(record, field, word)                                                          \
+    ASSERT(offsetof(record, field) == 4 * (word), record##_has_another_layout)
+#define ASSERT_TWO(record, word, a, b)                                                             \
+    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4,             \
+           record##_has_another_layout)
+#define ASSERT_FOUR(record, word, a, b, c, d)                                                      \
+    ASSERT(offsetof(record, a) == 4 * (word) && offsetof(record, b) == 4 * (word) + 4 &&           \
+               offsetof(record, c) == 4 * (word) + 8 && offsetof(record, d) == 4 * (word) + 12,    \
            record##_has_another_layout)
 
 ASSERT_SIZE(KXV3, 3);

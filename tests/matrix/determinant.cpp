@@ -4,85 +4,104 @@ using namespace test;
 
 TEST_CASE("KXM4Determinant")
 {
-    struct Row { const char *label; KXM4 m; double determinant; };
     // The corner minor of each block below is 4097*4097 - 1*8192 = 16777217, which a single rounds
     // to 16777216. Each row brings out one minor alone.
-    const Row rows[] = {
-        {"unit", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1},
-        {"A is single", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 4097, 1}, {0, 0, 8192, 4097}}}, 16777216},
-        {"B is single", {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, 4097, 0, 1}, {0, 8192, 0, 4097}}}, -16777216},
-        {"C is single", {{{1, 0, 0, 0}, {0, 0, 0, 1}, {0, 4097, 1, 0}, {0, 8192, 4097, 0}}}, 16777216},
-        {"D is single", {{{0, 1, 0, 0}, {0, 0, 1, 0}, {4097, 0, 0, 1}, {8192, 0, 0, 4097}}}, 16777216},
-        {"E is single", {{{0, 1, 0, 0}, {0, 0, 0, 1}, {4097, 0, 1, 0}, {8192, 0, 4097, 0}}}, -16777216},
-        {"F is single", {{{0, 0, 1, 0}, {0, 0, 0, 1}, {4097, 1, 0, 0}, {8192, 4097, 0, 0}}}, 16777216},
-        {"all sixteen elements", {{{2, 3, 5, 7}, {11, 13, 17, 19}, {23, 29, 31, 37}, {41, 43, 47, 53}}}, 880},
-        {"the cofactors stay wide", {{{8193, 8192, 0, 0}, {8192, 8191, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, -1},
-        {"no product is fused with a sum: columns 0 and 1 are alike",
-         {{{16764332, 16764332, 16730415, 16723654}, {16746924, 16746924, 16724607, 16717686}, {16770052, 16770052, 16709408, 16752388}, {16765791, 16765791, 16776972, 16771760}}},
-         0},
-        {"all sums are added from left to right",
-         {{{3.4f, -1.7f, -4, 9.2f}, {-6.2f, 4.2f, 5.7f, 0.6f}, {-5.3f, 7.2f, -7.4f, -9.4f}, {-6.1f, 8.9f, -8.8f, 5.2f}}},
-         -15.144913932086979},
+    const auto check = [](const char *label, const KXM4 &m, double determinant) {
+        check_same(label, determinant, KXM4Determinant(&m));
     };
-    for (const Row &row : rows) {
-        check_same(row.label, row.determinant, KXM4Determinant(&row.m));
-    }
+    check("unit", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1);
+    check("A is single", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 4097, 1}, {0, 0, 8192, 4097}}},
+          16777216);
+    check("B is single", {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, 4097, 0, 1}, {0, 8192, 0, 4097}}},
+          -16777216);
+    check("C is single", {{{1, 0, 0, 0}, {0, 0, 0, 1}, {0, 4097, 1, 0}, {0, 8192, 4097, 0}}},
+          16777216);
+    check("D is single", {{{0, 1, 0, 0}, {0, 0, 1, 0}, {4097, 0, 0, 1}, {8192, 0, 0, 4097}}},
+          16777216);
+    check("E is single", {{{0, 1, 0, 0}, {0, 0, 0, 1}, {4097, 0, 1, 0}, {8192, 0, 4097, 0}}},
+          -16777216);
+    check("F is single", {{{0, 0, 1, 0}, {0, 0, 0, 1}, {4097, 1, 0, 0}, {8192, 4097, 0, 0}}},
+          16777216);
+    check("all sixteen elements",
+          {{{2, 3, 5, 7}, {11, 13, 17, 19}, {23, 29, 31, 37}, {41, 43, 47, 53}}}, 880);
+    check("the cofactors stay wide",
+          {{{8193, 8192, 0, 0}, {8192, 8191, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, -1);
+    check("no product is fused with a sum: columns 0 and 1 are alike",
+          {{{16764332, 16764332, 16730415, 16723654},
+            {16746924, 16746924, 16724607, 16717686},
+            {16770052, 16770052, 16709408, 16752388},
+            {16765791, 16765791, 16776972, 16771760}}},
+          0);
+    check("all sums are added from left to right",
+          {{{3.4f, -1.7f, -4, 9.2f},
+            {-6.2f, 4.2f, 5.7f, 0.6f},
+            {-5.3f, 7.2f, -7.4f, -9.4f},
+            {-6.1f, 8.9f, -8.8f, 5.2f}}},
+          -15.144913932086979);
 }
 
 TEST_CASE("KXM3Determinant")
 {
-    struct Row { const char *label; KXM3 m; double determinant; };
-    const Row rows[] = {
-        {"unit", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, 1},
-        {"no minor is single: 0", {{{1, 0, 0}, {0, 4097, 1}, {0, 8192, 4097}}}, 16777217},
-        {"no minor is single: 1", {{{0, 1, 0}, {4097, 0, 1}, {8192, 0, 4097}}}, -16777217},
-        {"no minor is single: 2", {{{0, 0, 1}, {4097, 1, 0}, {8192, 4097, 0}}}, 16777217},
-        {"all nine elements", {{{2, 3, 5}, {7, 11, 13}, {17, 19, 23}}}, -78},
-        {"no product is fused with a sum: columns 0 and 1 are alike",
-         {{{2.6f, 2.6f, 5.1f}, {5.9f, 5.9f, 6.2f}, {8.6f, 8.6f, 0.3f}}}, 0},
-        {"the three terms are added from left to right", {{{-8, -6.9f, -8.4f}, {-1.5f, 1.2f, -7.2f}, {1.7f, -4.4f, -9.9f}}},
-         497.09699936008411},
+    const auto check = [](const char *label, const KXM3 &m, double determinant) {
+        check_same(label, determinant, KXM3Determinant(&m));
     };
-    for (const Row &row : rows) {
-        check_same(row.label, row.determinant, KXM3Determinant(&row.m));
-    }
+    check("unit", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, 1);
+    check("no minor is single: 0", {{{1, 0, 0}, {0, 4097, 1}, {0, 8192, 4097}}}, 16777217);
+    check("no minor is single: 1", {{{0, 1, 0}, {4097, 0, 1}, {8192, 0, 4097}}}, -16777217);
+    check("no minor is single: 2", {{{0, 0, 1}, {4097, 1, 0}, {8192, 4097, 0}}}, 16777217);
+    check("all nine elements", {{{2, 3, 5}, {7, 11, 13}, {17, 19, 23}}}, -78);
+    check("no product is fused with a sum: columns 0 and 1 are alike",
+          {{{2.6f, 2.6f, 5.1f}, {5.9f, 5.9f, 6.2f}, {8.6f, 8.6f, 0.3f}}}, 0);
+    check("the three terms are added from left to right",
+          {{{-8, -6.9f, -8.4f}, {-1.5f, 1.2f, -7.2f}, {1.7f, -4.4f, -9.9f}}}, 497.09699936008411);
 }
 
 TEST_CASE("KXM4IsOrthogonal")
 {
-    struct Row { const char *label; KXM4 m; std::int32_t verdict; };
     const auto unit_with = [](int r, int c, float value) {
         KXM4 m = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
         m.m[r][c] = value;
         return m;
     };
-    const Row rows[] = {
-        {"unit", unit_with(0, 0, 1), 1},
-        {"scaled", {{{2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 4, 0}, {0, 0, 0, 1}}}, 1},
-        {"mirrored", unit_with(0, 0, -1), 1},
-        {"translated", {{{1, 0, 0, 7}, {0, 1, 0, 8}, {0, 0, 1, 9}, {0, 0, 0, 1}}}, 1},
-        {"rows 0 and 1 swapped", {{{0, 1, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1},
-        {"the last element counts", unit_with(3, 3, 2), 0},
-        {"a small shear", unit_with(0, 1, 0.03f), 1},
-        {"a larger shear", unit_with(0, 1, 0.032f), 0},
-        {"ratio too high", {{{1, 0.04f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1.0013f}}}, 0},
-        {"ratio just low enough", unit_with(3, 3, 1.0004f), 1},
-        {"short column 0 still counts", unit_with(0, 0, 0.001f), 1},
-        {"column 0 too short", unit_with(0, 0, 0.00099f), 0},
-        {"column 1 too short", unit_with(1, 1, 0.00099f), 0},
-        {"column 2 too short", unit_with(2, 2, 0.00099f), 0},
-        {"a column of zeros", unit_with(1, 1, 0), 0},
-        {"equal to the lower bound", {{{6, 0x1.2fc96cp-10f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.03026ep-5f, 3, 0}, {0, 0, 0, 1}}}, 1},
-        {"equal to the upper bound",
-         {{{1, 0x1.b82a64p-25f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.51ff2ap-11f, 1, 0}, {0, 0, 0, 0x1.0020c6p+0f}}}, 1},
-        {"the determinant is not rounded",
-         {{{7, 0x1.35b9cp-24f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.b9893cp-12f, 8, 0}, {0, 0, 0, 0x1.0020c4p+0f}}}, 1},
-        {"squares from left to right; divided by L0, then L1, then L2",
-         {{{5, 0x1.0492cap-21f, 0, 0}, {0, 5, 0, 0}, {0, 0x1.745326p-9f, 3, 0}, {0, 0, 0, 0x1.ffbe78p-1f}}}, 1},
+    const auto check = [](const char *label, const KXM4 &m, std::int32_t verdict) {
+        CHECK_MESSAGE(KXM4IsOrthogonal(&m) == verdict, label);
     };
-    for (const Row &row : rows) {
-        CHECK_MESSAGE(KXM4IsOrthogonal(&row.m) == row.verdict, row.label);
-    }
+    check("unit", unit_with(0, 0, 1), 1);
+    check("scaled", {{{2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 4, 0}, {0, 0, 0, 1}}}, 1);
+    check("mirrored", unit_with(0, 0, -1), 1);
+    check("translated", {{{1, 0, 0, 7}, {0, 1, 0, 8}, {0, 0, 1, 9}, {0, 0, 0, 1}}}, 1);
+    check("rows 0 and 1 swapped", {{{0, 1, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1);
+    check("the last element counts", unit_with(3, 3, 2), 0);
+    check("a small shear", unit_with(0, 1, 0.03f), 1);
+    check("a larger shear", unit_with(0, 1, 0.032f), 0);
+    check("ratio too high", {{{1, 0.04f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1.0013f}}},
+          0);
+    check("ratio just low enough", unit_with(3, 3, 1.0004f), 1);
+    check("short column 0 still counts", unit_with(0, 0, 0.001f), 1);
+    check("column 0 too short", unit_with(0, 0, 0.00099f), 0);
+    check("column 1 too short", unit_with(1, 1, 0.00099f), 0);
+    check("column 2 too short", unit_with(2, 2, 0.00099f), 0);
+    check("a column of zeros", unit_with(1, 1, 0), 0);
+    check("equal to the lower bound",
+          {{{6, 0x1.2fc96cp-10f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.03026ep-5f, 3, 0}, {0, 0, 0, 1}}}, 1);
+    check("equal to the upper bound",
+          {{{1, 0x1.b82a64p-25f, 0, 0},
+            {0, 1, 0, 0},
+            {0, 0x1.51ff2ap-11f, 1, 0},
+            {0, 0, 0, 0x1.0020c6p+0f}}},
+          1);
+    check("the determinant is not rounded",
+          {{{7, 0x1.35b9cp-24f, 0, 0},
+            {0, 1, 0, 0},
+            {0, 0x1.b9893cp-12f, 8, 0},
+            {0, 0, 0, 0x1.0020c4p+0f}}},
+          1);
+    check("squares from left to right; divided by L0, then L1, then L2",
+          {{{5, 0x1.0492cap-21f, 0, 0},
+            {0, 5, 0, 0},
+            {0, 0x1.745326p-9f, 3, 0},
+            {0, 0, 0, 0x1.ffbe78p-1f}}},
+          1);
 }
 
 TEST_CASE("KXM4IsOrthogonal refuses a squared length equal to the tolerance")
@@ -90,7 +109,8 @@ TEST_CASE("KXM4IsOrthogonal refuses a squared length equal to the tolerance")
     // 4192^2 + 139^2 + 1^2 is 2^44 times the single 1e-6. With 1.015 for the 1 the sum lies between
     // that single and the decimal 1e-6.
     const auto verdict = [](int first, float last) {
-        const float columns[3][3] = {{4192 * 0x1p-22f, 139 * 0x1p-22f, last * 0x1p-22f}, {-139, 4192, 0}, {-1, 0, 4192}};
+        const float columns[3][3] = {
+            {4192 * 0x1p-22f, 139 * 0x1p-22f, last * 0x1p-22f}, {-139, 4192, 0}, {-1, 0, 4192}};
         KXM4 m = {};
         m.m[3][3] = 1;
         for (int i = 0; i < 9; ++i) {

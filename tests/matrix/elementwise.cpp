@@ -14,7 +14,8 @@ static Matrix patterns()
 }
 
 template <int Size, typename Matrix>
-static void check_moves(void (*transpose)(const Matrix *, Matrix *), void (*copy)(const Matrix *, Matrix *))
+static void check_moves(void (*transpose)(const Matrix *, Matrix *),
+                        void (*copy)(const Matrix *, Matrix *))
 {
     const auto m = patterns<Matrix>();
     check_in_out("copy", m, m, copy);

@@ -1,9 +1,10 @@
 /* Every instruction set's copy of the kernels against the forms for one point and one product. */
 #include "matrix/kernels.h"
 
-#include "corpus.h"
 #include "matrix/forms.h"
 #include "support/check.h"
+#include "support/digest.h"
+#include "support/inputs.h"
 
 #include <cfenv>
 #include <cstring>
@@ -15,8 +16,6 @@
 #endif
 
 using namespace test;
-using digest::Corpus;
-using digest::Kind;
 
 namespace
 {
@@ -37,12 +36,13 @@ int raised_by(Call call)
     return std::fetestexcept(flags);
 }
 
-/** The first float that differs, as text; empty if none does. The sign and payload of a NaN are the processor's. */
+/** The first float that differs, as text; empty if none does. The sign and payload of a NaN are the
+ * processor's. */
 std::string difference(const std::vector<float> &wanted, const std::vector<float> &got)
 {
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-        const auto w = digest::bits_of(wanted[i]), g = digest::bits_of(got[i]);
-        if (w != g && !(digest::is_nan(w) && digest::is_nan(g))) {
+        const auto w = test::bits_of(wanted[i]), g = test::bits_of(got[i]);
+        if (w != g && !(test::is_nan(w) && test::is_nan(g))) {
             return ", float " + std::to_string(i) + ": wanted " + show(w) + ", got " + show(g);
         }
     }
@@ -56,12 +56,16 @@ class Room
 public:
     Room() : page(static_cast<std::size_t>(sysconf(_SC_PAGESIZE)))
     {
-        void *const pages = mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+        void *const pages =
+            mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         REQUIRE(pages != MAP_FAILED);
         start = static_cast<char *>(pages);
         REQUIRE(mprotect(start + page, page, PROT_NONE) == 0);
     }
-    ~Room() { munmap(start, 2 * page); }
+    ~Room()
+    {
+        munmap(start, 2 * page);
+    }
     Room(const Room &) = delete;
     Room &operator=(const Room &) = delete;
 
@@ -77,7 +81,10 @@ private:
 };
 #else
 struct Room {
-    const void *copy_at_end(const void *from, std::size_t) { return from; }
+    const void *copy_at_end(const void *from, std::size_t)
+    {
+        return from;
+    }
 };
 #endif
 
@@ -87,34 +94,41 @@ void check_arrays(const char *label, Point (*form)(const Matrix &, const Point &
                   void (*kernel)(const Matrix *, std::uint32_t, const Point *, Point *))
 {
     constexpr std::size_t floats = sizeof(Point) / 4;
-    Corpus corpus(label);
+    Inputs inputs(label);
     Room matrix_room, room;
     for (const Kind kind : kinds) {
         for (std::uint32_t count = 0; count <= 70; ++count) {
             for (std::size_t start = 0; start < 16; ++start) {
-                corpus.use(kind);
+                inputs.use(kind);
                 Matrix m;
-                corpus.fill(&m);
+                inputs.fill(&m);
                 std::vector<float> in(start + count * floats + 16), out(in.size());
                 for (float &f : in) {
-                    f = corpus.number();
+                    f = inputs.number();
                 }
                 std::vector<float> wanted = out, wanted_in_place = in, place = in;
-                const auto points = [start](std::vector<float> &v) { return reinterpret_cast<Point *>(v.data() + start); };
+                const auto points = [start](std::vector<float> &v) {
+                    return reinterpret_cast<Point *>(v.data() + start);
+                };
                 const int plain = raised_by([&] {
                     for (std::uint32_t i = 0; i < count; ++i) {
                         points(wanted)[i] = points(wanted_in_place)[i] = form(m, points(in)[i]);
                     }
                 });
-                const auto *last_matrix = static_cast<const Matrix *>(matrix_room.copy_at_end(&m, sizeof m));
-                const auto *last = static_cast<const Point *>(room.copy_at_end(points(in), count * sizeof(Point)));
+                const auto *last_matrix =
+                    static_cast<const Matrix *>(matrix_room.copy_at_end(&m, sizeof m));
+                const auto *last =
+                    static_cast<const Point *>(room.copy_at_end(points(in), count * sizeof(Point)));
                 const int fast = raised_by([&] { kernel(last_matrix, count, last, points(out)); });
                 kernel(&m, count, points(place), points(place));
-                const std::string call = std::string(label) + ", count " + std::to_string(count) + ", start " + std::to_string(start);
-                const std::string fault = difference(wanted, out), fault_in_place = difference(wanted_in_place, place);
+                const std::string call = std::string(label) + ", count " + std::to_string(count) +
+                                         ", start " + std::to_string(start);
+                const std::string fault = difference(wanted, out),
+                                  fault_in_place = difference(wanted_in_place, place);
                 REQUIRE_MESSAGE(fault.empty(), call, fault);
                 REQUIRE_MESSAGE(fault_in_place.empty(), call, ", in place", fault_in_place);
-                REQUIRE_MESSAGE((fast & ~plain) == 0, call, ": raises ", fast, ", the form for one point ", plain);
+                REQUIRE_MESSAGE((fast & ~plain) == 0, call, ": raises ", fast,
+                                ", the form for one point ", plain);
             }
         }
     }
@@ -122,13 +136,15 @@ void check_arrays(const char *label, Point (*form)(const Matrix &, const Point &
 
 void check_product(const char *label, void (*product)(const KXM4 *, const KXM4 *, KXM4 *))
 {
-    Corpus corpus(label);
-    const auto floats = [](const KXM4 &m) { return std::vector<float>(&m.m[0][0], &m.m[0][0] + 16); };
+    Inputs inputs(label);
+    const auto floats = [](const KXM4 &m) {
+        return std::vector<float>(&m.m[0][0], &m.m[0][0] + 16);
+    };
     for (int i = 0; i < 40000; ++i) {
-        corpus.use(kinds[i % 4]);
+        inputs.use(kinds[i % 4]);
         KXM4 a, b, wanted, square, out;
-        corpus.fill(&a);
-        corpus.fill(&b);
+        inputs.fill(&a);
+        inputs.fill(&b);
         const int plain = raised_by([&] { kx::multiply<4>(&a, &b, &wanted); });
         kx::multiply<4>(&a, &a, &square);
         const int fast = raised_by([&] { product(&a, &b, &out); });
@@ -144,25 +160,28 @@ void check_product(const char *label, void (*product)(const KXM4 *, const KXM4 *
         check(", out is a", wanted, in_a);
         check(", out is b", wanted, in_b);
         check(", a*a into a", square, in_both);
-        REQUIRE_MESSAGE((fast & ~plain) == 0, label, " ", i, ": raises ", fast, ", the plain product ", plain);
+        REQUIRE_MESSAGE((fast & ~plain) == 0, label, " ", i, ": raises ", fast,
+                        ", the plain product ", plain);
     }
 }
 
 } // namespace
 
-#define CHECK_COPY(instruction_set, runs)                                                                                        \
-    TEST_CASE("The copy for " #instruction_set)                                                                                  \
-    {                                                                                                                            \
-        if (!(runs)) {                                                                                                           \
-            MESSAGE("skipped: not on this processor, or not in this build");                                                     \
-            return;                                                                                                              \
-        }                                                                                                                        \
-        check_arrays<KXM3, KXP2>("KXP2 directions", kx::direction, kx::instruction_set::directions);                             \
-        check_arrays<KXM3, KXP2>("KXP2 positions", kx::position, kx::instruction_set::positions);                                \
-        check_arrays<KXM4, KXP3>("KXP3 directions", kx::direction, kx::instruction_set::directions);                             \
-        check_arrays<KXM4, KXP3>("KXP3 positions", kx::position, kx::instruction_set::positions);                                \
-        check_arrays<KXM4, KXP4>("KXP4", kx::homogeneous, kx::instruction_set::homogeneous);                                     \
-        check_product("product", kx::instruction_set::product);                                                                  \
+#define CHECK_COPY(instruction_set, runs)                                                          \
+    TEST_CASE("The copy for " #instruction_set)                                                    \
+    {                                                                                              \
+        if (!(runs)) {                                                                             \
+            MESSAGE("skipped: not on this processor, or not in this build");                       \
+            return;                                                                                \
+        }                                                                                          \
+        check_arrays<KXM3, KXP2>("KXP2 directions", kx::direction,                                 \
+                                 kx::instruction_set::directions);                                 \
+        check_arrays<KXM3, KXP2>("KXP2 positions", kx::position, kx::instruction_set::positions);  \
+        check_arrays<KXM4, KXP3>("KXP3 directions", kx::direction,                                 \
+                                 kx::instruction_set::directions);                                 \
+        check_arrays<KXM4, KXP3>("KXP3 positions", kx::position, kx::instruction_set::positions);  \
+        check_arrays<KXM4, KXP4>("KXP4", kx::homogeneous, kx::instruction_set::homogeneous);       \
+        check_product("product", kx::instruction_set::product);                                    \
     }
 
 CHECK_COPY(baseline, true)

@@ -8,22 +8,25 @@ static const KXM4 counted4 = {{{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13,
 static const KXM3 counted3 = {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
 
 // Row 0 needs a double throughout, row 1 sums to -0, and the last row must not matter.
-static const KXM4 delicate4 = {{{8193, -8192, 0, 0}, {-0.0f, -0.0f, -0.0f, -0.0f}, {1, 0, 0, 1}, {9, 9, 9, 9}}};
+static const KXM4 delicate4 = {
+    {{8193, -8192, 0, 0}, {-0.0f, -0.0f, -0.0f, -0.0f}, {1, 0, 0, 1}, {9, 9, 9, 9}}};
 static const KXM3 delicate3 = {{{8193, -8192, 0}, {-0.0f, -0.0f, -0.0f}, {9, 9, 9}}};
 
 // Added from left to right onto 1 1 1 1 the terms give 8, 3, 2, 0; in any other order one differs.
 static constexpr float large = 0x1p60f;
-static const KXM4 ordered4 = {{{large, 1, -large, 8}, {large, -large, 1, 2}, {1, large, -large, 2}, {-large, 1, 8, large}}};
+static const KXM4 ordered4 = {
+    {{large, 1, -large, 8}, {large, -large, 1, 2}, {1, large, -large, 2}, {-large, 1, 8, large}}};
 static const KXM3 ordered3 = {{{large, 1, -large}, {large, -large, 1}, {1, -large, large}}};
 
 /** Each row through the single form and through the array form with a count of 1. */
 template <typename Matrix, typename Point>
-static void check_forms(const std::string &label, const Matrix &m, const Point &p, const Point &wanted,
-                        void (*one)(const Matrix *, const Point *, Point *),
+static void check_forms(const std::string &label, const Matrix &m, const Point &p,
+                        const Point &wanted, void (*one)(const Matrix *, const Point *, Point *),
                         void (*each)(const Matrix *, std::uint32_t, const Point *, Point *))
 {
     check_in_out(label, p, wanted, [&](const Point *in, Point *out) { one(&m, in, out); });
-    check_in_out(label + ", array", p, wanted, [&](const Point *in, Point *out) { each(&m, 1, in, out); });
+    check_in_out(label + ", array", p, wanted,
+                 [&](const Point *in, Point *out) { each(&m, 1, in, out); });
 }
 
 TEST_CASE("One point")

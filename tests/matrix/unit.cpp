@@ -19,7 +19,10 @@ TEST_CASE("KXM4Unit and KXM3Unit fill the record")
 template <int Size, typename Matrix>
 static void check_bounds(const Matrix &unit, std::int32_t (*is_unit)(const Matrix *))
 {
-    struct Row { float diagonal, other; std::int32_t verdict; };
+    struct Row {
+        float diagonal, other;
+        std::int32_t verdict;
+    };
     const Row rows[] = {
         {1.0000009536743164f, tolerance, 1},
         {1.000001072883606f, above_tolerance, 0},
@@ -33,7 +36,8 @@ static void check_bounds(const Matrix &unit, std::int32_t (*is_unit)(const Matri
             for (const Row &row : rows) {
                 Matrix m = unit;
                 m.m[r][c] = r == c ? row.diagonal : row.other;
-                CHECK_MESSAGE(is_unit(&m) == row.verdict, "row ", r, ", column ", c, ": ", m.m[r][c]);
+                CHECK_MESSAGE(is_unit(&m) == row.verdict, "row ", r, ", column ", c, ": ",
+                              m.m[r][c]);
             }
         }
     }

@@ -1,12 +1,12 @@
 /*
- * A host's floating-point environment: in any rounding mode, with subnormals flushed to zero or not,
- * every function returns, writes what it may and no more, and leaves the environment as it was. And
- * a host that has unmasked exceptions gets none from ordinary inputs, nor from inputs at a boundary,
- * where guards keep divisions, roots and arcsines from being made.
+ * A host's floating-point environment: in any rounding mode, with subnormals flushed to zero or
+ * not, every function returns, writes what it may and no more, and leaves the environment as it
+ * was. And a host that has unmasked exceptions gets none from ordinary inputs, nor from inputs at a
+ * boundary, where guards keep divisions, roots and arcsines from being made.
  */
 #include "support/checked_call.h"
 
-#include "corpus.h"
+#include "support/inputs.h"
 
 #include <doctest/doctest.h>
 
@@ -15,9 +15,9 @@
 #include <functional>
 #include <string>
 
-using digest::Corpus;
-using digest::Environment;
-using digest::Kind;
+using test::Environment;
+using test::Inputs;
+using test::Kind;
 
 namespace
 {
@@ -26,21 +26,21 @@ namespace
  * Inputs of which no formula makes an infinity or a NaN unless it divides by zero: of larger ones a
  * named single may become infinite.
  */
-class Moderate : public Corpus
+class Moderate : public Inputs
 {
 public:
-    using Corpus::Corpus;
+    using Inputs::Inputs;
 
     template <typename Record>
     void fill(Record *record)
     {
-        Corpus::fill(record);
+        Inputs::fill(record);
         moderate(record);
     }
 
     void fill(KXP3 (&vertices)[4], KXTriangle *triangle)
     {
-        Corpus::fill(vertices, triangle);
+        Inputs::fill(vertices, triangle);
         moderate(&vertices);
         moderate(&triangle->plane);
     }
@@ -94,11 +94,11 @@ void try_all(const Environment &wanted, Kind kind, int repetitions)
             return;
         }
         for (const char *s = entry.sharings; s != nullptr; s = catalogue::next_sharing(s)) {
-            Source corpus(entry.name);
-            test::CheckedCall<Source> call(corpus);
+            Source inputs(entry.name);
+            test::CheckedCall<Source> call(inputs);
             const char *fault = nullptr;
             for (int i = 0; i < repetitions && fault == nullptr; ++i) {
-                corpus.use(kind);
+                inputs.use(kind);
                 Environment environment = wanted;
                 fault = fault_of([&] { return call(entry, s, environment); });
             }
@@ -113,8 +113,9 @@ TEST_CASE("Rounding modes and flushing are neither read nor changed")
 {
     for (const int rounding : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO}) {
         for (const bool flush : {false, true}) {
-            for (const Kind kind : {Kind::lattice, Kind::ordinary, Kind::boundary, Kind::any_bits, Kind::moved_nans}) {
-                try_all<Corpus>({rounding, flush}, kind, 200);
+            for (const Kind kind : {Kind::lattice, Kind::ordinary, Kind::boundary, Kind::any_bits,
+                                    Kind::moved_nans}) {
+                try_all<Inputs>({rounding, flush}, kind, 200);
             }
         }
     }
@@ -130,7 +131,8 @@ TEST_CASE("Unmasked exceptions do not trap")
     // The three that may divide by zero do so for degenerate inputs alone.
     constexpr KXQuat half_turn = {0, 0.6f, 0.8f, 0};
     constexpr KXM3 plane = {{{0, -2, 3}, {1, 0, 4}, {0, 0, 1}}}, flat = {};
-    constexpr KXM4 space = {{{0, -2, 0, 3}, {1, 0, 0, 4}, {0, 0, 1, 5}, {0, 0.5f, 0, 1}}}, nothing = {};
+    constexpr KXM4 space = {{{0, -2, 0, 3}, {1, 0, 0, 4}, {0, 0, 1, 5}, {0, 0.5f, 0, 1}}},
+                   nothing = {};
     KXM4 matrix;
     KXComponents parts;
     Environment environment = unmasked;

@@ -75,7 +75,9 @@ TEST_CASE("Guarded paths raise neither division by zero nor an invalid operation
         KXRayIxBox(&ray, &box, &vector);
     });
     check_quiet("rays and lines along each axis", [] {
-        const KXRay rays[3] = {{{-1, 0.5f, 0.5f}, {4, 0, 0}}, {{0.5f, -1, 0.5f}, {0, 4, 0}}, {{0.5f, 0.5f, -1}, {0, 0, 4}}};
+        const KXRay rays[3] = {{{-1, 0.5f, 0.5f}, {4, 0, 0}},
+                               {{0.5f, -1, 0.5f}, {0, 4, 0}},
+                               {{0.5f, 0.5f, -1}, {0, 0, 4}}};
         for (const KXRay &ray : rays) {
             KXLine line = {ray.origin, ray.origin};
             KXV3Combine(&ray.origin, &ray.direction, &line.end, 1, 1);
@@ -105,7 +107,8 @@ TEST_CASE("Guarded paths raise neither division by zero nor an invalid operation
         cast_down(triangle);
     });
     check_quiet("triangles with corners in one", [] {
-        for (const auto &c : {std::array{0U, 0U, 0U}, {0U, 0U, 1U}, {0U, 1U, 1U}, {0U, 2U, 2U}, {0U, 0U, 2U}}) {
+        for (const auto &c :
+             {std::array{0U, 0U, 0U}, {0U, 0U, 1U}, {0U, 1U, 1U}, {0U, 2U, 2U}, {0U, 0U, 2U}}) {
             cast_down(triangle_of(c[0], c[1], c[2]));
         }
     });

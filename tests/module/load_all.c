@@ -40,12 +40,12 @@ static void resolve(void *module, const char *name, void *function, size_t size)
  * header's declaration makes the compiler refuse any other; in sizeof it is not evaluated, so that
  * this program links to nothing.
  */
-#define CALL(result, name, parameters, arguments)                                                                                \
-    do {                                                                                                                         \
-        result(*function) parameters;                                                                                            \
-        (void)sizeof(function == &name);                                                                                         \
-        resolve(module, #name, &function, sizeof function);                                                                      \
-        (void)function arguments;                                                                                                \
+#define CALL(result, name, parameters, arguments)                                                  \
+    do {                                                                                           \
+        result(*function) parameters;                                                              \
+        (void)sizeof(function == &name);                                                           \
+        resolve(module, #name, &function, sizeof function);                                        \
+        (void)function arguments;                                                                  \
     } while (0)
 
 /* All records start as zeros but for these; what the calls make of them is for other tests. */
@@ -72,7 +72,8 @@ static void foundations(void *module)
     CALL(void, KXV3Scale, (KXV3 *, float), (&out_v, 13.0f));
     CALL(void, KXV3Cross, (const KXV3 *, const KXV3 *, KXV3 *), (&v, &w, &out_v));
     CALL(void, KXV3Perpendicular, (const KXV3 *, KXV3 *), (&v, &out_v));
-    CALL(void, KXV3Combine, (const KXV3 *, const KXV3 *, KXV3 *, float, float), (&v, &w, &out_v, 1, 2));
+    CALL(void, KXV3Combine, (const KXV3 *, const KXV3 *, KXV3 *, float, float),
+         (&v, &w, &out_v, 1, 2));
     CALL(uint32_t, KXBitCount, (uint32_t), (6));
     CALL(uint32_t, KXLSB, (uint32_t), (6));
     CALL(uint32_t, KXMSB, (uint32_t), (6));
@@ -81,12 +82,17 @@ static void foundations(void *module)
     CALL(void, KXChangeUnits, (KXUnit, KXUnit, float *), (KX_UNIT_METRE, KX_UNIT_FOOT, &f));
     CALL(void, KXP3ChangeUnits, (KXUnit, KXUnit, KXP3 *), (KX_UNIT_METRE, KX_UNIT_FOOT, &out_v));
     CALL(void, KXP4ChangeUnits, (KXUnit, KXUnit, KXP4 *), (KX_UNIT_METRE, KX_UNIT_FOOT, &out_p4));
-    CALL(void, KXBoxChangeUnits, (KXUnit, KXUnit, KXBox *), (KX_UNIT_METRE, KX_UNIT_FOOT, &out_box));
-    CALL(void, KXPlaneChangeUnits, (KXUnit, KXUnit, KXPlane *), (KX_UNIT_METRE, KX_UNIT_FOOT, &plane));
+    CALL(void, KXBoxChangeUnits, (KXUnit, KXUnit, KXBox *),
+         (KX_UNIT_METRE, KX_UNIT_FOOT, &out_box));
+    CALL(void, KXPlaneChangeUnits, (KXUnit, KXUnit, KXPlane *),
+         (KX_UNIT_METRE, KX_UNIT_FOOT, &plane));
     CALL(void, KXM4ChangeUnits, (KXUnit, KXUnit, KXM4 *), (KX_UNIT_METRE, KX_UNIT_FOOT, &out4));
-    CALL(void, KXP3ChangeNUnits, (KXUnit, KXUnit, uint32_t, KXP3 *), (KX_UNIT_METRE, KX_UNIT_FOOT, 1, &out_v));
-    CALL(void, KXP4ChangeNUnits, (KXUnit, KXUnit, uint32_t, KXP4 *), (KX_UNIT_METRE, KX_UNIT_FOOT, 1, &out_p4));
-    CALL(void, KXPlaneChangeNUnits, (KXUnit, KXUnit, uint32_t, KXPlane *), (KX_UNIT_METRE, KX_UNIT_FOOT, 1, &plane));
+    CALL(void, KXP3ChangeNUnits, (KXUnit, KXUnit, uint32_t, KXP3 *),
+         (KX_UNIT_METRE, KX_UNIT_FOOT, 1, &out_v));
+    CALL(void, KXP4ChangeNUnits, (KXUnit, KXUnit, uint32_t, KXP4 *),
+         (KX_UNIT_METRE, KX_UNIT_FOOT, 1, &out_p4));
+    CALL(void, KXPlaneChangeNUnits, (KXUnit, KXUnit, uint32_t, KXPlane *),
+         (KX_UNIT_METRE, KX_UNIT_FOOT, 1, &plane));
 }
 
 static void matrices(void *module)
@@ -138,18 +144,22 @@ static void transforms(void *module)
 
 static void orientation(void *module)
 {
-    CALL(void, KXM4Orientation, (KXM4 *, KXM4 *, float, float, float, KXRotationOrder), (&out4, NULL, 1, 2, 3, KX_ORDER_XYZ));
-    CALL(void, KXM4Position, (KXM4 *, KXM4 *, const KXPosition *, KXRotationOrder), (&out4, NULL, &position, KX_ORDER_XYZ));
+    CALL(void, KXM4Orientation, (KXM4 *, KXM4 *, float, float, float, KXRotationOrder),
+         (&out4, NULL, 1, 2, 3, KX_ORDER_XYZ));
+    CALL(void, KXM4Position, (KXM4 *, KXM4 *, const KXPosition *, KXRotationOrder),
+         (&out4, NULL, &position, KX_ORDER_XYZ));
     CALL(int32_t, KXM4Decompose, (const KXM4 *, KXComponents *), (&m4, &components));
     CALL(void, KXM4Compose, (KXM4 *, const KXComponents *), (&out4, &components));
     CALL(int32_t, KXM3Decompose, (const KXM3 *, KXComponents *), (&m3, &components));
     CALL(void, KXM3Compose, (KXM3 *, const KXComponents *), (&out3, &components));
     CALL(void, KXM4MatrixComponents, (const KXM4 *, KXPosition *, KXV3 *), (&m4, &position, NULL));
-    CALL(void, KXM3MatrixComponents, (const KXM3 *, KXP2 *, float *, float *, float *), (&m3, &p2, &f, &g, &h));
+    CALL(void, KXM3MatrixComponents, (const KXM3 *, KXP2 *, float *, float *, float *),
+         (&m3, &p2, &f, &g, &h));
     CALL(void, KXGenerateQuat, (float, const KXV3 *, KXQuat *), (1, &v, &quat));
     CALL(void, KXQuatToMatrix, (const KXQuat *, KXM4 *), (&quat, &out4));
     CALL(void, KXMatrixToQuat, (const KXM4 *, KXQuat *), (&out4, &quat));
-    CALL(void, KXM4Projection1, (KXM4 *, const KXPosition *, float, float, float), (&out4, &position, 10, 0.5f, 1));
+    CALL(void, KXM4Projection1, (KXM4 *, const KXPosition *, float, float, float),
+         (&out4, &position, 10, 0.5f, 1));
 }
 
 static void spatial(void *module)
@@ -165,9 +175,12 @@ static void spatial(void *module)
     CALL(double, KXRayPointDistance, (const KXRay *, const KXP3 *), (&ray, &v));
     CALL(int32_t, KXLineIxBox, (const KXLine *, const KXBox *, KXP3 *), (&line, &box, &out_v));
     CALL(int32_t, KXRayIxBox, (const KXRay *, const KXBox *, KXP3 *), (&ray, &box, &out_v));
-    CALL(int32_t, KXLineIxTriangle, (const KXLine *, const KXTriangle *, const KXP3 *, KXP3 *), (&line, &triangle, vertices, &out_v));
-    CALL(int32_t, KXRayIxTriangle, (const KXRay *, const KXTriangle *, const KXP3 *, KXP3 *), (&ray, &triangle, vertices, &out_v));
-    CALL(int32_t, KXPlaneEquation, (const KXP3 *, const KXP3 *, const KXP3 *, KXPlane *), (vertices, vertices + 1, vertices + 2, &plane));
+    CALL(int32_t, KXLineIxTriangle, (const KXLine *, const KXTriangle *, const KXP3 *, KXP3 *),
+         (&line, &triangle, vertices, &out_v));
+    CALL(int32_t, KXRayIxTriangle, (const KXRay *, const KXTriangle *, const KXP3 *, KXP3 *),
+         (&ray, &triangle, vertices, &out_v));
+    CALL(int32_t, KXPlaneEquation, (const KXP3 *, const KXP3 *, const KXP3 *, KXPlane *),
+         (vertices, vertices + 1, vertices + 2, &plane));
     CALL(void, KXRotateInPlane, (KXP3 *, const KXV3 *, float), (&out_v, &w, 1));
 }
 
@@ -177,7 +190,8 @@ static void polar(void *module)
     CALL(double, KXBearing, (const KXP3 *, const KXP3 *), (&v, &w));
     CALL(void, KXREAToPoint, (float, float, float, KXP3 *), (1, 0.5f, 0.5f, &out_v));
     CALL(void, KXEAToVector, (float, float, KXV3 *), (0.5f, 0.5f, &out_v));
-    CALL(void, KXPointsToREA, (const KXP3 *, const KXP3 *, float *, float *, float *), (&v, &w, &f, &g, &h));
+    CALL(void, KXPointsToREA, (const KXP3 *, const KXP3 *, float *, float *, float *),
+         (&v, &w, &f, &g, &h));
     CALL(void, KXVectorToEA, (const KXV3 *, float *, float *), (&v, &f, &g));
 }
 

@@ -3,8 +3,8 @@
  * each thread's own: all get what one thread alone gets, and ThreadSanitizer finds no write to what
  * they share. Without it a race spoils a result too seldom for this to be a test.
  */
-#include "catalogue.h"
-#include "corpus.h"
+#include "support/catalogue.h"
+#include "support/inputs.h"
 
 #include <doctest/doctest.h>
 
@@ -15,8 +15,8 @@
 #include <thread>
 #include <vector>
 
-using digest::Corpus;
-using digest::Digest;
+using test::Digest;
+using test::Inputs;
 
 namespace
 {
@@ -27,9 +27,10 @@ constexpr std::uint32_t points = 21;
 /** One argument: a word by value, or an array of records. */
 using Words = std::vector<std::uint32_t>;
 
-/** Makes the arguments of one function's calls. A triangle's vertices come with it, and behind it. */
+/** Makes the arguments of one function's calls. A triangle's vertices come with it, and behind it.
+ */
 struct Source {
-    Corpus corpus;
+    Inputs inputs;
     std::uint32_t word_limit;
     KXP3 vertices[4];
 
@@ -37,9 +38,11 @@ struct Source {
     Words argument(char letter)
     {
         if constexpr (std::is_same_v<Argument, float>) {
-            return {corpus.number_bits()};
+            return {inputs.number_bits()};
         } else if constexpr (std::is_same_v<Argument, std::uint32_t>) {
-            return {letter == '#' ? points : word_limit == 0 ? corpus.word() : corpus.below(word_limit)};
+            return {letter == '#'     ? points
+                    : word_limit == 0 ? inputs.word()
+                                      : inputs.below(word_limit)};
         } else {
             std::array<std::remove_const_t<std::remove_pointer_t<Argument>>, points> records;
             for (auto &record : records) {
@@ -55,11 +58,11 @@ struct Source {
     template <typename Record>
     void fill(Record *record)
     {
-        corpus.fill(record);
+        inputs.fill(record);
     }
     void fill(KXTriangle *triangle)
     {
-        corpus.fill(vertices, triangle);
+        inputs.fill(vertices, triangle);
     }
 };
 
@@ -89,31 +92,33 @@ template <typename Result, typename... Arguments, std::size_t... Place>
 Call call_of(const catalogue::Entry<Result (*)(Arguments...)> &entry, const std::string &seed,
              std::index_sequence<Place...>)
 {
-    Source source = {Corpus(seed.c_str()), entry.word_limit, {}};
-    source.corpus.next_kind();
+    Source source = {Inputs(seed.c_str()), entry.word_limit, {}};
+    source.inputs.next_kind();
     // The braces keep the order of the arguments.
-    const std::array<Words, sizeof...(Arguments)> shared{source.argument<Arguments>(entry.sharings[Place])...};
+    const std::array<Words, sizeof...(Arguments)> shared{
+        source.argument<Arguments>(entry.sharings[Place])...};
     return {entry.name, [shared, function = entry.function] {
-        std::array<Words, sizeof...(Arguments)> own;
-        Digest digest;
-        if constexpr (std::is_void_v<Result>) {
-            function(passed<Arguments>(shared[Place], own[Place])...);
-        } else {
-            digest.result(function(passed<Arguments>(shared[Place], own[Place])...));
-        }
-        for (const Words &words : own) {
-            for (const std::uint32_t word : words) {
-                digest.computed(word);
-            }
-        }
-        return digest.value();
-    }};
+                std::array<Words, sizeof...(Arguments)> own;
+                Digest digest;
+                if constexpr (std::is_void_v<Result>) {
+                    function(passed<Arguments>(shared[Place], own[Place])...);
+                } else {
+                    digest.result(function(passed<Arguments>(shared[Place], own[Place])...));
+                }
+                for (const Words &words : own) {
+                    for (const std::uint32_t word : words) {
+                        digest.computed(word);
+                    }
+                }
+                return digest.value();
+            }};
 }
 
 template <typename Result, typename... Arguments>
 Call call_of(const catalogue::Entry<Result (*)(Arguments...)> &entry, int number)
 {
-    return call_of(entry, entry.name + std::to_string(number), std::index_sequence_for<Arguments...>());
+    return call_of(entry, entry.name + std::to_string(number),
+                   std::index_sequence_for<Arguments...>());
 }
 
 std::vector<std::uint64_t> made(const std::vector<Call> &calls)
@@ -133,7 +138,8 @@ TEST_CASE("Any function may run on any thread")
     // what another has just called: ThreadSanitizer remembers only so much.
     std::vector<Call> calls;
     for (int i = 0; i < 200; ++i) {
-        catalogue::for_every_function([&](const auto &entry) { calls.push_back(call_of(entry, i)); });
+        catalogue::for_every_function(
+            [&](const auto &entry) { calls.push_back(call_of(entry, i)); });
     }
 
     // The threads come first: what a first call might prepare is not yet there.
@@ -154,7 +160,8 @@ TEST_CASE("Any function may run on any thread")
     const std::vector<std::uint64_t> alone = made(calls);
     for (const auto &digests : together) {
         for (std::size_t i = 0; i < calls.size(); ++i) {
-            CHECK_MESSAGE(digests[i] == alone[i], calls[i].name, ": another result among threads than alone");
+            CHECK_MESSAGE(digests[i] == alone[i], calls[i].name,
+                          ": another result among threads than alone");
         }
     }
 }

@@ -9,7 +9,8 @@ static constexpr float quarter_turn = 1.5707964f;
 static constexpr float half_turn = 3.1415927f;
 
 /** Both outputs, each alone, and neither. */
-static void check_components(const char *label, const KXM4 &m, const KXPosition &position, const KXV3 &scale)
+static void check_components(const char *label, const KXM4 &m, const KXPosition &position,
+                             const KXV3 &scale)
 {
     Guarded<KXPosition> both, alone;
     Guarded<KXV3> both_scale, alone_scale;
@@ -25,72 +26,86 @@ static void check_components(const char *label, const KXM4 &m, const KXPosition 
 
 TEST_CASE("KXM4MatrixComponents to the bit")
 {
-    constexpr float t = tolerance, a = above_tolerance, b = 0x1.0c6f78p-20f, q = quarter_turn, h = half_turn;
-    struct Row { const char *label; KXM4 m; KXPosition position; KXV3 scale; };
-    const Row rows[] = {
-        {"the determinant a single, of the whole matrix, and at the tolerance no mirror",
-         {{{-1.03125f, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, 0x1.044d12p-20f}}},
-         {5, 6, 7, -0.0f, 0, -h}, {1.03125f, 1, 1}},
-        {"the header's example: a column of length 2",
-         {{{0, -2, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, 0, q}, {1, 2, 1}},
-        {"a mirror by the next single",
-         {{{-1, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, a}}}, {5, 6, 7, -0.0f, 0, -0.0f}, {-1, 1, 1}},
-        {"m12 of 1 - 2^-20 is a quarter turn about X",
-         {{{1, -0.0f, 0, 0}, {0, 0x1.6a09ep-10f, -0x1.ffffep-1f, 0}, {0, 0x1.ffffep-1f, 0x1.6a09ep-10f, 0}, {0, 0, 0, 1}}},
-         {0, 0, 0, q, 0, -0.0f}, {1, 1, 1}},
-        {"the next single below it is none",
-         {{{1, 0, 0, 0}, {0, 0x1.752e4ap-10f, 0x1.ffffdep-1f, 0}, {0, -0x1.ffffdep-1f, 0x1.752e4ap-10f, 0}, {0, 0, 0, 1}}},
-         {0, 0, 0, -1.56937277f, 0, -0.0f}, {1, 1, 1}},
-        {"m22 at the tolerance; no rest about Z below it",
-         {{{0, 0, -1, 0}, {1, 1, 0, 0}, {0, b, -t, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, -1.57079732f, 0}, {1, 1, 1}},
-        {"m22 just below it; a rest about Z at it",
-         {{{0, 0, -1, 0}, {1, 1, 0, 0}, {0, -t, b, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, -q, q}, {1, 1, 1}},
-        {"m02 at the tolerance; a just below it",
-         {{{0, 0, -t, 0}, {1, 0, 1, 0}, {b, 1, 0, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -q, -q, -q}, {1, 1, 1}},
-        {"m02 just below it; a at it",
-         {{{-t, -1, b, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -q, 0, 1.5707953f}, {-1, 1, 1}},
-        {"all roundings of a mirror; its element with its own sign",
-         {{{8, 5, -3, 5}, {-9, 3, 5, -6}, {-3, 9, -6, -3}, {0, 0, 0, 1}}},
-         {5, -6, -3, -0.640522301f, -2.67794514f, 0.060830716f}, {-12.4096737f, 10.7238054f, 8.36660004f}},
-        {"nothing", {{{0}}}, {0, 0, 0, -0.0f, 0, 0}, {0, 0, 0}},
-    };
-    for (const Row &row : rows) {
-        check_components(row.label, row.m, row.position, row.scale);
-    }
+    constexpr float t = tolerance, a = above_tolerance, b = 0x1.0c6f78p-20f, q = quarter_turn,
+                    h = half_turn;
+    const auto check = [](const char *label, const KXM4 &m, const KXPosition &position,
+                          const KXV3 &scale) { check_components(label, m, position, scale); };
+    check("the determinant a single, of the whole matrix, and at the tolerance no mirror",
+          {{{-1.03125f, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, 0x1.044d12p-20f}}},
+          {5, 6, 7, -0.0f, 0, -h}, {1.03125f, 1, 1});
+    check("the header's example: a column of length 2",
+          {{{0, -2, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, 0, q},
+          {1, 2, 1});
+    check("a mirror by the next single",
+          {{{-1, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, a}}}, {5, 6, 7, -0.0f, 0, -0.0f},
+          {-1, 1, 1});
+    check("m12 of 1 - 2^-20 is a quarter turn about X",
+          {{{1, -0.0f, 0, 0},
+            {0, 0x1.6a09ep-10f, -0x1.ffffep-1f, 0},
+            {0, 0x1.ffffep-1f, 0x1.6a09ep-10f, 0},
+            {0, 0, 0, 1}}},
+          {0, 0, 0, q, 0, -0.0f}, {1, 1, 1});
+    check("the next single below it is none",
+          {{{1, 0, 0, 0},
+            {0, 0x1.752e4ap-10f, 0x1.ffffdep-1f, 0},
+            {0, -0x1.ffffdep-1f, 0x1.752e4ap-10f, 0},
+            {0, 0, 0, 1}}},
+          {0, 0, 0, -1.56937277f, 0, -0.0f}, {1, 1, 1});
+    check("m22 at the tolerance; no rest about Z below it",
+          {{{0, 0, -1, 0}, {1, 1, 0, 0}, {0, b, -t, 0}, {0, 0, 0, 1}}},
+          {0, 0, 0, -0.0f, -1.57079732f, 0}, {1, 1, 1});
+    check("m22 just below it; a rest about Z at it",
+          {{{0, 0, -1, 0}, {1, 1, 0, 0}, {0, -t, b, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -0.0f, -q, q},
+          {1, 1, 1});
+    check("m02 at the tolerance; a just below it",
+          {{{0, 0, -t, 0}, {1, 0, 1, 0}, {b, 1, 0, 0}, {0, 0, 0, 1}}}, {0, 0, 0, -q, -q, -q},
+          {1, 1, 1});
+    check("m02 just below it; a at it",
+          {{{-t, -1, b, 0}, {0, 0, 1, 0}, {1, 0, 0, 0}, {0, 0, 0, 1}}},
+          {0, 0, 0, -q, 0, 1.5707953f}, {-1, 1, 1});
+    check("all roundings of a mirror; its element with its own sign",
+          {{{8, 5, -3, 5}, {-9, 3, 5, -6}, {-3, 9, -6, -3}, {0, 0, 0, 1}}},
+          {5, -6, -3, -0.640522301f, -2.67794514f, 0.060830716f},
+          {-12.4096737f, 10.7238054f, 8.36660004f});
+    check("nothing", {{{0}}}, {0, 0, 0, -0.0f, 0, 0}, {0, 0, 0});
 }
 
 TEST_CASE("KXM3MatrixComponents to the bit")
 {
     constexpr float t = tolerance, a = above_tolerance, b = 0x1.0c6f78p-20f, q = quarter_turn;
-    struct Outputs { KXP2 position; float angle, scale_x, scale_y; };
-    struct Row { const char *label; KXM3 m; Outputs wanted; };
-    const Row rows[] = {
-        {"the determinant a single, of the whole matrix, and at the tolerance no mirror",
-         {{{0, 1.03125f, 5}, {1, 0, 6}, {0, 0, 0x1.044d12p-20f}}}, {{5, 6}, -q, 1, 1.03125f}},
-        {"a mirror by the next single; m00 above the tolerance",
-         {{{a, 1, 5}, {1, -a, 6}, {0, 0, a}}}, {{5, 6}, -1.57079732f, -1, 1}},
-        {"m00, m01 and a length at the tolerance", {{{t, -t, 0}, {0, 1, 0}, {0, 0, 1}}}, {{0, 0}, q, t, 1}},
-        {"m01 just below it", {{{-t, b, 0}, {1, 1, 0}, {0, 0, 1}}}, {{0, 0}, 0, -1, 1}},
-        {"a length between the single 1e-6 and the decimal", {{{t, 0, 0}, {1e-11f, 1, 0}, {0, 0, 1}}}, {{0, 0}, -0.0f, t, 1}},
-        {"neither the length nor the reciprocal single; no third row in the lengths",
-         {{{-7.6f, 1.1f, -4.6f}, {4.7f, -5.7f, -1.3f}, {-2.4f, 6.9f, 2.1f}}}, {{-4.6f, -1.3f}, -0.219212845f, -8.93588257f, 5.80517006f}},
+    struct Outputs {
+        KXP2 position;
+        float angle, scale_x, scale_y;
     };
-    for (const Row &row : rows) {
+    const auto check = [](const char *label, const KXM3 &m, const Outputs &outputs) {
         // All outputs, and then without each of them.
         for (int missing = -1; missing < 4; ++missing) {
             Guarded<Outputs> out;
             Outputs &o = out.record;
-            KXM3MatrixComponents(&row.m, missing == 0 ? nullptr : &o.position, missing == 1 ? nullptr : &o.angle,
-                                 missing == 2 ? nullptr : &o.scale_x, missing == 3 ? nullptr : &o.scale_y);
-            auto wanted = bits_as<Words<Outputs>>(row.wanted);
+            KXM3MatrixComponents(
+                &m, missing == 0 ? nullptr : &o.position, missing == 1 ? nullptr : &o.angle,
+                missing == 2 ? nullptr : &o.scale_x, missing == 3 ? nullptr : &o.scale_y);
+            auto wanted = bits_as<Words<Outputs>>(outputs);
             if (missing == 0) {
                 wanted[0] = wanted[1] = marker;
             } else if (missing > 0) {
                 wanted[static_cast<std::size_t>(missing) + 1] = marker;
             }
-            out.check(row.label, bits_as<Outputs>(wanted));
+            out.check(label, bits_as<Outputs>(wanted));
         }
-    }
+    };
+    check("the determinant a single, of the whole matrix, and at the tolerance no mirror",
+          {{{0, 1.03125f, 5}, {1, 0, 6}, {0, 0, 0x1.044d12p-20f}}}, {{5, 6}, -q, 1, 1.03125f});
+    check("a mirror by the next single; m00 above the tolerance",
+          {{{a, 1, 5}, {1, -a, 6}, {0, 0, a}}}, {{5, 6}, -1.57079732f, -1, 1});
+    check("m00, m01 and a length at the tolerance", {{{t, -t, 0}, {0, 1, 0}, {0, 0, 1}}},
+          {{0, 0}, q, t, 1});
+    check("m01 just below it", {{{-t, b, 0}, {1, 1, 0}, {0, 0, 1}}}, {{0, 0}, 0, -1, 1});
+    check("a length between the single 1e-6 and the decimal",
+          {{{t, 0, 0}, {1e-11f, 1, 0}, {0, 0, 1}}}, {{0, 0}, -0.0f, t, 1});
+    check("neither the length nor the reciprocal single; no third row in the lengths",
+          {{{-7.6f, 1.1f, -4.6f}, {4.7f, -5.7f, -1.3f}, {-2.4f, 6.9f, 2.1f}}},
+          {{-4.6f, -1.3f}, -0.219212845f, -8.93588257f, 5.80517006f});
 }
 
 TEST_CASE("The header's example of angles: an order has one reading")
@@ -101,7 +116,8 @@ TEST_CASE("The header's example of angles: an order has one reading")
     KXM4Orientation(&m, nullptr, 0.3f, 0.4f, 0.5f, KX_ORDER_XYZ);
     CHECK(KXM4Decompose(&m, &rows) == 0);
     KXM4MatrixComponents(&m, &columns, nullptr);
-    const float read[6] = {rows.rotateX, rows.rotateY, rows.rotateZ, columns.rotateX, columns.rotateY, columns.rotateZ};
+    const float read[6] = {rows.rotateX,    rows.rotateY,    rows.rotateZ,
+                           columns.rotateX, columns.rotateY, columns.rotateZ};
     const float wanted[6] = {0.3f, 0.4f, 0.5f, 0.27567f, 0.41665f, 0.61988f};
     for (int i = 0; i < 6; ++i) {
         CHECK(read[i] == doctest::Approx(wanted[i]).epsilon(1e-5));
@@ -124,7 +140,8 @@ TEST_CASE("What is placed comes back, mirrored or not")
     for (int i = 0; i < 20000; ++i) {
         const auto length = [&random] { return 0.5f + std::fabs(random(2)); };
         const float mirror = i % 2 == 0 ? 1.0f : -1.0f;
-        const KXPosition position = {random(9), random(9), random(9), random(1.55f), random(3.1f), random(3.1f)};
+        const KXPosition position = {random(9),     random(9),    random(9),
+                                     random(1.55f), random(3.1f), random(3.1f)};
         const KXV3 scale = {mirror * length(), length(), length()};
         const KXM4 m = built(position, scale);
         KXPosition read;
@@ -132,7 +149,8 @@ TEST_CASE("What is placed comes back, mirrored or not")
         KXM4MatrixComponents(&m, &read, &read_scale);
         // The X rotation is an arcsine, and where it loses the other two are next to each other.
         const double slack = 5e-7 / std::cos(static_cast<double>(position.rotateX));
-        const auto wanted = bits_as<std::array<float, 6>>(position), got = bits_as<std::array<float, 6>>(read);
+        const auto wanted = bits_as<std::array<float, 6>>(position),
+                   got = bits_as<std::array<float, 6>>(read);
         for (std::size_t k = 0; k < 6; ++k) {
             CHECK(std::fabs(wanted[k] - got[k]) <= (k < 3 ? 0.0 : slack));
         }
@@ -140,7 +158,8 @@ TEST_CASE("What is placed comes back, mirrored or not")
         CHECK(std::fabs(read_scale.y - scale.y) <= 5e-7f);
         CHECK(std::fabs(read_scale.z - scale.z) <= 5e-7f);
 
-        // Any angles build the same matrix again; on the quarter turn about X itself nothing is lost.
+        // Any angles build the same matrix again; on the quarter turn about X itself nothing is
+        // lost.
         KXPosition any = {random(9), random(9), random(9), random(7), random(7), random(7)};
         const float loss = std::max(std::fabs(std::cos(any.rotateX)), 1e-3f);
         const bool quarter = i % 5 == 0;
@@ -149,7 +168,8 @@ TEST_CASE("What is placed comes back, mirrored or not")
         KXM4MatrixComponents(&first, &read, &read_scale);
         const KXM4 again = built(read, read_scale);
         for (int e = 0; e < 16; ++e) {
-            CHECK(std::fabs(first.m[e / 4][e % 4] - again.m[e / 4][e % 4]) <= (quarter ? 2e-6f : 4e-6f / loss));
+            CHECK(std::fabs(first.m[e / 4][e % 4] - again.m[e / 4][e % 4]) <=
+                  (quarter ? 2e-6f : 4e-6f / loss));
         }
     }
 }

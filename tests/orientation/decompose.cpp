@@ -10,105 +10,123 @@ static constexpr float quarter_turn = 1.5707964f;
 static constexpr float half_turn = 3.1415927f;
 
 /** Matrix and components apart, and in the same sixteen floats. */
-static void check_decomposed(const char *label, const KXM4 &m, std::int32_t status, const KXComponents &wanted)
+static void check_decomposed(const char *label, const KXM4 &m, std::int32_t status,
+                             const KXComponents &wanted)
 {
     Guarded<KXComponents> apart, shared;
     CHECK_MESSAGE(KXM4Decompose(&m, &apart.record) == status, label);
     apart.check(label, wanted);
     shared.record = bits_as<KXComponents>(m);
     CHECK(KXM4Decompose(reinterpret_cast<const KXM4 *>(&shared.record), &shared.record) == status);
-    shared.check(std::string(label) + ", in place", status == 0 ? wanted : bits_as<KXComponents>(m));
+    shared.check(std::string(label) + ", in place",
+                 status == 0 ? wanted : bits_as<KXComponents>(m));
 }
 
 /** Each row is there for the roundings and comparisons that it names. */
 TEST_CASE("KXM4Decompose to the bit")
 {
     constexpr float t = tolerance, b = below_tolerance, q = quarter_turn, h = half_turn;
-    struct Row { const char *label; KXM4 m; KXComponents wanted; };
-    const Row rows[] = {
-        {"every element, dot product and row single; lengths not; Q and not its transpose; a mirror",
-         {{{8, -3, -7, -4}, {8, 4, -2, -2}, {-6, -7, 7, 2}, {-0.375f, 0.875f, -0.125f, -3}}},
-         {-3.68178701f, -2.31648874f, -2.03232527f, 0.859829903f, -1.12854588f, -1.1537503f, -0.338849276f, -0.686391771f,
-          0.358770698f, 1.33333337f, 0.666666687f, -0.666666687f, 0.384081215f, -0.07318376f, -0.0475427508f, 1}},
-        {"the third length not rounded; the last row no part of the determinant; r3 of 0",
-         {{{-4, 4, -9, 0}, {-4, 2, 4, 6}, {-7, 8, -4, 3}, {-4, 4, -9, 0}}},
-         {10.630146f, 5.89284849f, 2.33071065f, -0.19156523f, 3.87474942f, 2.78092527f, -1.32844317f, -1.00965583f, -2.3561945f,
-          0, 6, 3, -2.53424668f, -3.28767133f, 0.10958904f, 0}},
-        {"the header's example: a row of length 2",
-         {{{0, -2, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, {2, 1, 1, 0, 0, 0, -0.0f, 0, q, 0, 0, 0, 0, 0, 0, 1}},
-        {"m33 at the tolerance; perspective judged after the division",
-         {{{-t, 0, 0, 0}, {0, -t, 0, 0}, {0, 0, -t, 0}, {-t / 2, 0, 0, -t}}},
-         {1, 1, 1, 0, 0, 0, -0.0f, -0.0f, 0, -0.0f, -0.0f, -0.0f, 0.5f, 0, 0, 1}},
-        {"the last row just below the tolerance, all of it",
-         {{{1, 0, 0, 4}, {0, 1, 0, 5}, {0, 0, 1, 6}, {b, -b, b, -b}}},
-         {1, 1, 1, 0, 0, 0, -0.0f, 0, -0.0f, 4, 5, 6, 0, 0, 0, 1}},
-        {"a quarter turn about Y; m31 at the tolerance",
-         {{{0, 0, 1, 0}, {0.6f, 0.8f, 0, 0}, {-0.8f, 0.6f, 0, 0}, {0, -t, 0, 1}}},
-         {1, 1, 1, 0, 0, 0, 0.643501103f, q, 0, 0, 0, 0, -6.00000021e-07f, -8.00000009e-07f, 0, 1}},
-        {"a quarter turn about Y back; m32 at the tolerance",
-         {{{0, 0, -1, 0}, {0.6f, 0.8f, 0, 0}, {0.8f, -0.6f, 0, 0}, {0, 0, -t, 1}}},
-         {1, 1, 1, 0, 0, 0, -0.643501103f, -q, 0, 0, 0, 0, -8.00000009e-07f, 6.00000021e-07f, 0, 1}},
-        {"a single short of a quarter turn; m30 at the tolerance",
-         {{{-0x1.6a09e6p-12f, 0, 0x1.fffffep-1f, 0}, {0, 1, 0, 0}, {-0x1.fffffep-1f, 0, -0x1.6a09e6p-12f, 0}, {-t, 0, 0, 1}}},
-         {1, 1, 1, 0, 0, 0, -h, 1.57045102f, -h, 0, 0, 0, 0x1.7ba004p-32f, 0, -0x1.0c6f78p-20f, 1}},
-        {"m31 alone at the tolerance", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, t, 0, 1}}},
-         {1, 1, 1, 0, 0, 0, -0.0f, 0, -0.0f, 0, 0, 0, 0, t, 0, 1}},
-        {"dot products from left to right", {{{-2, -2, 3, 0}, {4, -8, 3, 0}, {-6, -6, 3, 0}, {0, 0, 0, 1}}},
-         {-4.12310553f, -8.48528099f, -4.11596632f, 0.485912651f, 1.94454348f, -3.60150729e-11f, 7.65320377e-11f, -0.814826965f,
-          -0.785398185f, 0, 0, 0, 0, 0, 0, 1}},
-        {"a mirror whose triple product no single holds",
-         {{{-0x1p-55f, 0, 0, 0}, {0, 0x1p-55f, 0, 0}, {0, 0, 0x1p-55f, 0}, {0, 0, 0, 1}}},
-         {-0x1p-55f, -0x1p-55f, -0x1p-55f, 0, 0, 0, h, -0.0f, 0, 0, 0, 0, 0, 0, 0, 1}},
-        {"rows too short to be made unit; a triple product of 0 is no mirror",
-         {{{-0x1p-76f, 0, 0, 0}, {0, 0x1p-76f, 0, 0}, {0, 0, 0x1p-76f, 0}, {0, 0, 0, 1}}},
-         {0x1p-76f, 0x1p-76f, 0x1p-76f, 0, 0, 0, -0.0f, 0, -h, 0, 0, 0, 0, 0, 0, 1}},
+    const auto check = [](const char *label, const KXM4 &m, const KXComponents &wanted) {
+        check_decomposed(label, m, 0, wanted);
     };
-    for (const Row &row : rows) {
-        check_decomposed(row.label, row.m, 0, row.wanted);
-    }
+    check(
+        "every element, dot product and row single; lengths not; Q and not its transpose; a mirror",
+        {{{8, -3, -7, -4}, {8, 4, -2, -2}, {-6, -7, 7, 2}, {-0.375f, 0.875f, -0.125f, -3}}},
+        {-3.68178701f, -2.31648874f, -2.03232527f, 0.859829903f, -1.12854588f, -1.1537503f,
+         -0.338849276f, -0.686391771f, 0.358770698f, 1.33333337f, 0.666666687f, -0.666666687f,
+         0.384081215f, -0.07318376f, -0.0475427508f, 1});
+    check("the third length not rounded; the last row no part of the determinant; r3 of 0",
+          {{{-4, 4, -9, 0}, {-4, 2, 4, 6}, {-7, 8, -4, 3}, {-4, 4, -9, 0}}},
+          {10.630146f, 5.89284849f, 2.33071065f, -0.19156523f, 3.87474942f, 2.78092527f,
+           -1.32844317f, -1.00965583f, -2.3561945f, 0, 6, 3, -2.53424668f, -3.28767133f,
+           0.10958904f, 0});
+    check("the header's example: a row of length 2",
+          {{{0, -2, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
+          {2, 1, 1, 0, 0, 0, -0.0f, 0, q, 0, 0, 0, 0, 0, 0, 1});
+    check("m33 at the tolerance; perspective judged after the division",
+          {{{-t, 0, 0, 0}, {0, -t, 0, 0}, {0, 0, -t, 0}, {-t / 2, 0, 0, -t}}},
+          {1, 1, 1, 0, 0, 0, -0.0f, -0.0f, 0, -0.0f, -0.0f, -0.0f, 0.5f, 0, 0, 1});
+    check("the last row just below the tolerance, all of it",
+          {{{1, 0, 0, 4}, {0, 1, 0, 5}, {0, 0, 1, 6}, {b, -b, b, -b}}},
+          {1, 1, 1, 0, 0, 0, -0.0f, 0, -0.0f, 4, 5, 6, 0, 0, 0, 1});
+    check(
+        "a quarter turn about Y; m31 at the tolerance",
+        {{{0, 0, 1, 0}, {0.6f, 0.8f, 0, 0}, {-0.8f, 0.6f, 0, 0}, {0, -t, 0, 1}}},
+        {1, 1, 1, 0, 0, 0, 0.643501103f, q, 0, 0, 0, 0, -6.00000021e-07f, -8.00000009e-07f, 0, 1});
+    check(
+        "a quarter turn about Y back; m32 at the tolerance",
+        {{{0, 0, -1, 0}, {0.6f, 0.8f, 0, 0}, {0.8f, -0.6f, 0, 0}, {0, 0, -t, 1}}},
+        {1, 1, 1, 0, 0, 0, -0.643501103f, -q, 0, 0, 0, 0, -8.00000009e-07f, 6.00000021e-07f, 0, 1});
+    check(
+        "a single short of a quarter turn; m30 at the tolerance",
+        {{{-0x1.6a09e6p-12f, 0, 0x1.fffffep-1f, 0},
+          {0, 1, 0, 0},
+          {-0x1.fffffep-1f, 0, -0x1.6a09e6p-12f, 0},
+          {-t, 0, 0, 1}}},
+        {1, 1, 1, 0, 0, 0, -h, 1.57045102f, -h, 0, 0, 0, 0x1.7ba004p-32f, 0, -0x1.0c6f78p-20f, 1});
+    check("m31 alone at the tolerance", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, t, 0, 1}}},
+          {1, 1, 1, 0, 0, 0, -0.0f, 0, -0.0f, 0, 0, 0, 0, t, 0, 1});
+    check("dot products from left to right",
+          {{{-2, -2, 3, 0}, {4, -8, 3, 0}, {-6, -6, 3, 0}, {0, 0, 0, 1}}},
+          {-4.12310553f, -8.48528099f, -4.11596632f, 0.485912651f, 1.94454348f, -3.60150729e-11f,
+           7.65320377e-11f, -0.814826965f, -0.785398185f, 0, 0, 0, 0, 0, 0, 1});
+    check("a mirror whose triple product no single holds",
+          {{{-0x1p-55f, 0, 0, 0}, {0, 0x1p-55f, 0, 0}, {0, 0, 0x1p-55f, 0}, {0, 0, 0, 1}}},
+          {-0x1p-55f, -0x1p-55f, -0x1p-55f, 0, 0, 0, h, -0.0f, 0, 0, 0, 0, 0, 0, 0, 1});
+    check("rows too short to be made unit; a triple product of 0 is no mirror",
+          {{{-0x1p-76f, 0, 0, 0}, {0, 0x1p-76f, 0, 0}, {0, 0, 0x1p-76f, 0}, {0, 0, 0, 1}}},
+          {0x1p-76f, 0x1p-76f, 0x1p-76f, 0, 0, 0, -0.0f, 0, -h, 0, 0, 0, 0, 0, 0, 1});
     check_decomposed("perspective, and a block that can't be inverted",
-                     {{{1, 1, 0x1.fffff6p-1f, 0}, {0x1.fffffep-1f, 1, 1, 0}, {0x1.fffffcp-1f, 0x1.fffffep-1f, 1, 0}, {0.5f, 0, 0, 1}}},
+                     {{{1, 1, 0x1.fffff6p-1f, 0},
+                       {0x1.fffffep-1f, 1, 1, 0},
+                       {0x1.fffffcp-1f, 0x1.fffffep-1f, 1, 0},
+                       {0.5f, 0, 0, 1}}},
                      1, marked<KXComponents>());
-    check_decomposed("rows that depend on each other", {{{7, -3, 4, 0}, {4, 0, 4, 0}, {25, -9, 16, 0}, {0, 0, 0, 1}}}, 1,
+    check_decomposed("rows that depend on each other",
+                     {{{7, -3, 4, 0}, {4, 0, 4, 0}, {25, -9, 16, 0}, {0, 0, 0, 1}}}, 1,
                      marked<KXComponents>());
 }
 
 TEST_CASE("KXM4Compose to the bit")
 {
     constexpr float q = quarter_turn;
-    struct Row { const char *label; KXComponents components; KXM4 wanted; };
-    const Row rows[] = {
-        {"sines, cosines and products single; shear and perspective not read",
-         {0, 4, -3, -2, 2, -7, 0.125f, -2.5f, 0.375f, -7, 0, -9, -7, -5, 0, -4},
-         {{{0, 0, 0, -7}, {1.17594218f, 3.80230665f, 0.399529427f, 0}, {-1.79460835f, 0.304448456f, 2.3846786f, -9}, {0, 0, 0, 1}}}},
-        {"nothing snaps to 0",
-         {-1, 2, 3, 0, 0, 0, q, q, q, 1, 2, 3, 0, 0, 0, 0},
-         {{{-0x1.135bdap-49f, -0x1.777a5cp-25f, -1, 1}, {-0x1.777a5cp-23f, -2, 0x1.777a5cp-24f, 2},
-           {3, -0x1.199bc4p-22f, 0x1.9d09c8p-48f, 3}, {0, 0, 0, 1}}}},
-    };
-    for (const Row &row : rows) {
+    const auto check = [](const char *label, const KXComponents &components, const KXM4 &wanted) {
         Guarded<KXM4> apart, shared;
-        KXM4Compose(&apart.record, &row.components);
-        apart.check(row.label, row.wanted);
-        shared.record = bits_as<KXM4>(row.components);
+        KXM4Compose(&apart.record, &components);
+        apart.check(label, wanted);
+        shared.record = bits_as<KXM4>(components);
         KXM4Compose(&shared.record, reinterpret_cast<const KXComponents *>(&shared.record));
-        shared.check(row.label, row.wanted);
-    }
+        shared.check(label, wanted);
+    };
+    check("sines, cosines and products single; shear and perspective not read",
+          {0, 4, -3, -2, 2, -7, 0.125f, -2.5f, 0.375f, -7, 0, -9, -7, -5, 0, -4},
+          {{{0, 0, 0, -7},
+            {1.17594218f, 3.80230665f, 0.399529427f, 0},
+            {-1.79460835f, 0.304448456f, 2.3846786f, -9},
+            {0, 0, 0, 1}}});
+    check("nothing snaps to 0", {-1, 2, 3, 0, 0, 0, q, q, q, 1, 2, 3, 0, 0, 0, 0},
+          {{{-0x1.135bdap-49f, -0x1.777a5cp-25f, -1, 1},
+            {-0x1.777a5cp-23f, -2, 0x1.777a5cp-24f, 2},
+            {3, -0x1.199bc4p-22f, 0x1.9d09c8p-48f, 3},
+            {0, 0, 0, 1}}});
 }
 
 TEST_CASE("The forms for the plane")
 {
     Guarded<KXComponents> parts, refused;
-    const KXM3 m = {{{1, 0, 4}, {0.5f, 1, 5}, {0.3f, 0.4f, 2}}}, singular = {{{1, 2, 0}, {2, 4, 0}, {0, 0, 1}}};
+    const KXM3 m = {{{1, 0, 4}, {0.5f, 1, 5}, {0.3f, 0.4f, 2}}},
+               singular = {{{1, 2, 0}, {2, 4, 0}, {0, 0, 1}}};
     CHECK(KXM3Decompose(&m, &parts.record) == 0);
-    parts.check("the last row is not read", {1, 1, 1, 0.5f, 0, 0, -0.0f, 0, -0.0f, 4, 5, 0, 0, 0, 0, 1});
+    parts.check("the last row is not read",
+                {1, 1, 1, 0.5f, 0, 0, -0.0f, 0, -0.0f, 4, 5, 0, 0, 0, 0, 1});
     CHECK(KXM3Decompose(&singular, &refused.record) == 1);
     refused.check("singular", marked<KXComponents>());
 
     Guarded<KXM3> out;
     const KXComponents components = {2, 3, 7, 5, 6, 7, 1, 2, 0.75f, 4, 5, 6, 1, 2, 3, 4};
     KXM3Compose(&out.record, &components);
-    out.check("five fields are read", {{{1.46337771f, -1.36327755f, 4}, {2.04491639f, 2.19506645f, 5}, {0, 0, 1}}});
+    out.check("five fields are read",
+              {{{1.46337771f, -1.36327755f, 4}, {2.04491639f, 2.19506645f, 5}, {0, 0, 1}}});
 }
 
 /** Composes what was read off m and compares; `allowed` is relative to the largest element. */
@@ -119,9 +137,11 @@ static void check_round_trip(const std::string &label, const KXM4 &m, float allo
     CHECK(KXM4Decompose(&m, &parts) == 0);
     KXM4Compose(&again, &parts);
     const auto *from = &m.m[0][0], *to = &again.m[0][0];
-    const float largest = std::fabs(*std::max_element(from, from + 16, [](float a, float b) { return std::fabs(a) < std::fabs(b); }));
+    const float largest = std::fabs(*std::max_element(
+        from, from + 16, [](float a, float b) { return std::fabs(a) < std::fabs(b); }));
     for (int i = 0; i < 16; ++i) {
-        CHECK_MESSAGE(std::fabs(from[i] - to[i]) <= allowed * largest, label, ", element ", i, ": ", from[i], ", again ", to[i]);
+        CHECK_MESSAGE(std::fabs(from[i] - to[i]) <= allowed * largest, label, ", element ", i, ": ",
+                      from[i], ", again ", to[i]);
     }
 }
 
@@ -129,8 +149,12 @@ TEST_CASE("What is composed comes back")
 {
     Random random;
     for (int i = 0; i < 20000; ++i) {
-        const auto scale = [&random] { return std::copysign(0.5f + std::fabs(random(2)), random(1)); };
-        const KXComponents parts = {scale(), scale(), scale(), 0, 0, 0, random(4), random(4), random(4), random(9), random(9), random(9), 0, 0, 0, 1};
+        const auto scale = [&random] {
+            return std::copysign(0.5f + std::fabs(random(2)), random(1));
+        };
+        const KXComponents parts = {
+            scale(),   scale(),   scale(),   0,         0, 0, random(4), random(4),
+            random(4), random(9), random(9), random(9), 0, 0, 0,         1};
         KXM4 m;
         KXM4Compose(&m, &parts);
         // rotateY is an arcsine: the nearer to a quarter turn, the less of it is in the matrix.

@@ -18,15 +18,16 @@ static KXM4 axis_rotation(char axis, double angle, float direction)
     const float c = snapped(std::cos(angle));
     const float s = snapped(std::sin(angle)) * direction;
     KXM4 m;
-    (axis == 'X' ? KXM4RotateX2 : axis == 'Y' ? KXM4RotateY2
-                                              : KXM4RotateZ2)(c, s, &m);
+    (axis == 'X' ? KXM4RotateX2 : axis == 'Y' ? KXM4RotateY2 : KXM4RotateZ2)(c, s, &m);
     return m;
 }
 
 /** left*(middle*right), with the letters of an order for the factors. */
 static KXM4 product(const std::string &letters, const float angles[3], float direction)
 {
-    const auto factor = [&](char axis) { return axis_rotation(axis, angles[axis - 'X'], direction); };
+    const auto factor = [&](char axis) {
+        return axis_rotation(axis, angles[axis - 'X'], direction);
+    };
     const KXM4 left = factor(letters[0]), middle = factor(letters[1]), right = factor(letters[2]);
     KXM4 inner, m = unit;
     KXM43Mult(&middle, &right, &inner);
@@ -36,7 +37,8 @@ static KXM4 product(const std::string &letters, const float angles[3], float dir
 
 /** Both outputs, each alone, one record for both, and neither. `build` takes the two outputs. */
 template <typename Build>
-static void check_outputs(const std::string &label, const KXM4 &forward, const KXM4 &back, Build build)
+static void check_outputs(const std::string &label, const KXM4 &forward, const KXM4 &back,
+                          Build build)
 {
     Guarded<KXM4> matrix, inverse, matrix_alone, inverse_alone, shared;
     build(&matrix.record, &inverse.record);
@@ -51,11 +53,12 @@ static void check_outputs(const std::string &label, const KXM4 &forward, const K
     build(nullptr, nullptr);
 }
 
-static void check_orientation(const std::string &label, float x, float y, float z, KXRotationOrder order, const KXM4 &forward,
-                              const KXM4 &back)
+static void check_orientation(const std::string &label, float x, float y, float z,
+                              KXRotationOrder order, const KXM4 &forward, const KXM4 &back)
 {
-    check_outputs(label, forward, back,
-                  [&](KXM4 *matrix, KXM4 *inverse) { KXM4Orientation(matrix, inverse, x, y, z, order); });
+    check_outputs(label, forward, back, [&](KXM4 *matrix, KXM4 *inverse) {
+        KXM4Orientation(matrix, inverse, x, y, z, order);
+    });
 }
 
 TEST_CASE("The six orders, each with its inverse")
@@ -63,12 +66,16 @@ TEST_CASE("The six orders, each with its inverse")
     Random random;
     for (int i = 0; i < 325; ++i) {
         // Any angles, and all combinations of quarter turns, where the signs of zeros show.
-        const auto quarters = [i](int place) { return 1.5707964f * static_cast<float>(i / place % 5 - 2); };
+        const auto quarters = [i](int place) {
+            return 1.5707964f * static_cast<float>(i / place % 5 - 2);
+        };
         const bool any = i >= 125;
-        const float angles[3] = {any ? random(7) : quarters(1), any ? random(7) : quarters(5), any ? random(7) : quarters(25)};
+        const float angles[3] = {any ? random(7) : quarters(1), any ? random(7) : quarters(5),
+                                 any ? random(7) : quarters(25)};
         for (KXRotationOrder order = 0; order < 6; ++order) {
             const std::string letters = orders[order];
-            check_orientation(letters, angles[0], angles[1], angles[2], order, product(letters, angles, 1),
+            check_orientation(letters, angles[0], angles[1], angles[2], order,
+                              product(letters, angles, 1),
                               product({letters.rbegin(), letters.rend()}, angles, -1));
         }
     }
@@ -99,7 +106,8 @@ TEST_CASE("Small sines and cosines snap to zero")
     forward.m[1][2] = back.m[2][1] = -survives;
     forward.m[2][1] = back.m[1][2] = survives;
     check_orientation("the single 1e-07", survives, 0, 0, KX_ORDER_XYZ, forward, back);
-    check_orientation("one step below", std::nextafter(survives, 0.0f), 0, 0, KX_ORDER_XYZ, unit, unit);
+    check_orientation("one step below", std::nextafter(survives, 0.0f), 0, 0, KX_ORDER_XYZ, unit,
+                      unit);
 
     const KXM4 no_turn = {{{1, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 1}}};
     for (const float angle : {not_a_number, infinity, -infinity}) {
@@ -135,24 +143,25 @@ TEST_CASE("KXM4Position")
 {
     const KXPosition still = {0, 0, 0, 0, 0, 0};
     const KXPosition turned = {10, 20, 30, static_cast<float>(1.5707963705062866), 0, 0};
-    struct Row { const char *label; KXPosition position; KXM4 forward, back; };
-    const Row rows[] = {
-        {"nothing", still, unit, {{{1, 0, 0, -0.0f}, {0, 1, 0, -0.0f}, {0, 0, 1, -0.0f}, {0, 0, 0, 1}}}},
-        {"turns first, moves after", turned, {{{1, 0, 0, 10}, {0, 0, -1, 20}, {0, 1, 0, 30}, {0, 0, 0, 1}}},
-         {{{1, 0, 0, -10}, {0, 0, 1, -30}, {0, -1, 0, 20}, {0, 0, 0, 1}}}},
-    };
-    for (const Row &row : rows) {
-        check_outputs(row.label, row.forward, row.back, [&row](KXM4 *matrix, KXM4 *inverse) {
-            KXM4Position(matrix, inverse, &row.position, KX_ORDER_XYZ);
+    const auto check = [](const char *label, const KXPosition &position, const KXM4 &forward,
+                          const KXM4 &back) {
+        check_outputs(label, forward, back, [&](KXM4 *matrix, KXM4 *inverse) {
+            KXM4Position(matrix, inverse, &position, KX_ORDER_XYZ);
         });
-    }
+    };
+    check("nothing", still, unit,
+          {{{1, 0, 0, -0.0f}, {0, 1, 0, -0.0f}, {0, 0, 1, -0.0f}, {0, 0, 0, 1}}});
+    check("turns first, moves after", turned,
+          {{{1, 0, 0, 10}, {0, 0, -1, 20}, {0, 1, 0, 30}, {0, 0, 0, 1}}},
+          {{{1, 0, 0, -10}, {0, 0, 1, -30}, {0, -1, 0, 20}, {0, 0, 0, 1}}});
 }
 
 TEST_CASE("The inverse undoes the placement")
 {
     Random random;
     for (int i = 0; i < 10000; ++i) {
-        const KXPosition position = {random(10), random(10), random(10), random(7), random(7), random(7)};
+        const KXPosition position = {random(10), random(10), random(10),
+                                     random(7),  random(7),  random(7)};
         KXM4 matrix, inverse, both;
         KXM4Position(&matrix, &inverse, &position, static_cast<KXRotationOrder>(i % 6));
         KXM4Mult(&inverse, &matrix, &both);

@@ -6,16 +6,15 @@ using namespace test;
 
 TEST_CASE("KXGenerateQuat")
 {
-    struct Row { const char *label; float angle; KXV3 axis; KXQuat wanted; };
-    const Row rows[] = {
-        {"sine and axis single", -0.125f, {-4, -6, 3}, {0.0319883861f, 0.0479825735f, -0.0239912868f, 0.998047531f}},
-        {"too short to be made unit", 1, {0, -tolerance, 0}, {0, -0x1.0163bep-21f, 0, 0.87758255f}},
-    };
-    for (const Row &row : rows) {
+    const auto check = [](const char *label, float angle, const KXV3 &axis, const KXQuat &wanted) {
         Guarded<KXQuat> quat;
-        KXGenerateQuat(row.angle, &row.axis, &quat.record);
-        quat.check(row.label, row.wanted);
-    }
+        KXGenerateQuat(angle, &axis, &quat.record);
+        quat.check(label, wanted);
+    };
+    check("sine and axis single", -0.125f, {-4, -6, 3},
+          {0.0319883861f, 0.0479825735f, -0.0239912868f, 0.998047531f});
+    check("too short to be made unit", 1, {0, -tolerance, 0},
+          {0, -0x1.0163bep-21f, 0, 0.87758255f});
     // The sense of rotation is that of the matrices.
     const KXV3 axes[3] = {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}};
     for (int axis = 0; axis < 3; ++axis) {
@@ -23,7 +22,8 @@ TEST_CASE("KXGenerateQuat")
         KXM4 turned, wanted;
         KXGenerateQuat(0.75f, &axes[axis], &quat);
         KXQuatToMatrix(&quat, &turned);
-        KXM4Orientation(&wanted, nullptr, axis == 0 ? 0.75f : 0, axis == 1 ? 0.75f : 0, axis == 2 ? 0.75f : 0, KX_ORDER_XYZ);
+        KXM4Orientation(&wanted, nullptr, axis == 0 ? 0.75f : 0, axis == 1 ? 0.75f : 0,
+                        axis == 2 ? 0.75f : 0, KX_ORDER_XYZ);
         for (int e = 0; e < 16; ++e) {
             CHECK(std::fabs(turned.m[e / 4][e % 4] - wanted.m[e / 4][e % 4]) <= 1.5e-7f);
         }
@@ -33,16 +33,21 @@ TEST_CASE("KXGenerateQuat")
 TEST_CASE("KXQuatToMatrix")
 {
     Guarded<KXM4> out, ordered, none;
-    const KXQuat quat = {-13, 11, 11, -9}, in_order = {-5.7f, 0.002f, 0x1.80886ep+2f, -1.9f}, zero = {0, 0, 0, 0};
+    const KXQuat quat = {-13, 11, 11, -9}, in_order = {-5.7f, 0.002f, 0x1.80886ep+2f, -1.9f},
+                 zero = {0, 0, 0, 0};
     KXQuatToMatrix(&quat, &out.record);
     out.check("eight products single, zz not",
-              {{{0x1.0a6828p-6f, -0x1.6e4f14p-3f, -0x1.f7acbep-1f, 0}, {-0x1.f7accp-1f, -0x1.6e4f16p-3f, 0x1.0a68p-6f, 0},
-                {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0}, {0, 0, 0, 1}}});
+              {{{0x1.0a6828p-6f, -0x1.6e4f14p-3f, -0x1.f7acbep-1f, 0},
+                {-0x1.f7accp-1f, -0x1.6e4f16p-3f, 0x1.0a68p-6f, 0},
+                {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0},
+                {0, 0, 0, 1}}});
 
     KXQuatToMatrix(&in_order, &ordered.record);
     ordered.check("squares from left to right",
-                  {{{0x1.25943ep-28f, 0x1.437e6ep-2f, -0x1.e5c79cp-1f, 0}, {-0x1.4423fep-2f, -0x1.cccccap-1f, -0x1.32dbf2p-2f, 0},
-                    {-0x1.e5ac04p-1f, 0x1.338a76p-2f, 0x1.999972p-4f, 0}, {0, 0, 0, 1}}});
+                  {{{0x1.25943ep-28f, 0x1.437e6ep-2f, -0x1.e5c79cp-1f, 0},
+                    {-0x1.4423fep-2f, -0x1.cccccap-1f, -0x1.32dbf2p-2f, 0},
+                    {-0x1.e5ac04p-1f, 0x1.338a76p-2f, 0x1.999972p-4f, 0},
+                    {0, 0, 0, 1}}});
     KXQuatToMatrix(&zero, &none.record);
     for (int e = 0; e < 9; ++e) {
         float &element = none.record.m[e / 3][e % 3];
@@ -54,25 +59,31 @@ TEST_CASE("KXQuatToMatrix")
 
 TEST_CASE("KXMatrixToQuat")
 {
-    struct Row { const char *label; KXM4 m; KXQuat wanted; };
-    const Row rows[] = {
-        {"a trace above 0",
-         {{{-0.857142866f, -0.857142866f, -4, 0}, {-0.142857149f, 1.14285719f, 0.428571433f, 0}, {6, -0.142857149f, 1, 0}, {0, 0, 0, 1}}},
-         {-0.188982233f, -3.30718923f, 0.236227795f, 0.755928934f}},
-        {"m22 the largest",
-         {{{-6, -0.571428597f, -1.14285719f, 0}, {7, 0.142857149f, 9, 0}, {-1, 0.428571433f, 4, 0}, {0, 0, 0, 1}}},
-         {-0.325166255f, 1.43073142f, 1.64750898f, 1.14892066f}},
-        {"a trace of 0, a tie, and a last row and column not read",
-         {{{0, 1, 2, 9}, {3, 0, 4, 9}, {6, 8, 0, 9}, {9, 9, 9, 9}}}, {0.5f, 2, 4, 2}},
-        {"a trace below 1, added from left to right", {{{0x1p30f, 1, 2, 0}, {3, 0.1f, 4, 0}, {-5, 6, -0x1p30f, 0}, {0, 0, 0, 1}}},
-         {0.95346266f, 3.3371191f, 0.95346266f, 0.524404407f}},
-        {"m11 equal to m22, below m01 and m10", {{{-3, 1.25f, 0.5f, 0}, {1.75f, 1, 2, 0}, {3, 4, 1, 0}, {0, 0, 0, 1}}}, {0.75f, 1, 1.5f, -0.625f}},
-    };
-    for (const Row &row : rows) {
+    const auto check = [](const char *label, const KXM4 &m, const KXQuat &wanted) {
         Guarded<KXQuat> quat;
-        KXMatrixToQuat(&row.m, &quat.record);
-        quat.check(row.label, row.wanted);
-    }
+        KXMatrixToQuat(&m, &quat.record);
+        quat.check(label, wanted);
+    };
+    check("a trace above 0",
+          {{{-0.857142866f, -0.857142866f, -4, 0},
+            {-0.142857149f, 1.14285719f, 0.428571433f, 0},
+            {6, -0.142857149f, 1, 0},
+            {0, 0, 0, 1}}},
+          {-0.188982233f, -3.30718923f, 0.236227795f, 0.755928934f});
+    check("m22 the largest",
+          {{{-6, -0.571428597f, -1.14285719f, 0},
+            {7, 0.142857149f, 9, 0},
+            {-1, 0.428571433f, 4, 0},
+            {0, 0, 0, 1}}},
+          {-0.325166255f, 1.43073142f, 1.64750898f, 1.14892066f});
+    check("a trace of 0, a tie, and a last row and column not read",
+          {{{0, 1, 2, 9}, {3, 0, 4, 9}, {6, 8, 0, 9}, {9, 9, 9, 9}}}, {0.5f, 2, 4, 2});
+    check("a trace below 1, added from left to right",
+          {{{0x1p30f, 1, 2, 0}, {3, 0.1f, 4, 0}, {-5, 6, -0x1p30f, 0}, {0, 0, 0, 1}}},
+          {0.95346266f, 3.3371191f, 0.95346266f, 0.524404407f});
+    check("m11 equal to m22, below m01 and m10",
+          {{{-3, 1.25f, 0.5f, 0}, {1.75f, 1, 2, 0}, {3, 4, 1, 0}, {0, 0, 0, 1}}},
+          {0.75f, 1, 1.5f, -0.625f});
 }
 
 TEST_CASE("A quaternion comes back through its matrix, or its negative")
@@ -87,7 +98,9 @@ TEST_CASE("A quaternion comes back through its matrix, or its negative")
         KXGenerateQuat(angle, &axis, &quat);
         KXQuatToMatrix(&quat, &m);
         KXMatrixToQuat(&m, &again);
-        const float sign = quat.x * again.x + quat.y * again.y + quat.z * again.z + quat.w * again.w < 0 ? -1.0f : 1.0f;
+        const float sign =
+            quat.x * again.x + quat.y * again.y + quat.z * again.z + quat.w * again.w < 0 ? -1.0f
+                                                                                          : 1.0f;
         CHECK(std::fabs(quat.x - sign * again.x) <= 5e-7f);
         CHECK(std::fabs(quat.y - sign * again.y) <= 5e-7f);
         CHECK(std::fabs(quat.z - sign * again.z) <= 5e-7f);

@@ -9,37 +9,32 @@ static constexpr double three_quarter_turn = 4.71238899230957;
 static constexpr double whole_turn = 6.2831854820251465;
 static constexpr double true_pi = 3.141592653589793;
 
+static const KXP3 origin = {0, 0, 0};
+
 TEST_CASE("KXRange")
 {
-    struct Row { const char *label; KXP3 first, second; double range; };
-    const Row rows[] = {
-        {"y plays no part", {3, 100, 4}, {0, -7, 0}, 5},
-        {"both differences stay wide", {-5, -9.3f, -2.1f}, {1.9f, 5.5f, 1.1f}, 7.6059186962009191},
-        {"no difference", {1, 2, 3}, {1, 5, 3}, 0},
+    const auto check = [](const char *label, const KXP3 &first, const KXP3 &second, double range) {
+        check_same(label, range, KXRange(&first, &second));
     };
-    for (const Row &row : rows) {
-        check_same(row.label, row.range, KXRange(&row.first, &row.second));
-    }
+    check("y plays no part", {3, 100, 4}, {0, -7, 0}, 5);
+    check("both differences stay wide", {-5, -9.3f, -2.1f}, {1.9f, 5.5f, 1.1f}, 7.6059186962009191);
+    check("no difference", {1, 2, 3}, {1, 5, 3}, 0);
 }
 
 TEST_CASE("KXBearing")
 {
-    struct Row { const char *label; KXP3 first; double bearing; };
-    const Row rows[] = {
-        {"along X", {1, 0, 0}, quarter_turn},
-        {"along -X", {-1, 0, 0}, three_quarter_turn},
-        {"along Z", {0, 0, 1}, 0},
-        {"along -Z", {0, 0, -1}, true_pi},
-        {"halfway", {1, 0, 1}, true_pi / 4},
-        {"wraps by the single 2pi", {-1, 0, 1}, whole_turn - true_pi / 4},
-        {"nothing on the ground", {0, 9, 0}, three_quarter_turn},
-        {"2pi itself", {-1e-30f, 0, 1}, whole_turn},
-        {"no tolerance along Z", {1, 0, 1e-30f}, 1.5707963267948966},
+    const auto check = [](const char *label, const KXP3 &first, double bearing) {
+        check_near(label, bearing, KXBearing(&first, &origin));
     };
-    const KXP3 origin = {0, 0, 0};
-    for (const Row &row : rows) {
-        check_near(row.label, row.bearing, KXBearing(&row.first, &origin));
-    }
+    check("along X", {1, 0, 0}, quarter_turn);
+    check("along -X", {-1, 0, 0}, three_quarter_turn);
+    check("along Z", {0, 0, 1}, 0);
+    check("along -Z", {0, 0, -1}, true_pi);
+    check("halfway", {1, 0, 1}, true_pi / 4);
+    check("wraps by the single 2pi", {-1, 0, 1}, whole_turn - true_pi / 4);
+    check("nothing on the ground", {0, 9, 0}, three_quarter_turn);
+    check("2pi itself", {-1e-30f, 0, 1}, whole_turn);
+    check("no tolerance along Z", {1, 0, 1e-30f}, 1.5707963267948966);
     const KXP3 left = {2, 0, 5}, right = {3, 0, 4};
     check_near("first minus second", whole_turn - true_pi / 4, KXBearing(&left, &right));
     const KXP3 first = {-1.1f, 0.3f, 8.2f}, second = {6.4f, -8.1f, -7.4f};
@@ -56,66 +51,64 @@ static void check_rea(const char *label, const KXP3 &from, const KXP3 &to, const
 
 TEST_CASE("KXPointsToREA and KXVectorToEA")
 {
-    struct Row { const char *label; KXP3 to; KXV3 rea; };
     const auto half_pi = static_cast<float>(quarter_turn);
     const auto pi = static_cast<float>(true_pi);
-    const Row rows[] = {
-        {"3 4 5", {3, 4, 0}, {5, 0.92729522f, half_pi}},
-        {"straight up", {0, 1, 0}, {1, half_pi, 0}},
-        {"straight down", {0, -1, 0}, {1, -half_pi, 0}},
-        {"behind", {0, 0, -1}, {1, 0, pi}},
-        {"left", {-1, 0, 0}, {1, 0, -half_pi}},
-        {"too near for angles", {5e-07f, 0, 0}, {5e-07f, 0, 0}},
-        {"as far as the tolerance", {tolerance, 0, 0}, {tolerance, 0, half_pi}},
-        {"the Z test comes first", {1e-07f, 1, 1e-07f}, {1, half_pi, half_pi}},
-        {"dz above the tolerance", {2e-06f, 1, 2e-06f}, {1, half_pi, 0.78539819f}},
-        {"dz equal to the tolerance", {1, 0, tolerance}, {1, 0, 1.5707953f}},
-        {"dz below the tolerance", {1, 0, -9e-07f}, {1, 0, half_pi}},
-        {"all zero", {0, 0, 0}, {0, 0, 0}},
-        {"a dx of -0 behind", {-0.0f, 0, -1}, {1, 0, -pi}},
-        {"a dy of -0", {0, -0.0f, 1}, {1, -0.0f, 0}},
-        {"r is compared before it is rounded", {0x1.0c6f78p-20f, 0x1.73a28ap-32f, 0}, {tolerance, 0, 0}},
-        {"r is divided by after it is rounded", {1, 4096, 0}, {4096, half_pi, half_pi}},
-        {"the squares are added z first", {3681, 0x1.cb258ap-1f, 0x1.3ac268p-2f}, {3681, 0x1.fee94ep-13f, 0x1.921a3cp+0f}},
-    };
-    const KXP3 origin = {0, 0, 0};
-    for (const Row &row : rows) {
-        check_rea(row.label, origin, row.to, row.rea);
+    const auto check = [](const char *label, const KXP3 &to, const KXV3 &rea) {
+        check_rea(label, origin, to, rea);
         Guarded<KXV3> ea;
-        KXVectorToEA(&row.to, &ea.record.y, &ea.record.z);
-        ea.check(row.label, {bits_as<float>(marker), row.rea.y, row.rea.z});
-    }
+        KXVectorToEA(&to, &ea.record.y, &ea.record.z);
+        ea.check(label, {bits_as<float>(marker), rea.y, rea.z});
+    };
+    check("3 4 5", {3, 4, 0}, {5, 0.92729522f, half_pi});
+    check("straight up", {0, 1, 0}, {1, half_pi, 0});
+    check("straight down", {0, -1, 0}, {1, -half_pi, 0});
+    check("behind", {0, 0, -1}, {1, 0, pi});
+    check("left", {-1, 0, 0}, {1, 0, -half_pi});
+    check("too near for angles", {5e-07f, 0, 0}, {5e-07f, 0, 0});
+    check("as far as the tolerance", {tolerance, 0, 0}, {tolerance, 0, half_pi});
+    check("the Z test comes first", {1e-07f, 1, 1e-07f}, {1, half_pi, half_pi});
+    check("dz above the tolerance", {2e-06f, 1, 2e-06f}, {1, half_pi, 0.78539819f});
+    check("dz equal to the tolerance", {1, 0, tolerance}, {1, 0, 1.5707953f});
+    check("dz below the tolerance", {1, 0, -9e-07f}, {1, 0, half_pi});
+    check("all zero", {0, 0, 0}, {0, 0, 0});
+    check("a dx of -0 behind", {-0.0f, 0, -1}, {1, 0, -pi});
+    check("a dy of -0", {0, -0.0f, 1}, {1, -0.0f, 0});
+    check("r is compared before it is rounded", {0x1.0c6f78p-20f, 0x1.73a28ap-32f, 0},
+          {tolerance, 0, 0});
+    check("r is divided by after it is rounded", {1, 4096, 0}, {4096, half_pi, half_pi});
+    check("the squares are added z first", {3681, 0x1.cb258ap-1f, 0x1.3ac268p-2f},
+          {3681, 0x1.fee94ep-13f, 0x1.921a3cp+0f});
     check_rea("second minus first", {1, 2, 3}, {1, 2, 5}, {2, 0, 0});
     check_rea("dx is single", {-1, 0, 0}, {0x1p24f, 8, 0}, {0x1p24f, 0x1p-21f, half_pi});
     check_rea("dy is single", {0, -1, 0}, {8, 0x1p24f, 0}, {0x1p24f, half_pi, half_pi});
     check_rea("dz is single", {0, 0, -1}, {8, 0, 0x1p24f}, {0x1p24f, 0, 0x1p-21f});
-    check_rea("dz is single before its test", {0, 0, -0x1.00b486p-44f}, {1, 0, tolerance}, {1, 0, 1.5707953f});
+    check_rea("dz is single before its test", {0, 0, -0x1.00b486p-44f}, {1, 0, tolerance},
+              {1, 0, 1.5707953f});
 }
 
 TEST_CASE("KXREAToPoint and KXEAToVector")
 {
-    struct Row { const char *label; float range, elevation, azimuth; KXP3 point; };
     const auto half_pi = static_cast<float>(quarter_turn);
-    const Row rows[] = {
-        {"along Z", 2, 0, 0, {0, 0, 2}},
-        {"along X", 2, 0, half_pi, {2, 0, -8.74227766e-08f}},
-        {"up", 2, half_pi, 0, {-0.0f, 2, -8.74227766e-08f}},
-        {"general", 10, 0.5f, 0.25f, {2.17117405f, 4.79425526f, 8.50300598f}},
-        {"unit", 1, -0.5f, 2, {0.797983587f, -0.47942555f, -0.365203202f}},
+    const auto check = [](const char *label, float range, float elevation, float azimuth,
+                          const KXP3 &point) {
+        Guarded<KXP3> out;
+        KXREAToPoint(range, elevation, azimuth, &out.record);
+        out.check(label, point);
     };
-    for (const Row &row : rows) {
-        Guarded<KXP3> point;
-        KXREAToPoint(row.range, row.elevation, row.azimuth, &point.record);
-        point.check(row.label, row.point);
-    }
+    check("along Z", 2, 0, 0, {0, 0, 2});
+    check("along X", 2, 0, half_pi, {2, 0, -8.74227766e-08f});
+    check("up", 2, half_pi, 0, {-0.0f, 2, -8.74227766e-08f});
+    check("general", 10, 0.5f, 0.25f, {2.17117405f, 4.79425526f, 8.50300598f});
+    const KXP3 general = {0.797983587f, -0.47942555f, -0.365203202f};
+    check("of length 1", 1, -0.5f, 2, general);
     Guarded<KXV3> unit;
     KXEAToVector(-0.5f, 2, &unit.record);
-    unit.check("unit", rows[4].point);
+    unit.check("a vector", general);
 }
 
 TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToEA back")
 {
-    const KXP3 origin = {0, 0, 0};
+
     Random random;
     for (int i = 0; i < 20000; ++i) {
         const float range = 100 + random(99);
@@ -129,14 +122,17 @@ TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToE
         const double allowed = 1.2e-7 / flat;
         float r, e, a;
         KXPointsToREA(&origin, &point.record, &r, &e, &a);
-        const bool back = std::fabs(r / range - 1.0f) < 2.5e-7f && std::fabs(e - elevation) < allowed + 1.2e-7 &&
+        const bool back = std::fabs(r / range - 1.0f) < 2.5e-7f &&
+                          std::fabs(e - elevation) < allowed + 1.2e-7 &&
                           std::fabs(a - azimuth) < allowed + 2.4e-7;
-        CHECK_MESSAGE(back, range, " ", elevation, " ", azimuth, " came back as ", r, " ", e, " ", a);
+        CHECK_MESSAGE(back, range, " ", elevation, " ", azimuth, " came back as ", r, " ", e, " ",
+                      a);
 
         Guarded<KXV3> unit;
         KXEAToVector(elevation, azimuth, &unit.record);
         KXVectorToEA(&unit.record, &e, &a);
-        const bool vector_back = std::fabs(e - elevation) < allowed + 1.2e-7 && std::fabs(a - azimuth) < allowed + 2.4e-7;
+        const bool vector_back = std::fabs(e - elevation) < allowed + 1.2e-7 &&
+                                 std::fabs(a - azimuth) < allowed + 2.4e-7;
         CHECK_MESSAGE(vector_back, elevation, " ", azimuth, " came back as ", e, " ", a);
     }
 }

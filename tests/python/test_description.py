@@ -11,7 +11,7 @@ FUNCTIONS = {each["name"]: each for each in kxmaths5._api["functions"]}
 
 
 def catalogue():
-    text = (ROOT / "tools/digest/catalogue.h").read_text()
+    text = (ROOT / "tests/support/catalogue.h").read_text()
     return re.findall(r'KX_ENTRY\((\w+), "([^"]+)"\)\)?(.*);', text)
 
 

@@ -22,69 +22,80 @@ static KXBox cube_of(float lo, float hi)
 
 TEST_CASE("KXTransformBox")
 {
-    struct Row { const char *label; KXBox box; KXM4 matrix; KXBox wanted; };
-    const Row rows[] = {
-        {"a negative element swaps the ends; the fourth row plays no part", {{1, 2, 3}, {4, 5, 6}}, mirrored,
-         {{12, 15, 31.5f}, {18, 18, 33}}},
-        {"one point", {{1, 2, 3}, {1, 2, 3}}, mirrored, {{12, 18, 31.5f}, {12, 18, 31.5f}}},
-        {"inverted along x", {{2, 0, 0}, {1, 1, 1}}, mirrored, {{2, 0, 0}, {1, 1, 1}}},
-        {"inverted along y", {{0, 2, 0}, {1, 1, 1}}, mirrored, {{0, 2, 0}, {1, 1, 1}}},
-        {"inverted along z", {{0, 0, 2}, {1, 1, 1}}, mirrored, {{0, 0, 2}, {1, 1, 1}}},
-        // 4097*4097 is 16785409, and 16777217 is no single: each row loses one where it is rounded.
-        {"b is single, x", {{0, 0, 0}, {4097, 0, 0}}, rows_of(4097, 0, 0, -16785408), cube_of(-16785408, 0)},
-        {"b is single, y", {{0, 0, 0}, {0, 4097, 0}}, rows_of(0, 4097, 0, -16785408), cube_of(-16785408, 0)},
-        {"b is single, z", {{0, 0, 0}, {0, 0, 4097}}, rows_of(0, 0, 4097, -16785408), cube_of(-16785408, 0)},
-        {"a is not single, x", {{4097, 0, 0}, {4098, 0, 0}}, rows_of(4097, 0, 0, -16785408), cube_of(1, 4098)},
-        {"a is not single, y", {{0, 4097, 0}, {0, 4098, 0}}, rows_of(0, 4097, 0, -16785408), cube_of(1, 4098)},
-        {"a is not single, z", {{0, 0, 4097}, {0, 0, 4098}}, rows_of(0, 0, 4097, -16785408), cube_of(1, 4098)},
-        {"a is not single where it is the higher", {{4097, 0, 0}, {4098, 0, 0}}, rows_of(-4097, 0, 0, 16785410),
-         cube_of(-4096, 1)},
-        {"compared as they are", {{4099, 0, 0}, {4099, 0, 0}}, rows_of(4097, 0, 0, -16793602), cube_of(1, 2)},
-        {"lo is single after x", {{1, 1, 0}, {2, 2, 0}}, rows_of(1, 1, 0, 16777216), cube_of(16777216, 16777220)},
-        {"lo is single after y", {{0, 1, 1}, {0, 2, 2}}, rows_of(0, 1, 1, 16777216), cube_of(16777216, 16777220)},
-        {"hi is single after x", {{0, 0, 0}, {1, 1, 0}}, rows_of(1, 1, 0, 16777216), cube_of(16777216, 16777216)},
-        {"hi is single after y", {{0, 0, 0}, {0, 1, 1}}, rows_of(0, 1, 1, 16777216), cube_of(16777216, 16777216)},
-        {"the same with the ends swapped", {{-2, -2, 0}, {-1, -1, 0}}, rows_of(-1, -1, 0, 16777216), cube_of(16777216, 16777220)},
-        {"and hi", {{-1, -1, 0}, {0, 0, 0}}, rows_of(-1, -1, 0, 16777216), cube_of(16777216, 16777216)},
-        {"equal products: b goes to lo", {{-0.0f, 0, 0}, {0, 0, 0}}, rows_of(1, -1, -1, -0.0f), cube_of(0, -0.0f)},
-        {"and along z", {{0, 0, -0.0f}, {0, 0, 0}}, rows_of(-1, -1, 1, -0.0f), cube_of(0, -0.0f)},
+    const auto check = [](const char *label, const KXBox &box, const KXM4 &matrix,
+                          const KXBox &wanted) {
+        check_in_out(label, box, wanted,
+                     [&](const KXBox *in, KXBox *out) { KXTransformBox(in, &matrix, out); });
     };
-    for (const Row &row : rows) {
-        check_in_out(row.label, row.box, row.wanted,
-                     [&row](const KXBox *box, KXBox *out) { KXTransformBox(box, &row.matrix, out); });
-    }
+    check("a negative element swaps the ends; the fourth row plays no part", {{1, 2, 3}, {4, 5, 6}},
+          mirrored, {{12, 15, 31.5f}, {18, 18, 33}});
+    check("one point", {{1, 2, 3}, {1, 2, 3}}, mirrored, {{12, 18, 31.5f}, {12, 18, 31.5f}});
+    const KXBox along_x = {{2, 0, 0}, {1, 1, 1}};
+    check("inverted along x", along_x, mirrored, along_x);
+    check("inverted along y", {{0, 2, 0}, {1, 1, 1}}, mirrored, {{0, 2, 0}, {1, 1, 1}});
+    check("inverted along z", {{0, 0, 2}, {1, 1, 1}}, mirrored, {{0, 0, 2}, {1, 1, 1}});
+    // 4097*4097 is 16785409, and 16777217 is no single: each row loses one where it is rounded.
+    check("b is single, x", {{0, 0, 0}, {4097, 0, 0}}, rows_of(4097, 0, 0, -16785408),
+          cube_of(-16785408, 0));
+    check("b is single, y", {{0, 0, 0}, {0, 4097, 0}}, rows_of(0, 4097, 0, -16785408),
+          cube_of(-16785408, 0));
+    check("b is single, z", {{0, 0, 0}, {0, 0, 4097}}, rows_of(0, 0, 4097, -16785408),
+          cube_of(-16785408, 0));
+    check("a is not single, x", {{4097, 0, 0}, {4098, 0, 0}}, rows_of(4097, 0, 0, -16785408),
+          cube_of(1, 4098));
+    check("a is not single, y", {{0, 4097, 0}, {0, 4098, 0}}, rows_of(0, 4097, 0, -16785408),
+          cube_of(1, 4098));
+    check("a is not single, z", {{0, 0, 4097}, {0, 0, 4098}}, rows_of(0, 0, 4097, -16785408),
+          cube_of(1, 4098));
+    check("a is not single where it is the higher", {{4097, 0, 0}, {4098, 0, 0}},
+          rows_of(-4097, 0, 0, 16785410), cube_of(-4096, 1));
+    check("compared as they are", {{4099, 0, 0}, {4099, 0, 0}}, rows_of(4097, 0, 0, -16793602),
+          cube_of(1, 2));
+    check("lo is single after x", {{1, 1, 0}, {2, 2, 0}}, rows_of(1, 1, 0, 16777216),
+          cube_of(16777216, 16777220));
+    check("lo is single after y", {{0, 1, 1}, {0, 2, 2}}, rows_of(0, 1, 1, 16777216),
+          cube_of(16777216, 16777220));
+    check("hi is single after x", {{0, 0, 0}, {1, 1, 0}}, rows_of(1, 1, 0, 16777216),
+          cube_of(16777216, 16777216));
+    check("hi is single after y", {{0, 0, 0}, {0, 1, 1}}, rows_of(0, 1, 1, 16777216),
+          cube_of(16777216, 16777216));
+    check("the same with the ends swapped", {{-2, -2, 0}, {-1, -1, 0}},
+          rows_of(-1, -1, 0, 16777216), cube_of(16777216, 16777220));
+    check("and hi", {{-1, -1, 0}, {0, 0, 0}}, rows_of(-1, -1, 0, 16777216),
+          cube_of(16777216, 16777216));
+    check("equal products: b goes to lo", {{-0.0f, 0, 0}, {0, 0, 0}}, rows_of(1, -1, -1, -0.0f),
+          cube_of(0, -0.0f));
+    check("and along z", {{0, 0, -0.0f}, {0, 0, 0}}, rows_of(-1, -1, 1, -0.0f), cube_of(0, -0.0f));
     // Nothing of the matrix is read for an inverted box.
     Guarded<KXBox> out;
-    KXTransformBox(&rows[2].box, nullptr, &out.record);
-    out.check("no matrix", rows[2].box);
+    KXTransformBox(&along_x, nullptr, &out.record);
+    out.check("no matrix", along_x);
 }
 
 TEST_CASE("KXPutPointInBox")
 {
-    struct Row { const char *label; KXP3 point; KXBox box, wanted; std::int32_t changed; };
     const KXBox unit = {{0, 0, 0}, {1, 1, 1}};
-    const Row rows[] = {
-        {"inside", {0.5f, 0.5f, 0.5f}, unit, unit, 0},
-        {"on the minimum", {0, 0, 0}, unit, unit, 0},
-        {"on the maximum", {1, 1, 1}, unit, unit, 0},
-        {"below x", {-1, 0, 0}, unit, {{-1, 0, 0}, {1, 1, 1}}, 1},
-        {"below y", {0, -1, 0}, unit, {{0, -1, 0}, {1, 1, 1}}, 1},
-        {"below z", {0, 0, -1}, unit, {{0, 0, -1}, {1, 1, 1}}, 1},
-        {"above x", {2, 0, 0}, unit, {{0, 0, 0}, {2, 1, 1}}, 1},
-        {"above y", {0, 2, 0}, unit, {{0, 0, 0}, {1, 2, 1}}, 1},
-        {"above z", {0, 0, 2}, unit, {{0, 0, 0}, {1, 1, 2}}, 1},
-        {"below and above", {-1, 2, -1}, unit, {{-1, 0, -1}, {1, 2, 1}}, 1},
-        {"a zero of the other sign moves nothing", {-0.0f, 0, 0}, unit, unit, 0},
-        {"the first point of an empty box", {1, 2, 3}, {{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}},
-         {{1, 2, 3}, {1, 2, 3}}, 1},
-        {"a NaN moves nothing", {not_a_number, 2, not_a_number}, unit, {{0, 0, 0}, {1, 2, 1}}, 1},
+    const auto check = [](const char *label, const KXP3 &point, const KXBox &box,
+                          const KXBox &wanted, std::int32_t changed) {
+        Guarded<KXBox> out;
+        out.record = box;
+        CHECK_MESSAGE(KXPutPointInBox(&point, &out.record) == changed, label);
+        out.check(label, wanted);
     };
-    for (const Row &row : rows) {
-        Guarded<KXBox> box;
-        box.record = row.box;
-        CHECK_MESSAGE(KXPutPointInBox(&row.point, &box.record) == row.changed, row.label);
-        box.check(row.label, row.wanted);
-    }
+    check("inside", {0.5f, 0.5f, 0.5f}, unit, unit, 0);
+    check("on the minimum", {0, 0, 0}, unit, unit, 0);
+    check("on the maximum", {1, 1, 1}, unit, unit, 0);
+    check("below x", {-1, 0, 0}, unit, {{-1, 0, 0}, {1, 1, 1}}, 1);
+    check("below y", {0, -1, 0}, unit, {{0, -1, 0}, {1, 1, 1}}, 1);
+    check("below z", {0, 0, -1}, unit, {{0, 0, -1}, {1, 1, 1}}, 1);
+    check("above x", {2, 0, 0}, unit, {{0, 0, 0}, {2, 1, 1}}, 1);
+    check("above y", {0, 2, 0}, unit, {{0, 0, 0}, {1, 2, 1}}, 1);
+    check("above z", {0, 0, 2}, unit, {{0, 0, 0}, {1, 1, 2}}, 1);
+    check("below and above", {-1, 2, -1}, unit, {{-1, 0, -1}, {1, 2, 1}}, 1);
+    check("a zero of the other sign moves nothing", {-0.0f, 0, 0}, unit, unit, 0);
+    check("the first point of an empty box", {1, 2, 3},
+          {{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}}, {{1, 2, 3}, {1, 2, 3}}, 1);
+    check("a NaN moves nothing", {not_a_number, 2, not_a_number}, unit, {{0, 0, 0}, {1, 2, 1}}, 1);
 }
 
 TEST_CASE("KXCombineBoxes")
@@ -92,7 +103,8 @@ TEST_CASE("KXCombineBoxes")
     const KXBox one = {{0, 1, 2}, {3, 4, 5}};
     const KXBox other = {{-1, 2, 1}, {4, 3, 6}};
     const KXBox inverted = {{9, -9, 9}, {-9, 9, -9}};
-    const auto check = [](const char *label, const KXBox &box, const KXBox &with, const KXBox &wanted) {
+    const auto check = [](const char *label, const KXBox &box, const KXBox &with,
+                          const KXBox &wanted) {
         Guarded<KXBox> grown;
         grown.record = box;
         KXCombineBoxes(&grown.record, &with);
@@ -108,20 +120,19 @@ TEST_CASE("KXCombineBoxes")
 
 TEST_CASE("KXBoxMidPoint and KXBoxDiagonal")
 {
-    struct Row { const char *label; KXBox box; KXP3 middle; KXV3 diagonal; };
-    const Row rows[] = {
-        {"ordinary", {{0, 1, 2}, {3, 5, 9}}, {1.5f, 3, 5.5f}, {3, 4, 7}},
-        {"inverted", {{3, 5, 9}, {0, 1, 2}}, {1.5f, 3, 5.5f}, {-3, -4, -7}},
-        {"a sum that overflows a single", {{0x1p127f, 0, 0}, {0x1p127f, 0, 0}}, {0x1p127f, 0, 0}, {0, 0, 0}},
+    const auto check = [](const char *label, const KXBox &box, const KXP3 &middle,
+                          const KXV3 &diagonal) {
+        Guarded<KXP3> middle_out;
+        Guarded<KXV3> diagonal_out;
+        KXBoxMidPoint(&box, &middle_out.record);
+        KXBoxDiagonal(&box, &diagonal_out.record);
+        middle_out.check(label, middle);
+        diagonal_out.check(label, diagonal);
     };
-    for (const Row &row : rows) {
-        Guarded<KXP3> middle;
-        Guarded<KXV3> diagonal;
-        KXBoxMidPoint(&row.box, &middle.record);
-        KXBoxDiagonal(&row.box, &diagonal.record);
-        middle.check(row.label, row.middle);
-        diagonal.check(row.label, row.diagonal);
-    }
+    check("ordinary", {{0, 1, 2}, {3, 5, 9}}, {1.5f, 3, 5.5f}, {3, 4, 7});
+    check("inverted", {{3, 5, 9}, {0, 1, 2}}, {1.5f, 3, 5.5f}, {-3, -4, -7});
+    check("a sum that overflows a single", {{0x1p127f, 0, 0}, {0x1p127f, 0, 0}}, {0x1p127f, 0, 0},
+          {0, 0, 0});
 }
 
 TEST_CASE("KXIsValidBox")

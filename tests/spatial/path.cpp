@@ -9,41 +9,41 @@ static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1
 TEST_CASE("KXTransformLine")
 {
     const KXLine line = {{1, 2, 3}, {4, 5, 6}};
-    const auto by = [](const KXM4 &m) { return [&m](const KXLine *in, KXLine *out) { KXTransformLine(in, &m, out); }; };
+    const auto by = [](const KXM4 &m) {
+        return [&m](const KXLine *in, KXLine *out) { KXTransformLine(in, &m, out); };
+    };
     check_in_out("scaled and moved", line, {{12, 26, 42}, {18, 35, 54}}, by(scaled));
     check_in_out("the fourth row plays no part", line, {{6, 8, 10}, {9, 11, 13}}, by(perspective));
 }
 
 TEST_CASE("KXTransformRay")
 {
-    struct Row { const char *label; KXM4 matrix; KXRay ray, wanted; };
-    const Row rows[] = {
-        {"the direction becomes unit", scaled, {{1, 2, 3}, {0, 3, 4}}, {{12, 26, 42}, {0, 0.49026123f, 0.87157553f}}},
-        {"under the unit matrix too", unit, {{1, 2, 3}, {3, 0, 4}}, {{1, 2, 3}, {0.6f, 0, 0.8f}}},
-        {"the translation turns no direction", perspective, {{1, 2, 3}, {0, 2, 0}}, {{6, 8, 10}, {0, 1, 0}}},
-        {"no direction", scaled, {{0, 0, 0}, {0, -0.0f, 0}}, {{10, 20, 30}, {0, 0, 0}}},
-        {"too short", scaled, {{0, 0, 0}, {1e-07f, 0, 0}}, {{10, 20, 30}, {2e-07f, 0, 0}}},
-        {"as long as the tolerance", scaled, {{0, 0, 0}, {tolerance / 2, 0, 0}}, {{10, 20, 30}, {tolerance, 0, 0}}},
+    const auto check = [](const char *label, const KXM4 &matrix, const KXRay &ray,
+                          const KXRay &wanted) {
+        check_in_out(label, ray, wanted,
+                     [&](const KXRay *in, KXRay *out) { KXTransformRay(in, &matrix, out); });
     };
-    for (const Row &row : rows) {
-        check_in_out(row.label, row.ray, row.wanted,
-                     [&row](const KXRay *in, KXRay *out) { KXTransformRay(in, &row.matrix, out); });
-    }
+    check("the direction becomes unit", scaled, {{1, 2, 3}, {0, 3, 4}},
+          {{12, 26, 42}, {0, 0.49026123f, 0.87157553f}});
+    check("under the unit matrix too", unit, {{1, 2, 3}, {3, 0, 4}}, {{1, 2, 3}, {0.6f, 0, 0.8f}});
+    check("the translation turns no direction", perspective, {{1, 2, 3}, {0, 2, 0}},
+          {{6, 8, 10}, {0, 1, 0}});
+    check("no direction", scaled, {{0, 0, 0}, {0, -0.0f, 0}}, {{10, 20, 30}, {0, 0, 0}});
+    check("too short", scaled, {{0, 0, 0}, {1e-07f, 0, 0}}, {{10, 20, 30}, {2e-07f, 0, 0}});
+    check("as long as the tolerance", scaled, {{0, 0, 0}, {tolerance / 2, 0, 0}},
+          {{10, 20, 30}, {tolerance, 0, 0}});
 }
 
 TEST_CASE("KXRayPointDistance")
 {
-    struct Row { const char *label; KXRay ray; KXP3 point; double distance; };
-    const Row rows[] = {
-        {"in front", {{0, 0, 0}, {1, 0, 0}}, {3, 4, 0}, 4},
-        {"behind", {{0, 0, 0}, {1, 0, 0}}, {-3, 4, 0}, 4},
-        {"on the line", {{0, 0, 0}, {1, 0, 0}}, {3, 0, 0}, 0},
-        {"times the direction's length", {{0, 0, 0}, {2, 0, 0}}, {3, 4, 0}, 8},
-        {"no direction", {{0, 0, 0}, {0, 0, 0}}, {3, 4, 0}, 0},
-        {"each single, and each that is not; the order of the squares", {{0.2f, 4.9f, 2.2f}, {3, 4.1f, 4.8f}},
-         {0.6f, 0.7f, -3.1f}, 22.864709521422906},
+    const auto check = [](const char *label, const KXRay &ray, const KXP3 &point, double distance) {
+        check_same(label, distance, KXRayPointDistance(&ray, &point));
     };
-    for (const Row &row : rows) {
-        check_same(row.label, row.distance, KXRayPointDistance(&row.ray, &row.point));
-    }
+    check("in front", {{0, 0, 0}, {1, 0, 0}}, {3, 4, 0}, 4);
+    check("behind", {{0, 0, 0}, {1, 0, 0}}, {-3, 4, 0}, 4);
+    check("on the line", {{0, 0, 0}, {1, 0, 0}}, {3, 0, 0}, 0);
+    check("times the direction's length", {{0, 0, 0}, {2, 0, 0}}, {3, 4, 0}, 8);
+    check("no direction", {{0, 0, 0}, {0, 0, 0}}, {3, 4, 0}, 0);
+    check("each single, and each that is not; the order of the squares",
+          {{0.2f, 4.9f, 2.2f}, {3, 4.1f, 4.8f}}, {0.6f, 0.7f, -3.1f}, 22.864709521422906);
 }

@@ -19,7 +19,10 @@
 /** A label is text; doctest prints the address of a const char *. */
 template <>
 struct doctest::StringMaker<const char *> {
-    static String convert(const char *text) { return text; }
+    static String convert(const char *text)
+    {
+        return text;
+    }
 };
 
 namespace test
@@ -48,7 +51,8 @@ using Words = std::array<std::uint32_t, sizeof(Record) / 4>;
 inline std::string show(std::uint32_t word)
 {
     char text[48];
-    std::snprintf(text, sizeof text, "%.9g (0x%08x)", static_cast<double>(bits_as<float>(word)), static_cast<unsigned>(word));
+    std::snprintf(text, sizeof text, "%.9g (0x%08x)", static_cast<double>(bits_as<float>(word)),
+                  static_cast<unsigned>(word));
     return text;
 }
 
@@ -59,7 +63,8 @@ void check_same(const std::string &label, const Record &wanted, const Record &go
     const auto w = bits_as<Words<Record>>(wanted);
     const auto g = bits_as<Words<Record>>(got);
     for (std::size_t i = 0; i < w.size(); ++i) {
-        CHECK_MESSAGE(w[i] == g[i], label, ", float ", i, ": wanted ", show(w[i]), ", got ", show(g[i]));
+        CHECK_MESSAGE(w[i] == g[i], label, ", float ", i, ": wanted ", show(w[i]), ", got ",
+                      show(g[i]));
     }
 }
 
@@ -67,7 +72,8 @@ void check_same(const std::string &label, const Record &wanted, const Record &go
 inline void check_same(const std::string &label, double wanted, double got)
 {
     char text[96];
-    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got, got);
+    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got,
+                  got);
     CHECK_MESSAGE(bits_as<std::uint64_t>(wanted) == bits_as<std::uint64_t>(got), label, text);
 }
 
@@ -76,7 +82,8 @@ inline void check_near(const std::string &label, double wanted, double got)
 {
     const double allowed = (wanted < 0 ? -wanted : wanted) * 4e-16;
     char text[96];
-    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got, got);
+    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got,
+                  got);
     CHECK_MESSAGE((got >= wanted - allowed && got <= wanted + allowed), label, text);
 }
 
@@ -119,7 +126,8 @@ void check_in_out(const std::string &label, const Record &in, const Record &want
 
 /** Two inputs, one output: apart, into the first, and into the second. */
 template <typename Record, typename Call>
-void check_two_in_out(const std::string &label, const Record &a, const Record &b, const Record &wanted, Call call)
+void check_two_in_out(const std::string &label, const Record &a, const Record &b,
+                      const Record &wanted, Call call)
 {
     const Record given_a = a, given_b = b;
     Guarded<Record> apart, first, second;

@@ -36,8 +36,6 @@ namespace test
 namespace promises
 {
 
-using digest::bits_of;
-
 template <typename Record>
 bool same(const Record &a, const Record &b)
 {
@@ -205,7 +203,7 @@ public:
     /** Fills the records, at addresses that only a float's alignment ties, and makes the call. */
     template <typename Result, typename... Arguments>
     const char *operator()(const catalogue::Entry<Result (*)(Arguments...)> &entry,
-                           const char *sharing, digest::Environment &environment)
+                           const char *sharing, test::Environment &environment)
     {
         return call(entry, sharing, environment, std::index_sequence_for<Arguments...>());
     }
@@ -242,7 +240,7 @@ private:
 
     template <typename Result, typename... Arguments, std::size_t... Place>
     const char *call(const catalogue::Entry<Result (*)(Arguments...)> &entry, const char *sharing,
-                     digest::Environment &environment, std::index_sequence<Place...>)
+                     test::Environment &environment, std::index_sequence<Place...>)
     {
         for (Area &area : areas) {
             area.used = false;
@@ -288,8 +286,8 @@ private:
         bool is = true;
         for_used([&](Area &area) {
             for (std::size_t i = 0; i < area.end() + guard; ++i) {
-                is = is && (area.is[i] == area.was[i] ||
-                            (!nothing_written && area.may_have_changed(i)));
+                is = is &&
+                     (area.is[i] == area.was[i] || (!nothing_written && area.may_have_changed(i)));
             }
         });
         return is;

@@ -1,7 +1,7 @@
 /*
  * kx_digest [--rounding up|down|zero] [--flush]
  *
- * Prints a digest of what each function of the library gives back for one corpus of inputs, and a
+ * Prints a digest of what each function of the library gives back for the same inputs, and a
  * digest of all of them. Another platform, compiler or level of optimisation has the same bits when
  * it prints the same lines: those of digests.txt. The options set a host's rounding mode, and that
  * subnormals are flushed to zero, around each call.
@@ -24,16 +24,16 @@ void show(const char *name, std::uint64_t value)
 void print(const char *name, std::uint64_t value)
 {
     show(name, value);
-    total = digest::mixed(total ^ value) + 1;
+    total = test::mixed(total ^ value) + 1;
 }
 
 struct Digesting {
-    digest::Environment environment;
+    test::Environment environment;
 
     template <typename Function>
     void operator()(const catalogue::Entry<Function> &entry) const
     {
-        print(entry.name, digest::Trial(entry.name, environment).run(entry));
+        print(entry.name, test::Trial(entry.name, environment).run(entry));
     }
 };
 
@@ -46,7 +46,7 @@ int main(int argc, char **argv)
     for (int i = 1; i < argc; ++i) {
         bool understood = false;
         if (std::strcmp(argv[i], "--rounding") == 0 && i + 1 < argc) {
-            rounding = digest::rounding_named(argv[++i]);
+            rounding = test::rounding_named(argv[++i]);
             understood = rounding >= 0;
         } else if (std::strcmp(argv[i], "--flush") == 0) {
             flush = understood = true;

@@ -1,10 +1,11 @@
-/* Calls a function with the corpus, in every permitted sharing of its records, and digests it. */
+/* Calls a function with generated inputs, in every permitted sharing of its records, and digests
+ * it. */
 #ifndef KX_DIGEST_TRIAL_H
 #define KX_DIGEST_TRIAL_H
 
-#include "catalogue.h"
-#include "corpus.h"
-#include "environment.h"
+#include "support/catalogue.h"
+#include "support/environment.h"
+#include "support/inputs.h"
 
 #include <algorithm>
 #include <array>
@@ -14,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-namespace digest
+namespace test
 {
 
 /**
@@ -24,7 +25,7 @@ namespace digest
 class Trial
 {
 public:
-    Trial(const char *name, const Environment &around) : corpus(name), environment(around) {}
+    Trial(const char *name, const Environment &around) : inputs(name), environment(around) {}
 
     template <typename Result, typename... Arguments>
     std::uint64_t run(const catalogue::Entry<Result (*)(Arguments...)> &entry)
@@ -36,15 +37,15 @@ public:
             const bool shared = sharing != entry.sharings;
             for (int i = 0; i < 3000; ++i) {
                 if (shared && entry.shared_shows_roundings) {
-                    corpus.use(Kind::ordinary);
+                    inputs.use(Kind::ordinary);
                 } else {
-                    corpus.next_kind();
+                    inputs.next_kind();
                 }
                 call(entry.function, sharing, places);
             }
         }
         moved = entry.has_moved_nans;
-        corpus.use(Kind::moved_nans);
+        inputs.use(Kind::moved_nans);
         for (int i = 0; moved && i < 1000; ++i) {
             call(entry.function, entry.sharings, places);
         }
@@ -58,7 +59,7 @@ public:
     {
         for_every_count([&](std::uint32_t count) {
             Matrix m;
-            corpus.fill(&m);
+            inputs.fill(&m);
             Array<Point> in = array<Point>(count), out = array<Point>(count);
             in_environment(entry.function, &m, count, in.points(), out.points());
             enter(in);
@@ -76,7 +77,7 @@ public:
     {
         for_every_count([&](std::uint32_t count) {
             Array<Point> points = array<Point>(count);
-            const KXUnit from = corpus.below(10), to = corpus.below(10);
+            const KXUnit from = inputs.below(10), to = inputs.below(10);
             in_environment(entry.function, from, to, count, points.points());
             enter(points);
         });
@@ -89,12 +90,12 @@ public:
                                                               const KXP3 *, KXP3 *)> &entry)
     {
         for (int i = 0; i < 20000; ++i) {
-            corpus.next_kind();
+            inputs.next_kind();
             Path path;
             KXP3 vertices[4];
             KXTriangle triangle;
-            corpus.fill(&path);
-            corpus.fill(vertices, &triangle);
+            inputs.fill(&path);
+            inputs.fill(vertices, &triangle);
             Frame point = frame();
             digest.result(in_environment(entry.function, &path, &triangle, vertices,
                                          reinterpret_cast<KXP3 *>(point.record.data())));
@@ -141,9 +142,9 @@ private:
     {
         Frame f = {};
         for (auto *part : {f.before.data(), f.after.data()}) {
-            std::generate_n(part, 4, [this] { return corpus.word() & 0x7f7fffffU; });
+            std::generate_n(part, 4, [this] { return inputs.word() & 0x7f7fffffU; });
         }
-        std::generate(f.record.begin(), f.record.end(), [this] { return corpus.number_bits(); });
+        std::generate(f.record.begin(), f.record.end(), [this] { return inputs.number_bits(); });
         return f;
     }
 
@@ -152,7 +153,7 @@ private:
     {
         Array<Point> a;
         a.words.resize(8 + count * (sizeof(Point) / 4));
-        std::generate(a.words.begin(), a.words.end(), [this] { return corpus.number_bits(); });
+        std::generate(a.words.begin(), a.words.end(), [this] { return inputs.number_bits(); });
         return a;
     }
 
@@ -161,7 +162,7 @@ private:
     {
         for (int round = 0; round < 8; ++round) {
             for (std::uint32_t count = 0; count <= 70; ++count) {
-                corpus.next_kind();
+                inputs.next_kind();
                 call_with(count);
             }
         }
@@ -173,7 +174,7 @@ private:
         for (Frame &f : frames) {
             f = frame();
         }
-        // The braces keep the order of the arguments, and with it the corpus, the same everywhere.
+        // The braces keep the order of the arguments, and with it the inputs, the same everywhere.
         const std::tuple<Arguments...> arguments{argument<Arguments>(sharing[Place])...};
         const auto make = [&](Arguments... a) { return in_environment(function, a...); };
         if constexpr (std::is_void_v<Result>) {
@@ -193,9 +194,9 @@ private:
     Argument argument(char letter)
     {
         if constexpr (std::is_same_v<Argument, float>) {
-            return corpus.number();
+            return inputs.number();
         } else if constexpr (std::is_same_v<Argument, std::uint32_t>) {
-            return word_limit == 0 ? corpus.word() : corpus.below(word_limit);
+            return word_limit == 0 ? inputs.word() : inputs.below(word_limit);
         } else {
             if (letter == '-') {
                 return nullptr;
@@ -204,7 +205,7 @@ private:
             if (!f.filled) {
                 std::remove_const_t<std::remove_pointer_t<Argument>> record;
                 static_assert(sizeof record <= sizeof f.record, "the largest record has room");
-                corpus.fill(&record);
+                inputs.fill(&record);
                 std::memcpy(f.record.data(), &record, sizeof record);
                 f.filled = true;
             }
@@ -242,7 +243,7 @@ private:
         }
     }
 
-    Corpus corpus;
+    Inputs inputs;
     Environment environment;
     Digest digest;
     std::array<Frame, 5> frames = {};
@@ -250,6 +251,6 @@ private:
     bool moved = false;
 };
 
-} // namespace digest
+} // namespace test
 
 #endif

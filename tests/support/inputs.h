@@ -1,6 +1,6 @@
 /* Inputs without end, the same on every machine: ordinary, at boundaries and degenerate. */
-#ifndef KX_DIGEST_CORPUS_H
-#define KX_DIGEST_CORPUS_H
+#ifndef KX_TESTS_INPUTS_H
+#define KX_TESTS_INPUTS_H
 
 #include "digest.h"
 
@@ -8,7 +8,7 @@
 
 #include <cstddef>
 
-namespace digest
+namespace test
 {
 
 /** What the floats of one call are like. */
@@ -20,11 +20,11 @@ enum class Kind {
     moved_nans /**< NaNs of any payload among multiples of a quarter: for floats that only move. */
 };
 
-class Corpus
+class Inputs
 {
 public:
     /** Each function has numbers of its own, so that another function more changes no digest. */
-    explicit Corpus(const char *function);
+    explicit Inputs(const char *function);
 
     std::uint32_t word();
     std::uint32_t below(std::uint32_t limit);
@@ -66,6 +66,6 @@ private:
     Kind kind = Kind::ordinary;
 };
 
-} // namespace digest
+} // namespace test
 
 #endif

@@ -1,10 +1,10 @@
-#include "corpus.h"
+#include "inputs.h"
 
 #include <algorithm>
 #include <iterator>
 #include <utility>
 
-namespace digest
+namespace test
 {
 
 namespace
@@ -28,37 +28,37 @@ void set_last_row(float (&m)[Size][Size])
 
 } // namespace
 
-Corpus::Corpus(const char *function) : state(0x6b786d61746873U)
+Inputs::Inputs(const char *function) : state(0x6b786d61746873U)
 {
     for (; *function != '\0'; ++function) {
         state = mixed(state ^ static_cast<unsigned char>(*function)) + 1;
     }
 }
 
-std::uint32_t Corpus::word()
+std::uint32_t Inputs::word()
 {
     state += 0x9e3779b97f4a7c15U;
     return static_cast<std::uint32_t>(mixed(state) >> 32);
 }
 
-std::uint32_t Corpus::below(std::uint32_t limit)
+std::uint32_t Inputs::below(std::uint32_t limit)
 {
     return static_cast<std::uint32_t>((std::uint64_t{word()} * limit) >> 32);
 }
 
-void Corpus::next_kind()
+void Inputs::next_kind()
 {
     constexpr Kind kinds[] = {Kind::lattice,  Kind::lattice,  Kind::ordinary, Kind::ordinary,
                               Kind::ordinary, Kind::boundary, Kind::boundary, Kind::any_bits};
     kind = kinds[below(8)];
 }
 
-void Corpus::use(Kind chosen)
+void Inputs::use(Kind chosen)
 {
     kind = chosen;
 }
 
-std::uint32_t Corpus::number_bits()
+std::uint32_t Inputs::number_bits()
 {
     const auto quarter = [this] {
         return bits_of((static_cast<float>(below(33)) - 16.0f) * 0.25f);
@@ -90,13 +90,13 @@ std::uint32_t Corpus::number_bits()
     return 0x7f800001U + payload + (word() & 0x80000000U);
 }
 
-float Corpus::number()
+float Inputs::number()
 {
     return float_of(number_bits());
 }
 
 /** A rotation from a quaternion of small integers: quarter turns and others, with no sine in it. */
-void Corpus::make_rotation(KXM4 *m)
+void Inputs::make_rotation(KXM4 *m)
 {
     const auto part = [this] { return static_cast<double>(below(9)) - 4.0; };
     const double x = part(), y = part(), z = part(), w = part();
@@ -120,7 +120,7 @@ void Corpus::make_rotation(KXM4 *m)
 
 /** The unit matrix, but for one element. */
 template <std::size_t Size>
-void Corpus::make_near_unit(float (&m)[Size][Size])
+void Inputs::make_near_unit(float (&m)[Size][Size])
 {
     const std::size_t odd_row = below(Size), odd_column = below(Size);
     for (std::size_t r = 0; r < Size; ++r) {
@@ -134,7 +134,7 @@ void Corpus::make_near_unit(float (&m)[Size][Size])
 
 /** Of the first three rows one is a multiple of another, or nothing. */
 template <std::size_t Size>
-void Corpus::make_singular(float (&m)[Size][Size])
+void Inputs::make_singular(float (&m)[Size][Size])
 {
     const std::uint32_t from = below(3), to = below(3);
     const float factor = static_cast<float>(below(5)) - 2.0f;
@@ -143,7 +143,7 @@ void Corpus::make_singular(float (&m)[Size][Size])
     }
 }
 
-void Corpus::fill(KXM3 *m)
+void Inputs::fill(KXM3 *m)
 {
     fill<KXM3>(m);
     if (kind == Kind::moved_nans) {
@@ -166,7 +166,7 @@ void Corpus::fill(KXM3 *m)
     }
 }
 
-void Corpus::fill(KXM4 *m)
+void Inputs::fill(KXM4 *m)
 {
     fill<KXM4>(m);
     if (kind == Kind::moved_nans) {
@@ -188,7 +188,7 @@ void Corpus::fill(KXM4 *m)
     }
 }
 
-void Corpus::fill(KXBox *box)
+void Inputs::fill(KXBox *box)
 {
     fill(&box->minimum);
     fill(&box->maximum);
@@ -204,7 +204,7 @@ void Corpus::fill(KXBox *box)
     }
 }
 
-void Corpus::fill(KXP3 (&vertices)[4], KXTriangle *triangle)
+void Inputs::fill(KXP3 (&vertices)[4], KXTriangle *triangle)
 {
     for (KXP3 &vertex : vertices) {
         fill(&vertex);
@@ -222,4 +222,4 @@ void Corpus::fill(KXP3 (&vertices)[4], KXTriangle *triangle)
     }
 }
 
-} // namespace digest
+} // namespace test

@@ -1,12 +1,12 @@
 /* A 64-bit digest of what a function gave back. Words enter by value, so byte order plays no part.
  */
-#ifndef KX_DIGEST_DIGEST_H
-#define KX_DIGEST_DIGEST_H
+#ifndef KX_TESTS_DIGEST_H
+#define KX_TESTS_DIGEST_H
 
 #include <cstdint>
 #include <cstring>
 
-namespace digest
+namespace test
 {
 
 inline std::uint32_t bits_of(float value)
@@ -77,6 +77,6 @@ private:
     std::uint64_t state = 0;
 };
 
-} // namespace digest
+} // namespace test
 
 #endif

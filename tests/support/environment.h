@@ -1,6 +1,6 @@
 /* The floating-point environment that a host may have set around a call. */
-#ifndef KX_DIGEST_ENVIRONMENT_H
-#define KX_DIGEST_ENVIRONMENT_H
+#ifndef KX_TESTS_ENVIRONMENT_H
+#define KX_TESTS_ENVIRONMENT_H
 
 #include <cfenv>
 #include <cstring>
@@ -9,7 +9,7 @@
 #include <xmmintrin.h>
 #endif
 
-namespace digest
+namespace test
 {
 
 /* WebAssembly has neither exceptions nor any rounding mode but the one. */
@@ -126,6 +126,6 @@ private:
     Controls entered = {};
 };
 
-} // namespace digest
+} // namespace test
 
 #endif

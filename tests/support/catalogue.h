@@ -2,8 +2,8 @@
  * Every function of the library, with what a caller may do with its arguments and what it promises
  * to leave alone. Whatever tries all functions takes them from here.
  */
-#ifndef KX_DIGEST_CATALOGUE_H
-#define KX_DIGEST_CATALOGUE_H
+#ifndef KX_TESTS_CATALOGUE_H
+#define KX_TESTS_CATALOGUE_H
 
 #include "kxmaths5.h"
 
