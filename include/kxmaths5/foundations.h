@@ -10,15 +10,13 @@
 KX_BEGIN_DECLARATIONS
 
 /** @name Vectors
- * A vector too short to have a direction is no error here: KXV3Normalise and KXV3Scale leave it as
- * it is, and the length that KXV3Normalise returns tells the caller so.
+ * A vector too short to have a direction is not an error: KXV3Normalise and KXV3Scale leave it
+ * unchanged. The length that KXV3Normalise returns shows it.
  */
 /** @{ */
 
 /**
- * Length of a vector: sqrt(x*x + y*y + z*z), with no lower limit.
- *
- * - Null: not allowed.
+ * Length of a vector: sqrt(x*x + y*y + z*z). KX_TOLERANCE plays no part.
  *
  * @param[in] v  the vector, in any unit
  * @return the length in that unit, unrounded
@@ -26,26 +24,24 @@ KX_BEGIN_DECLARATIONS
 KX_API double KXV3Length(const KXV3 *v);
 
 /**
- * Makes a vector unit length: out = in * (1/length), with length = sqrt(z*z + y*y + x*x).
+ * Unit vector of the same direction: out = in * (1/length), with length = sqrt(z*z + y*y + x*x).
  *
  * - Aliasing: out may be in.
- * - Null: not allowed.
- * - Degenerate: a length at or below KX_TOLERANCE copies in to out bit for bit. The result is the
- *   only sign of it.
+ * - Degenerate: a vector of length at or below KX_TOLERANCE is copied unchanged. Only the returned
+ *   length shows this.
  *
  * @param[in]  in   the vector, in any unit
  * @param[out] out  the unit vector
- * @return the length of in, unrounded, in both cases
+ * @return the length of in, unrounded
  */
 KX_API double KXV3Normalise(const KXV3 *in, KXV3 *out);
 
 /**
- * Gives a vector another length and keeps its direction: v = v * (length / current length).
+ * Sets the length of a vector and keeps its direction: v = v * (length / current length). A
+ * negative length reverses the vector.
  *
- * A negative length turns the vector round; 0 makes it zero, with the signs of the products.
- *
- * - Null: not allowed.
- * - Degenerate: a current length at or below KX_TOLERANCE leaves v untouched, whatever was asked.
+ * - Degenerate: a vector of length at or below KX_TOLERANCE stays unchanged. A length of 0 gives
+ *   zeros with the signs of the products.
  *
  * @param[in,out] v       the vector, in any unit
  * @param[in]     length  the length wanted, in that unit
@@ -53,14 +49,13 @@ KX_API double KXV3Normalise(const KXV3 *in, KXV3 *out);
 KX_API void KXV3Scale(KXV3 *v, float length);
 
 /**
- * Cross product, right-handed: out = a x b, so that X x Y is Z.
+ * Cross product: out = a x b. Right-handed: X x Y is Z.
  *
  *     out.x = a.y*b.z - a.z*b.y
  *     out.y = a.z*b.x - a.x*b.z
  *     out.z = a.x*b.y - a.y*b.x
  *
  * - Aliasing: a and b may be one record; out must be another.
- * - Null: not allowed.
  * - Degenerate: parallel vectors give zeros.
  *
  * @param[in]  a    the left factor
@@ -70,14 +65,13 @@ KX_API void KXV3Scale(KXV3 *v, float length);
 KX_API void KXV3Cross(const KXV3 *a, const KXV3 *b, KXV3 *out);
 
 /**
- * A unit vector in the XZ plane at right angles to a vector: (-v.z, 0, v.x), normalised.
+ * Unit vector perpendicular to a vector, in the XZ plane: (-v.z, 0, v.x) by KXV3Normalise.
  *
  * - Aliasing: out must not be v.
- * - Null: not allowed.
- * - Degenerate: the unit X axis (1, 0, 0) when |v.x| and |v.y| are both below KX_TOLERANCE (v along
- *   Z, or zero), and when |v.y| is not but (-v.z, 0, v.x) is at or below it in length (v along Y).
- *   One kind of vector gets no unit vector: with |v.x| equal to KX_TOLERANCE, |v.y| below it and
- *   next to no z, (-v.z, 0, v.x) is stored as it is.
+ * - Degenerate: gives (1, 0, 0) when |v.x| and |v.y| are both below KX_TOLERANCE (v along Z, or
+ *   zero), and when |v.y| is not but (-v.z, 0, v.x) has a length at or below it (v along Y). The
+ *   one result that is not a unit vector: with |v.x| equal to KX_TOLERANCE, |v.y| below it and
+ *   almost no z, (-v.z, 0, v.x) is stored unnormalised.
  *
  * @param[in]  v    the vector, of any length
  * @param[out] out  the unit vector at right angles to it
@@ -85,12 +79,11 @@ KX_API void KXV3Cross(const KXV3 *a, const KXV3 *b, KXV3 *out);
 KX_API void KXV3Perpendicular(const KXV3 *v, KXV3 *out);
 
 /**
- * Weighted sum of two vectors: out = s*a + t*b. The weights stand behind the output.
+ * Weighted sum of two vectors: out = s*a + t*b. Note the order: the weights come after the output.
  *
- * Weights 1 and -1 subtract, 1 and 1 add, 1-t and t go from a to b.
+ * Weights 1 and 1 add, 1 and -1 subtract, 1-t and t interpolate from a to b.
  *
  * - Aliasing: out may be a, b or both; a and b may be one record.
- * - Null: not allowed.
  *
  * @param[in]  a    the first vector
  * @param[in]  b    the second vector, in the same unit
@@ -103,12 +96,11 @@ KX_API void KXV3Combine(const KXV3 *a, const KXV3 *b, KXV3 *out, float s, float 
 /** @} */
 
 /** @name Bits and scalars
- * Bit 0 is the least significant.
  */
 /** @{ */
 
 /**
- * How many bits of a word are set.
+ * Number of bits set in a word.
  *
  * @param[in] v  the word
  * @return the count, 0 to 32
@@ -116,9 +108,9 @@ KX_API void KXV3Combine(const KXV3 *a, const KXV3 *b, KXV3 *out, float s, float 
 KX_API uint32_t KXBitCount(uint32_t v);
 
 /**
- * Index of the lowest bit that is set.
+ * Index of the lowest bit set in a word; bit 0 is the least significant.
  *
- * - Degenerate: 32 for a word of 0, unlike KXMSB.
+ * - Degenerate: 0 gives 32, unlike in KXMSB.
  *
  * @param[in] v  the word
  * @return the index, 0 to 31; or 32
@@ -126,9 +118,9 @@ KX_API uint32_t KXBitCount(uint32_t v);
 KX_API uint32_t KXLSB(uint32_t v);
 
 /**
- * Index of the highest bit that is set.
+ * Index of the highest bit set in a word; bit 0 is the least significant.
  *
- * - Degenerate: 0 for a word of 0, as for a word of 1; test the word itself to tell them apart.
+ * - Degenerate: 0 gives 0, as 1 does.
  *
  * @param[in] v  the word
  * @return the index, 0 to 31
@@ -136,53 +128,50 @@ KX_API uint32_t KXLSB(uint32_t v);
 KX_API uint32_t KXMSB(uint32_t v);
 
 /**
- * Straight-line interpolation from (x0, y0) to (x1, y1), held at both ends. In this order:
+ * Linear interpolation from (x0, y0) to (x1, y1), clamped to y0 and y1. Tested in this order:
  *
  *     x at or below x0:  y0
  *     x at or above x1:  y1
  *     otherwise:         (x - x0)*(y1 - y0) / (x1 - x0) + y0
  *
- * - Degenerate: with x0 equal to x1, or above it, an x at or below x0 gives y0 and any other number
- *   gives y1; nothing is divided. An x that is NaN is on no side: the formula makes it NaN again.
+ * - Degenerate: with x0 equal to x1 or above it, an x at or below x0 gives y0 and a larger one y1.
+ *   A NaN x fails both tests; the result is NaN.
  *
- * @param[in] x0  where the interval begins
- * @param[in] y0  the value there
- * @param[in] x1  where it ends
- * @param[in] y1  the value there
+ * @param[in] x0  the start of the interval
+ * @param[in] y0  the value at x0
+ * @param[in] x1  the end of the interval
+ * @param[in] y1  the value at x1
  * @param[in] x   the position
  * @return the value at x, unrounded
  */
 KX_API double KXInterpolate(float x0, float y0, float x1, float y1, float x);
 
 /**
- * Time between two readings of a free-running 32-bit counter, in thousands of counts: the
- * difference modulo 2^32, read as a signed integer, times the single 0.001. A counter that has
- * wrapped round still gives the true difference, as long as that is below 2^31 counts; a larger one
- * comes out negative.
+ * Time between two readings of a free-running 32-bit counter, in seconds for a counter of
+ * milliseconds: later - earlier modulo 2^32, read as a signed integer, times the single 0.001. The
+ * counter may have wrapped in between. A true difference of 2^31 counts or more comes out wrong,
+ * by a multiple of 2^32 counts.
  *
  * @param[in] later    the later reading
  * @param[in] earlier  the earlier reading
- * @return the difference, scaled and unrounded: seconds, for a counter of milliseconds
+ * @return the difference in thousands of counts, unrounded
  */
 KX_API double KXDiffTime(uint32_t later, uint32_t earlier);
 
 /** @} */
 
 /** @name Length units
- * Each function multiplies the lengths in a record by factor[from][to] out of a stored table of
- * ten units, and touches nothing else in the record: 2 from KX_UNIT_METRE to KX_UNIT_MILLIMETRE
- * becomes 2000. From or to KX_UNIT_NONE the factor is 1. The factors are singles, so a length that
- * goes there and back may come out a little beside the start, in its last bits.
+ * Each function multiplies the lengths in a record by factor[from][to], from a table of singles for
+ * ten units: 2 from KX_UNIT_METRE to KX_UNIT_MILLIMETRE becomes 2000. From or to KX_UNIT_NONE the
+ * factor is 1. A length converted there and back may differ from the start in its last bits.
  *
- * The unit indices are not tested: both must be in 0 to 9. Null is not allowed, but for an array
- * with a count of 0. There is no degenerate input: zeros, infinities and NaN are multiplied too.
+ * The unit indices are not tested: both must be 0 to 9. Zeros, infinities and NaN are multiplied
+ * like any number.
  */
 /** @{ */
 
 /**
  * Converts one length.
- *
- * - Null: not allowed.
  *
  * @param[in]     from   the unit that the length is in, 0 to 9
  * @param[in]     to     the unit wanted, 0 to 9
@@ -193,8 +182,6 @@ KX_API void KXChangeUnits(KXUnit from, KXUnit to, float *value);
 /**
  * Converts a point: x, y, z.
  *
- * - Null: not allowed.
- *
  * @param[in]     from  the unit that the point is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
  * @param[in,out] p     the point
@@ -202,9 +189,7 @@ KX_API void KXChangeUnits(KXUnit from, KXUnit to, float *value);
 KX_API void KXP3ChangeUnits(KXUnit from, KXUnit to, KXP3 *p);
 
 /**
- * Converts a homogeneous point: x, y, z. Its w stays untouched.
- *
- * - Null: not allowed.
+ * Converts a homogeneous point: x, y, z, but not w.
  *
  * @param[in]     from  the unit that the point is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
@@ -215,8 +200,6 @@ KX_API void KXP4ChangeUnits(KXUnit from, KXUnit to, KXP4 *p);
 /**
  * Converts a box: all six floats.
  *
- * - Null: not allowed.
- *
  * @param[in]     from  the unit that the box is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
  * @param[in,out] box   the box
@@ -224,9 +207,7 @@ KX_API void KXP4ChangeUnits(KXUnit from, KXUnit to, KXP4 *p);
 KX_API void KXBoxChangeUnits(KXUnit from, KXUnit to, KXBox *box);
 
 /**
- * Converts a plane: its offset d. The normal a, b, c stays untouched.
- *
- * - Null: not allowed.
+ * Converts a plane: its offset d, but not its normal a, b, c.
  *
  * @param[in]     from   the unit that the plane's offset is in, 0 to 9
  * @param[in]     to     the unit wanted, 0 to 9
@@ -235,10 +216,8 @@ KX_API void KXBoxChangeUnits(KXUnit from, KXUnit to, KXBox *box);
 KX_API void KXPlaneChangeUnits(KXUnit from, KXUnit to, KXPlane *plane);
 
 /**
- * Converts a transform: its translation m[0][3], m[1][3], m[2][3]. The other thirteen elements stay
- * untouched, m[3][3] among them.
- *
- * - Null: not allowed.
+ * Converts a transform: its translation m[0][3], m[1][3], m[2][3], but not the other thirteen
+ * elements.
  *
  * @param[in]     from  the unit that the translation is in, 0 to 9
  * @param[in]     to    the unit wanted, 0 to 9
@@ -249,7 +228,7 @@ KX_API void KXM4ChangeUnits(KXUnit from, KXUnit to, KXM4 *m);
 /**
  * Converts an array of points: x, y, z of each.
  *
- * - Null: allowed when count is 0; then nothing is touched.
+ * - Null: allowed when count is 0.
  *
  * @param[in]     from    the unit that the points are in, 0 to 9
  * @param[in]     to      the unit wanted, 0 to 9
@@ -259,9 +238,9 @@ KX_API void KXM4ChangeUnits(KXUnit from, KXUnit to, KXM4 *m);
 KX_API void KXP3ChangeNUnits(KXUnit from, KXUnit to, uint32_t count, KXP3 *points);
 
 /**
- * Converts an array of homogeneous points: x, y, z of each. Every w stays untouched.
+ * Converts an array of homogeneous points: x, y, z of each, but not w.
  *
- * - Null: allowed when count is 0; then nothing is touched.
+ * - Null: allowed when count is 0.
  *
  * @param[in]     from    the unit that the points are in, 0 to 9
  * @param[in]     to      the unit wanted, 0 to 9
@@ -271,9 +250,9 @@ KX_API void KXP3ChangeNUnits(KXUnit from, KXUnit to, uint32_t count, KXP3 *point
 KX_API void KXP4ChangeNUnits(KXUnit from, KXUnit to, uint32_t count, KXP4 *points);
 
 /**
- * Converts an array of planes: the offset d of each. Every normal a, b, c stays untouched.
+ * Converts an array of planes: the offset d of each, but not the normal a, b, c.
  *
- * - Null: allowed when count is 0; then nothing is touched.
+ * - Null: allowed when count is 0.
  *
  * @param[in]     from    the unit that the offsets are in, 0 to 9
  * @param[in]     to      the unit wanted, 0 to 9

@@ -1,23 +1,23 @@
 /**
  * @file
- * Records, enumerations, constants and the conventions that every function of kxmaths5 shares.
+ * Records, enumerations, constants, and the rules that hold for every function of kxmaths5.
  *
- * Calling. Records go in and out by address and belong to the caller; floats that are only read,
- * counts, indices and enumerations go by value. The library keeps no state, allocates nothing and
- * may be called from any thread at any time, as long as no other thread writes a record that the
- * call reads or touches a record that it writes.
+ * Calls. The caller owns every record and passes it by address. Floats that are only read, counts,
+ * indices and enumerations go by value. The library keeps no state and allocates nothing. Any
+ * thread may call it at any time, as long as no other thread writes a record that the call reads
+ * or touches one that it writes.
  *
- * Numbers. Every stored value is an IEEE 754 single. Expressions are evaluated in double, in the
- * order in which the contracts print them, and rounded once, where the result is stored or where a
- * contract names an intermediate as single. Results of type double are the values before any
- * rounding. In the contracts "above" and "below" are strict; "at or above" and "at or below" are
- * not. A NaN has a defined meaning only where a contract speaks of it.
+ * Addresses. An address must be valid for the whole record, or for the whole array. Null is
+ * allowed only where a contract says so. An output may be the same record as an input only where a
+ * contract says so; records must never overlap in part.
  *
- * Addresses. An address must be valid for the whole record, or for the whole count of records.
- * Null is allowed only where a contract says so. One record may serve as an input and as an output
- * only where a contract says so; records that overlap without being the same never may.
+ * Numbers. Every stored value is an IEEE 754 single. A formula is evaluated in double, in the order
+ * in which it is printed, and rounded once, where its result is stored. A note "Rounding" names the
+ * intermediates that are rounded to single as well. A result of type double is not rounded. "Above"
+ * and "below" are strict; "at or above" and "at or below" include equality. What a NaN does is
+ * defined only where a contract says so.
  *
- * Axes. Right-handed; angles in radians; a positive angle turns +Y towards +Z about X, +Z towards
+ * Axes. Right-handed; angles in radians. A positive angle turns +Y towards +Z about X, +Z towards
  * +X about Y, and +X towards +Y about Z.
  */
 #ifndef KXMATHS5_TYPES_H
@@ -25,14 +25,14 @@
 
 #include <stdint.h>
 
-/** Version of this header. There is no function for it: a host is compiled against one version. */
+/** Version of this header. No function returns it. */
 #define KX_VERSION_MAJOR 5
 #define KX_VERSION_MINOR 0 /**< Grows when functions are added. */
 #define KX_VERSION_PATCH 0 /**< Grows with every correction. */
 
 /**
- * Marks an exported function. Define KX_STATIC when the library is linked statically; KX_BUILDING
- * is defined by the library's own build and by nobody else.
+ * Marks an exported function. Define KX_STATIC to link the library statically. KX_BUILDING is for
+ * the library's own build.
  */
 #if defined(KX_STATIC)
 #define KX_API
@@ -56,16 +56,15 @@
 
 /**
  * The bound at which a length, an element, a determinant or a denominator counts as zero: the
- * single 1e-6, exactly 9.999999974752427e-07. Comparisons widen this single; they never use the
- * decimal 1e-6, which is a little larger. The cast keeps it a single where a compiler would carry
- * a float constant with more bits.
+ * single 1e-6, exactly 9.999999974752427e-07, a little less than the decimal 1e-6. The cast keeps
+ * it a single where a compiler evaluates float constants with more bits.
  */
 #define KX_TOLERANCE ((float)1e-6)
 
-/** Stands for an absent bound: the single 1e20, exactly 1.0000000200408773e+20. */
+/** Means "no bound": the single 1e20, exactly 1.0000000200408773e+20. */
 #define KX_HUGE ((float)1e20)
 
-/** A free vector: a direction and a length, no place. Three floats. */
+/** A free vector: a direction and a length, without a place. Three floats. */
 typedef struct KXV3 {
     float x; /**< Component along X. */
     float y; /**< Component along Y. */
@@ -78,7 +77,7 @@ typedef struct KXP2 {
     float y; /**< Coordinate along Y. */
 } KXP2;
 
-/** A point in space: the same record as a vector, so that either passes as the other. */
+/** A point in space: the same type as a vector, so either can be passed as the other. */
 typedef KXV3 KXP3;
 
 /** A homogeneous point. Four floats. */
@@ -90,7 +89,8 @@ typedef struct KXP4 {
 } KXP4;
 
 /**
- * A transform of the plane, homogeneous 3x3; not a rotation of space. Nine floats, row by row.
+ * A transform of the plane: a homogeneous 3x3 matrix, not a rotation of space. Nine floats, row by
+ * row.
  *
  *     x' = m[0][0]*x + m[0][1]*y + m[0][2]
  *     y' = m[1][0]*x + m[1][1]*y + m[1][2]
@@ -103,8 +103,8 @@ typedef struct KXM3 {
 } KXM3;
 
 /**
- * A transform of space, homogeneous 4x4. Sixteen floats, row by row. It acts on a column vector
- * that stands at its right:
+ * A transform of space: a homogeneous 4x4 matrix. Sixteen floats, row by row. It multiplies column
+ * vectors from the left:
  *
  *     x' = m[0][0]*x + m[0][1]*y + m[0][2]*z + m[0][3]*w     and likewise for y', z', w'
  *
@@ -149,7 +149,7 @@ typedef struct KXQuat {
     float w; /**< Scalar part: cos(angle/2). */
 } KXQuat;
 
-/** Where something stands and how it is turned. Six floats. */
+/** Position and orientation: a translation and three Euler angles. Six floats. */
 typedef struct KXPosition {
     float x;       /**< Translation along X, in the caller's length unit. */
     float y;       /**< Translation along Y, in the caller's length unit. */
@@ -159,7 +159,7 @@ typedef struct KXPosition {
     float rotateZ; /**< Rotation about the Z axis, in radians. */
 } KXPosition;
 
-/** The parts into which a transform of space is taken. Sixteen floats. */
+/** The parts of a decomposed transform of space. Sixteen floats. */
 typedef struct KXComponents {
     float scaleX;       /**< Scale of the first row. */
     float scaleY;       /**< Scale of the second row. */
@@ -179,22 +179,22 @@ typedef struct KXComponents {
     float perspectiveW; /**< Fourth element of the perspective: 1 where there is none. */
 } KXComponents;
 
-/** One corner of a mesh triangle, as the host keeps it. The library reads `vertex` alone. */
+/** One corner of a triangle of the host's mesh. The library reads `vertex` only. */
 typedef struct KXTriangleCorner {
-    uint32_t hostFirst;  /**< The host's own. */
+    uint32_t hostFirst;  /**< For the host's use. */
     uint32_t vertex;     /**< Index of the corner's KXP3 in the vertex array. */
-    uint32_t hostThird;  /**< The host's own. */
-    uint32_t hostFourth; /**< The host's own. */
+    uint32_t hostThird;  /**< For the host's use. */
+    uint32_t hostFourth; /**< For the host's use. */
 } KXTriangleCorner;
 
 /**
- * A triangle of the host's mesh. Seventeen 32-bit words; a host may keep more behind them. The
- * library reads the three vertex indices and the plane, and never writes this record.
+ * A triangle of the host's mesh. Seventeen 32-bit words; a host's record may go on after them. The
+ * library reads the three vertex indices and the plane, and writes nothing.
  */
 typedef struct KXTriangle {
     KXTriangleCorner corner[3]; /**< The three corners. */
-    uint32_t host;              /**< The host's own. */
-    KXPlane plane;              /**< The triangle's plane, at any scale, either side up. */
+    uint32_t host;              /**< For the host's use. */
+    KXPlane plane;              /**< Its plane, of any scale and facing either side. */
 } KXTriangle;
 
 /** Index of a length unit: one of the KX_UNIT_ values below. */
@@ -214,13 +214,13 @@ enum {
     KX_UNIT_NAUTICAL_MILE = 9 /**< Nautical mile, 1852 m. */
 };
 
-/** The order in which three axis rotations are multiplied: one of the KX_ORDER_ values below. */
+/** The order of three axis rotations (Euler angles): one of the KX_ORDER_ values below. */
 typedef uint32_t KXRotationOrder;
 
 /**
- * The rotation orders. The letters are the factors of the matrix product from left to right, and
- * the rightmost acts first: KX_ORDER_XYZ is RX*(RY*RZ) and turns a point about Z, then about Y,
- * then about X.
+ * The rotation orders. The letters name the factors of the matrix product from left to right; the
+ * rightmost acts first. KX_ORDER_XYZ is RX*(RY*RZ): it turns a point about Z, then Y, then X, all
+ * about fixed axes.
  */
 enum {
     KX_ORDER_XYZ = 0, /**< RX*(RY*RZ). */

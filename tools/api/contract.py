@@ -24,7 +24,7 @@ class ContractError(Exception):
 class Contract:
     brief: str
     text: str  # what follows the brief sentence; formulas and tables keep their lines
-    notes: dict  # Aliasing, Null, Degenerate, On status 1
+    notes: dict  # Aliasing, Null, Degenerate, On status 1, Rounding
     arguments: dict  # name: (role, text)
     result: str
 
@@ -50,7 +50,7 @@ def read(comment):
             arguments[match[2]] = (match[1], match[3])
         elif match := re.fullmatch(r"@return (.+)", part):
             result = match[1]
-        elif match := re.fullmatch(r"- (Aliasing|Null|Degenerate|On status 1): (.+)", part):
+        elif match := re.fullmatch(r"- (Aliasing|Null|Degenerate|On status 1|Rounding): (.+)", part):
             notes[match[1]] = match[2]
         else:
             raise ContractError(f"can't be read: {part}")
