@@ -12,7 +12,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID)
     if (reason == DLL_PROCESS_ATTACH) {
         DisableThreadLibraryCalls(module);
 #if defined(KX_HAS_AVX2)
-        // Elsewhere the compiler's runtime asks the processor of its own accord, at the same moment.
+        // Elsewhere the compiler's runtime asks the processor by itself, at the same moment.
         __builtin_cpu_init();
 #endif
     }

@@ -58,9 +58,9 @@ int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3 *third
     }
 
     // Then for small triangles, with nothing rounded on the way.
-    const double wide_S = squared_length(wide_normal);
-    if (wide_S > 1e-16) {
-        const double f = 1.0 / square_root(wide_S);
+    const double wide_square = squared_length(wide_normal);
+    if (wide_square > 1e-16) {
+        const double f = 1.0 / square_root(wide_square);
         const double a = wide_normal.x * f;
         const double b = wide_normal.y * f;
         const double c = wide_normal.z * f;
