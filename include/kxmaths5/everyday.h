@@ -1,7 +1,7 @@
 /**
  * @file
- * What every host writes again: what turns a mesh and its hits into what the intersection functions
- * want and leave out, dot products, quaternion algebra, cameras.
+ * What every host writes again: dot products, quaternion algebra, cameras, and what intersections
+ * ask of a mesh and leave out of a hit.
  *
  * All of it is `static inline`, in C99 that is good C++ too. kxmaths5.h leaves this header out,
  * since it needs the host's <math.h>; include it as well. In C, link with -lm.
@@ -62,6 +62,475 @@ static inline KXP2 kx_detail_step(KXP2 from, KXP2 to)
 }
 /** @endcond */
 
+/** @name Points and vectors
+ */
+/** @{ */
+
+/**
+ * Dot product: a.x*b.x + a.y*b.y + a.z*b.z.
+ *
+ * - Null: not allowed.
+ *
+ * @param[in] a  a vector
+ * @param[in] b  another
+ * @return the product, unrounded
+ */
+static inline double kx_dot(const KXV3 *a, const KXV3 *b)
+{
+    return (double)a->x * (double)b->x + (double)a->y * (double)b->y + (double)a->z * (double)b->z;
+}
+
+/**
+ * Distance of two points: sqrt(x*x + y*y + z*z) with x = b.x - a.x, and y and z likewise.
+ *
+ * - Aliasing: a and b may be one record.
+ * - Null: not allowed.
+ *
+ * @param[in] a  a point, in the caller's length unit
+ * @param[in] b  another, in the same unit
+ * @return the distance in that unit, unrounded
+ */
+static inline double kx_distance(const KXP3 *a, const KXP3 *b)
+{
+    const double x = (double)b->x - (double)a->x;
+    const double y = (double)b->y - (double)a->y;
+    const double z = (double)b->z - (double)a->z;
+    return sqrt(x * x + y * y + z * z);
+}
+
+/**
+ * Linear interpolation: out = (1 - t)*a + t*b. With t = 0 it is a, with t = 1 b; outside 0 to 1 it
+ * goes on along the line.
+ *
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
+ *
+ * @param[in]  a    the point at t = 0
+ * @param[in]  b    the point at t = 1, in the same unit
+ * @param[in]  t    how far from a to b
+ * @param[out] out  the point between
+ */
+static inline void kx_lerp(const KXP3 *a, const KXP3 *b, float t, KXP3 *out)
+{
+    const double u = (double)t, s = 1.0 - u;
+    out->x = kx_detail_single(s * (double)a->x + u * (double)b->x);
+    out->y = kx_detail_single(s * (double)a->y + u * (double)b->y);
+    out->z = kx_detail_single(s * (double)a->z + u * (double)b->z);
+}
+
+/** @} */
+
+/** @name Quaternion algebra
+ * The sense is that of KXGenerateQuat and KXQuatToMatrix: right-handed, the vector part first. A
+ * quaternion and its negative are the same rotation.
+ */
+/** @{ */
+
+/**
+ * Product of two quaternions: out = a*b, which rotates by b first and by a after it, as KXM4Mult
+ * does with their matrices.
+ *
+ *     x = aw*bx + ax*bw + ay*bz - az*by      y = aw*by - ax*bz + ay*bw + az*bx
+ *     z = aw*bz + ax*by - ay*bx + az*bw      w = aw*bw - ax*bx - ay*by - az*bz
+ *
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
+ *
+ * @param[in]  a    the left factor, which acts last
+ * @param[in]  b    the right factor, which acts first
+ * @param[out] out  the product
+ */
+static inline void kx_quat_product(const KXQuat *a, const KXQuat *b, KXQuat *out)
+{
+    const double ax = (double)a->x, ay = (double)a->y, az = (double)a->z, aw = (double)a->w;
+    const double bx = (double)b->x, by = (double)b->y, bz = (double)b->z, bw = (double)b->w;
+    out->x = kx_detail_single(aw * bx + ax * bw + ay * bz - az * by);
+    out->y = kx_detail_single(aw * by - ax * bz + ay * bw + az * bx);
+    out->z = kx_detail_single(aw * bz + ax * by - ay * bx + az * bw);
+    out->w = kx_detail_single(aw * bw - ax * bx - ay * by - az * bz);
+}
+
+/**
+ * Conjugate of a quaternion, (-x, -y, -z, w): of a unit quaternion, the rotation back.
+ *
+ * - Aliasing: out may be q.
+ * - Null: not allowed.
+ *
+ * @param[in]  q    the quaternion
+ * @param[out] out  its conjugate
+ */
+static inline void kx_quat_conjugate(const KXQuat *q, KXQuat *out)
+{
+    out->x = -q->x;
+    out->y = -q->y;
+    out->z = -q->z;
+    out->w = q->w;
+}
+
+/**
+ * Makes a quaternion unit length: out = in * (1/length), with length = sqrt(x*x + y*y + z*z + w*w).
+ * Products of many quaternions drift away from it.
+ *
+ * - Aliasing: out may be in.
+ * - Null: not allowed.
+ * - Degenerate: a length at or below KX_TOLERANCE copies in to out.
+ *
+ * @param[in]  in   the quaternion
+ * @param[out] out  the unit quaternion
+ * @return the length of in, unrounded, in both cases
+ */
+static inline double kx_quat_normalise(const KXQuat *in, KXQuat *out)
+{
+    const double x = (double)in->x, y = (double)in->y, z = (double)in->z, w = (double)in->w;
+    const double length = sqrt(x * x + y * y + z * z + w * w);
+    const double factor = length > (double)KX_TOLERANCE ? 1.0 / length : 1.0;
+    out->x = kx_detail_single(x * factor);
+    out->y = kx_detail_single(y * factor);
+    out->z = kx_detail_single(z * factor);
+    out->w = kx_detail_single(w * factor);
+    return length;
+}
+
+/**
+ * Rotates a vector, or a point about the origin, by a quaternion of any length. With u the vector
+ * part and x the cross product:
+ *
+ *     r = 2/(x*x + y*y + z*z + w*w) * (u x v)      out = v + w*r + u x r
+ *
+ * For more than a few vectors KXQuatToMatrix and an array form are quicker.
+ *
+ * - Aliasing: out may be v.
+ * - Null: not allowed.
+ * - Degenerate: the zero quaternion gives NaN, as in KXQuatToMatrix.
+ *
+ * @param[in]  q    the rotation
+ * @param[in]  v    the vector
+ * @param[out] out  the vector rotated
+ */
+static inline void kx_quat_rotate(const KXQuat *q, const KXV3 *v, KXV3 *out)
+{
+    const double x = (double)q->x, y = (double)q->y, z = (double)q->z, w = (double)q->w;
+    const double vx = (double)v->x, vy = (double)v->y, vz = (double)v->z;
+    const double k = 2.0 / (x * x + y * y + z * z + w * w);
+    const double rx = k * (y * vz - z * vy);
+    const double ry = k * (z * vx - x * vz);
+    const double rz = k * (x * vy - y * vx);
+    out->x = kx_detail_single(vx + w * rx + (y * rz - z * ry));
+    out->y = kx_detail_single(vy + w * ry + (z * rx - x * rz));
+    out->z = kx_detail_single(vz + w * rz + (x * ry - y * rx));
+}
+
+/**
+ * Spherical linear interpolation of unit quaternions, by the shorter way and at an even speed. With
+ * angle the one between a and b as directions in four dimensions:
+ *
+ *     out = sin((1 - t)*angle)/sin(angle) * a + sin(t*angle)/sin(angle) * b
+ *
+ * Where their dot product is below 0, -b is taken for b, which is the same rotation. The ends are
+ * exact: a with t = 0, b, or -b, with t = 1.
+ *
+ * - Aliasing: out may be a, b or both; a and b may be one record.
+ * - Null: not allowed.
+ * - Degenerate: equal quaternions are interpolated linearly, which is the limit. With opposite
+ *   rotations, half a turn apart, the way is one of many.
+ *
+ * @param[in]  a    the rotation at t = 0, a unit quaternion
+ * @param[in]  b    the rotation at t = 1, a unit quaternion
+ * @param[in]  t    how far from a to b
+ * @param[out] out  the rotation between, as long as a and b are
+ */
+static inline void kx_quat_slerp(const KXQuat *a, const KXQuat *b, float t, KXQuat *out)
+{
+    const double ax = (double)a->x, ay = (double)a->y, az = (double)a->z, aw = (double)a->w;
+    const double dot =
+        ax * (double)b->x + ay * (double)b->y + az * (double)b->z + aw * (double)b->w;
+    const double way = dot < 0.0 ? -1.0 : 1.0;
+    const double bx = way * (double)b->x, by = way * (double)b->y, bz = way * (double)b->z;
+    const double bw = way * (double)b->w;
+    const double dx = bx - ax, dy = by - ay, dz = bz - az, dw = bw - aw;
+    const double sx = bx + ax, sy = by + ay, sz = bz + az, sw = bw + aw;
+    /* By the halves of a rhombus: an arccosine of the dot product loses half of the digits where a
+     * and b are nearly parallel. */
+    const double angle = 2.0 * atan2(sqrt(dx * dx + dy * dy + dz * dz + dw * dw),
+                                     sqrt(sx * sx + sy * sy + sz * sz + sw * sw));
+    const double sine = sin(angle), u = (double)t;
+    double s = 1.0 - u, r = u;
+    if (sine > 0.0) {
+        s = sin(s * angle) / sine;
+        r = sin(u * angle) / sine;
+    }
+    out->x = kx_detail_single(s * ax + r * bx);
+    out->y = kx_detail_single(s * ay + r * by);
+    out->z = kx_detail_single(s * az + r * bz);
+    out->w = kx_detail_single(s * aw + r * bw);
+}
+
+/** @} */
+
+/** @name Cameras
+ * A camera looks along its -Z, with X to the right and Y up: right-handed, like all else here. From
+ * a point of the world to the picture:
+ *
+ *     KXM4 placement, view, projection, world_to_clip;
+ *     kx_look_at(&eye, &target, &up, &placement, &view);
+ *     kx_perspective(0.8f, 16.0f/9.0f, 0.1f, 1000.0f, KX_DEPTH_0_TO_1, &projection);
+ *     KXM4Mult(&projection, &view, &world_to_clip);
+ *     KXM4P4(&world_to_clip, &point, &clip);        // point has w = 1
+ *     kx_divide_by_w(&clip, &seen);
+ *
+ * x of what is seen runs from -1 at the left to 1 at the right, y from -1 at the bottom to 1 at the
+ * top. Where a graphics interface wants y to run down, negate m[1][1] of the projection.
+ */
+/** @{ */
+
+/** What depth the nearest and the farthest plane of a camera get: one of the KX_DEPTH_ values
+ * below. */
+typedef uint32_t KXDepthRange;
+
+/** The depth ranges. */
+enum {
+    KX_DEPTH_0_TO_1 = 0,       /**< 0 at the nearest, 1 at the farthest. */
+    KX_DEPTH_MINUS_1_TO_1 = 1, /**< -1 at the nearest, 1 at the farthest. */
+    KX_DEPTH_1_TO_0 = 2        /**< 1 at the nearest, 0 at the farthest: finer far away. */
+};
+
+/** @cond */
+static inline double kx_detail_depth_at_nearest(KXDepthRange depth)
+{
+    return depth == KX_DEPTH_0_TO_1 ? 0.0 : depth == KX_DEPTH_MINUS_1_TO_1 ? -1.0 : 1.0;
+}
+
+static inline double kx_detail_depth_at_farthest(KXDepthRange depth)
+{
+    return depth == KX_DEPTH_1_TO_0 ? 0.0 : 1.0;
+}
+/** @endcond */
+
+/**
+ * Places a camera at a point, looking at another. Its axes as they lie in the world, with x the
+ * cross product:
+ *
+ *     Z = (eye - target), unit length      X = up x Z, unit length      Y = Z x X
+ *
+ * The placement takes the camera's space to the world: its columns are X, Y, Z and the eye. The
+ * view takes the world to the camera's space: its rows are X, Y, Z, and its last column -X.eye,
+ * -Y.eye, -Z.eye.
+ *
+ * - Aliasing: the outputs must be apart from all else.
+ * - Null: placement, view or both may be null; a null output is skipped. Nothing else may be null.
+ * - On status 1: the direction says too little, and the outputs get one that will do. With eye and
+ *   target at one place the camera looks along -Z of the world; with up along the line of sight, to
+ *   KX_TOLERANCE as the sine of the angle between, X is KXV3Perpendicular of Z.
+ *
+ * @param[in]  eye        where the camera is, in the caller's length unit
+ * @param[in]  target     what is seen in the middle of the picture
+ * @param[in]  up         what is up in the picture; of any length, at any angle
+ * @param[out] placement  from the camera's space to the world; or null
+ * @param[out] view       from the world to the camera's space; or null
+ * @return 0 for done, 1 when the direction was chosen
+ */
+static inline int32_t kx_look_at(const KXP3 *eye, const KXP3 *target, const KXV3 *up,
+                                 KXM4 *placement, KXM4 *view)
+{
+    const double ex = (double)eye->x, ey = (double)eye->y, ez = (double)eye->z;
+    const double ux = (double)up->x, uy = (double)up->y, uz = (double)up->z;
+    double zx = ex - (double)target->x, zy = ey - (double)target->y, zz = ez - (double)target->z;
+    double xx, xy, xz, yx, yy, yz, sine;
+    double length = sqrt(zx * zx + zy * zy + zz * zz);
+    int32_t status = 0;
+    /* Of two singles that differ, the difference is an ordinary double: 0 means one place. */
+    if (!(length > 0.0 && length < 1e40)) {
+        zx = zy = 0.0;
+        zz = length = 1.0;
+        status = 1;
+    }
+    zx /= length;
+    zy /= length;
+    zz /= length;
+    xx = uy * zz - uz * zy;
+    xy = uz * zx - ux * zz;
+    xz = ux * zy - uy * zx;
+    sine = sqrt(xx * xx + xy * xy + xz * xz);
+    if (!(sine > (double)KX_TOLERANCE * sqrt(ux * ux + uy * uy + uz * uz) && sine < 1e40)) {
+        KXV3 z, x;
+        z.x = kx_detail_single(zx);
+        z.y = kx_detail_single(zy);
+        z.z = kx_detail_single(zz);
+        KXV3Perpendicular(&z, &x);
+        xx = (double)x.x;
+        xy = (double)x.y;
+        xz = (double)x.z;
+        sine = sqrt(xx * xx + xy * xy + xz * xz);
+        status = 1;
+    }
+    /* A zero of either sign plus 0.0 is +0. */
+    xx = xx / sine + 0.0;
+    xy = xy / sine + 0.0;
+    xz = xz / sine + 0.0;
+    yx = zy * xz - zz * xy + 0.0;
+    yy = zz * xx - zx * xz + 0.0;
+    yz = zx * xy - zy * xx + 0.0;
+    if (placement) {
+        const KXM4 matrix = {
+            {{kx_detail_single(xx), kx_detail_single(yx), kx_detail_single(zx), eye->x},
+             {kx_detail_single(xy), kx_detail_single(yy), kx_detail_single(zy), eye->y},
+             {kx_detail_single(xz), kx_detail_single(yz), kx_detail_single(zz), eye->z},
+             {0.0f, 0.0f, 0.0f, 1.0f}}};
+        *placement = matrix;
+    }
+    if (view) {
+        const KXM4 matrix = {{{kx_detail_single(xx), kx_detail_single(xy), kx_detail_single(xz),
+                               kx_detail_single(0.0 - (xx * ex + xy * ey + xz * ez))},
+                              {kx_detail_single(yx), kx_detail_single(yy), kx_detail_single(yz),
+                               kx_detail_single(0.0 - (yx * ex + yy * ey + yz * ez))},
+                              {kx_detail_single(zx), kx_detail_single(zy), kx_detail_single(zz),
+                               kx_detail_single(0.0 - (zx * ex + zy * ey + zz * ez))},
+                              {0.0f, 0.0f, 0.0f, 1.0f}}};
+        *view = matrix;
+    }
+    return status;
+}
+
+/**
+ * A perspective projection. With f = 1/tan(fieldOfView/2), r = nearest/farthest, and d0 and d1 the
+ * depths of the nearest and the farthest plane:
+ *
+ *     f/aspect 0 0                        0
+ *     0        f 0                        0
+ *     0        0 (d0 - d1)*r/(1 - r) - d1 nearest*(d0 - d1)/(1 - r)
+ *     0        0 -1                       0
+ *
+ * so that w is the distance along the line of sight. The farthest plane may be infinite.
+ *
+ * - Null: not allowed.
+ * - Degenerate: nothing is refused. A field of view outside 0 to pi, an aspect or a nearest
+ * distance of 0, and two equal distances give elements that are infinite, NaN or of no use.
+ *
+ * @param[in]  fieldOfView  from the bottom of the picture to its top, in radians
+ * @param[in]  aspect       the picture's width divided by its height
+ * @param[in]  nearest      distance of the nearest plane, above 0, in the caller's length unit
+ * @param[in]  farthest     distance of the farthest plane, in that unit; may be infinite
+ * @param[in]  depth        the depths of the two, one of KX_DEPTH_
+ * @param[out] out          the projection
+ */
+static inline void kx_perspective(float fieldOfView, float aspect, float nearest, float farthest,
+                                  KXDepthRange depth, KXM4 *out)
+{
+    const double f = 1.0 / tan(0.5 * (double)fieldOfView);
+    const double d0 = kx_detail_depth_at_nearest(depth), d1 = kx_detail_depth_at_farthest(depth);
+    const double r = (double)nearest / (double)farthest;
+    const double step = (d0 - d1) / (1.0 - r);
+    const KXM4 matrix = {
+        {{kx_detail_single(f / (double)aspect), 0.0f, 0.0f, 0.0f},
+         {0.0f, kx_detail_single(f), 0.0f, 0.0f},
+         {0.0f, 0.0f, kx_detail_single(step * r - d1), kx_detail_single(step * (double)nearest)},
+         {0.0f, 0.0f, -1.0f, 0.0f}}};
+    *out = matrix;
+}
+
+/**
+ * An orthographic projection: what is between the six planes fills the picture, and size does not
+ * change with distance. With d0 and d1 the depths of the nearest and the farthest plane:
+ *
+ *     x' = (2*x - left - right)/(right - left)        y' = (2*y - bottom - top)/(top - bottom)
+ *     z' = d0 + (d1 - d0)*(-z - nearest)/(farthest - nearest)
+ *
+ * - Null: not allowed.
+ * - Degenerate: nothing is refused. Two equal planes give elements that are infinite or NaN.
+ *
+ * @param[in]  left      x at the left of the picture, in the caller's length unit
+ * @param[in]  right     x at its right
+ * @param[in]  bottom    y at its bottom
+ * @param[in]  top       y at its top
+ * @param[in]  nearest   distance of the nearest plane; 0 and negative distances are good here
+ * @param[in]  farthest  distance of the farthest plane
+ * @param[in]  depth     the depths of the two, one of KX_DEPTH_
+ * @param[out] out       the projection
+ */
+static inline void kx_orthographic(float left, float right, float bottom, float top, float nearest,
+                                   float farthest, KXDepthRange depth, KXM4 *out)
+{
+    const double l = (double)left, r = (double)right, b = (double)bottom, t = (double)top;
+    const double n = (double)nearest, f = (double)farthest;
+    const double d0 = kx_detail_depth_at_nearest(depth), d1 = kx_detail_depth_at_farthest(depth);
+    const double step = (d0 - d1) / (f - n);
+    const KXM4 matrix = {
+        {{kx_detail_single(2.0 / (r - l)), 0.0f, 0.0f, kx_detail_single((-l - r) / (r - l))},
+         {0.0f, kx_detail_single(2.0 / (t - b)), 0.0f, kx_detail_single((-b - t) / (t - b))},
+         {0.0f, 0.0f, kx_detail_single(step), kx_detail_single(d0 + step * n)},
+         {0.0f, 0.0f, 0.0f, 1.0f}}};
+    *out = matrix;
+}
+
+/**
+ * The point that a homogeneous point stands for: x/w, y/w, z/w.
+ *
+ * After a perspective projection a w below 0 means a point at the camera's back, which is no part
+ * of the picture; the caller looks at w.
+ *
+ * - Aliasing: out must be apart from p.
+ * - Null: not allowed.
+ * - On status 1: w is 0, a direction and no point; out stays untouched.
+ *
+ * @param[in]  p    the homogeneous point
+ * @param[out] out  the point
+ * @return 0 for done, 1 when w is 0
+ */
+static inline int32_t kx_divide_by_w(const KXP4 *p, KXP3 *out)
+{
+    if (p->w == 0.0f) {
+        return 1;
+    }
+    out->x = kx_detail_single((double)p->x / (double)p->w);
+    out->y = kx_detail_single((double)p->y / (double)p->w);
+    out->z = kx_detail_single((double)p->z / (double)p->w);
+    return 0;
+}
+
+/**
+ * The ray from a camera through a place in its picture, in the world; its direction has unit
+ * length. It begins at the eye, or with an orthographic projection at the same place in the plane
+ * through the eye. Nothing is inverted, so that it is as exact with any two planes.
+ *
+ * With x = 2*column/width - 1, y = 1 - 2*row/height and mrc the elements of the projection, in the
+ * camera's space before KXTransformRay carries it:
+ *
+ *     perspective:   origin 0, 0, 0      direction (x + m02)/m00, (y + m12)/m11, -1
+ *     orthographic:  origin (x - m03)/m00, (y - m13)/m11, 0      direction 0, 0, -1
+ *
+ * - Aliasing: out must be apart from all else.
+ * - Null: not allowed.
+ * - Degenerate: none with a projection by kx_perspective or kx_orthographic. One of another kind,
+ *   skewed or combined with a view, gives another ray.
+ *
+ * @param[in]  projection  by kx_perspective or kx_orthographic
+ * @param[in]  placement   from the camera's space to the world, as kx_look_at makes it
+ * @param[in]  column      from the left of the picture, in pixels; a pixel's middle is at a half
+ * @param[in]  row         from the top of the picture, in pixels
+ * @param[in]  width       the picture's width, in pixels
+ * @param[in]  height      the picture's height, in pixels
+ * @param[out] out         the ray
+ */
+static inline void kx_screen_to_ray(const KXM4 *projection, const KXM4 *placement, float column,
+                                    float row, float width, float height, KXRay *out)
+{
+    const double x = 2.0 * (double)column / (double)width - 1.0;
+    const double y = 1.0 - 2.0 * (double)row / (double)height;
+    const double m00 = (double)projection->m[0][0], m11 = (double)projection->m[1][1];
+    const int perspective = projection->m[3][2] != 0.0f;
+    const double place = perspective ? 0.0 : 1.0, slope = perspective ? 1.0 : 0.0;
+    KXRay ray;
+    ray.origin.x = kx_detail_single(place * (x - (double)projection->m[0][3]) / m00);
+    ray.origin.y = kx_detail_single(place * (y - (double)projection->m[1][3]) / m11);
+    ray.origin.z = 0.0f;
+    ray.direction.x = kx_detail_single(slope * (x + (double)projection->m[0][2]) / m00);
+    ray.direction.y = kx_detail_single(slope * (y + (double)projection->m[1][2]) / m11);
+    ray.direction.z = -1.0f;
+    KXTransformRay(&ray, placement, out);
+}
+
+/** @} */
+
 /** @name Meshes for intersection
  * What the functions of spatial.h ask of a mesh: coordinates about the origin, large enough for
  * their absolute tolerances, and each triangle begun at the corner that loses the fewest bits. And
@@ -75,10 +544,10 @@ static inline KXP2 kx_detail_step(KXP2 from, KXP2 to)
  *
  *     to:    x' = scale*x - scale*middle.x      from:  x = x'/scale + middle.x
  *
- * and likewise y and z. The scale is a power of two, so that it costs no bit of a coordinate. In
- * this range KX_TOLERANCE is about as small beside a coordinate as its own last bits are, and next
- * to no triangle is too small to be hit. Carry rays there with KXTransformRay, which makes their
- * directions unit length as well, and bring points of contact back.
+ * and likewise y and z. The scale is a power of two and costs no bit; the shift rounds once. In
+ * this range KX_TOLERANCE is negligible relative to a coordinate, as its own last bits are. Carry
+ * rays there with KXTransformRay, which makes their directions unit length as well, and bring
+ * points of contact back.
  *
  * - Aliasing: the outputs must be apart from box and from each other.
  * - Null: to, from or both may be null; a null output is skipped. box must not be null.
