@@ -609,7 +609,7 @@ static inline int32_t kx_fit_mesh(const KXBox *box, KXM4 *to, KXM4 *from)
  * - On status 1: the triangle has no plane, or |den|, twice its area in that projection, is below
  *   KX_TOLERANCE: no path hits it. The record is written all the same.
  *
- * @param[in]  vertices  the mesh's vertices, packed: twelve bytes each
+ * @param[in]  vertices  the mesh's vertices, indexed by first, second and third, packed
  * @param[in]  first     index of the first corner
  * @param[in]  second    index of the second corner
  * @param[in]  third     index of the third corner
@@ -721,7 +721,7 @@ static inline double kx_line_parameter(const KXLine *line, const KXP3 *point)
  * - On status 1: den is 0, and weights stay untouched.
  *
  * @param[in]  triangle  the triangle; the weights follow the order of its corners
- * @param[in]  vertices  the mesh's vertices, packed: twelve bytes each
+ * @param[in]  vertices  the mesh's vertices, indexed by triangle, packed
  * @param[in]  point     a point in the triangle's plane
  * @param[out] weights   the coordinates: three floats
  * @return 0 for done, 1 when the triangle has no area

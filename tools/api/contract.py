@@ -5,7 +5,8 @@ The headers phrase what a binding has to know in one way each:
     @param[in,out] name  text               the argument's role
     text; or null                           it may be null
     the points, count of them, packed       it is an array, and the argument count is its length
-    the vertices, indexed by triangle, packed   an array whose length is not passed
+    the vertices, indexed by triangle, packed   an array whose length is not passed; indices may
+                                                also be integers: by first, second and third
     the unit wanted, 0 to 9                 the values that an integer may have
     - Aliasing: out may be a, b or both; a and b may be one record.
     - Null: not allowed. | allowed when count is 0. | a, b or both may be null.
@@ -109,8 +110,9 @@ def extent(text):
     facts = {}
     if match := re.search(r"\b(\w+) of them, packed\b", text):
         facts["count"] = match[1]
-    elif match := re.search(r"\bindexed by (\w+), packed\b", text):
-        facts["indexed_by"] = match[1]
+    elif match := re.search(r"\bindexed by (\w+(?:, \w+)*(?: and \w+)?), packed\b", text):
+        names = re.findall(r"\w+", match[1].replace(" and ", " "))
+        facts["indexed_by"] = names[0] if len(names) == 1 else names
     elif "packed" in text:
         raise ContractError(f"an array without a length: {text}")
     if match := re.search(r", (\d+) to (\d+)$", text):

@@ -21,7 +21,8 @@ ROOT = pathlib.Path(__file__).resolve().parents[2]
 
 def parse_headers(include):
     arguments = ["-x", "c", "-std=c99", f"-I{include}"]
-    unit = Index.create().parse(str(include / "kxmaths5.h"), args=arguments,
+    everything = "#include <kxmaths5.h>\n#include <kxmaths5/everyday.h>\n"
+    unit = Index.create().parse("host.c", args=arguments, unsaved_files=[("host.c", everything)],
                                 options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD)
     for diagnostic in unit.diagnostics:
         raise ContractError(str(diagnostic))
@@ -101,11 +102,15 @@ def groups(header):
 def argument(cursor, said, sharings, may_be_null):
     role, text = said.arguments[cursor.spelling]
     kind = cursor.type
-    by_address = kind.kind == TypeKind.POINTER
-    if (by_address and not kind.get_pointee().is_const_qualified()) != (role != "in"):
+    is_array = kind.kind == TypeKind.CONSTANTARRAY
+    by_address = is_array or kind.kind == TypeKind.POINTER
+    target = kind.element_type if is_array else kind.get_pointee() if by_address else kind
+    if (by_address and not target.is_const_qualified()) != (role != "in"):
         raise ContractError(f"{cursor.spelling} is said to be [{role}], its type says otherwise")
     described = {"name": cursor.spelling, "role": role, "text": text, "by": "value"}
-    described["type"] = type_name(kind.get_pointee() if by_address else kind)
+    described["type"] = type_name(target)
+    if is_array:
+        described["shape"] = [kind.element_count]
     if by_address:
         described["by"] = "address"
         described["may_be_null"] = cursor.spelling in may_be_null
@@ -139,24 +144,26 @@ def describe(include):
     headers = sorted(include.glob("kxmaths5/*.h"))
     cursors = [cursor for cursor in unit.cursor.get_children() if cursor.location.file
                and pathlib.Path(cursor.location.file.name) in headers]
-    topics, functions = [], []
+    topics, functions, everyday = [], [], []
     for header in headers:
         begins = list(groups(header))
         topics += [{"name": name, "header": f"kxmaths5/{header.name}", "text": text}
                    for _, name, text in begins]
         for cursor in cursors:
             if (cursor.kind == CursorKind.FUNCTION_DECL
-                    and cursor.location.file.name == str(header)):
+                    and cursor.location.file.name == str(header)
+                    and not cursor.spelling.startswith("kx_detail_")):
                 group = [name for start, name, _ in begins if start < cursor.location.offset][-1]
                 try:
-                    functions.append(function(cursor, group))
+                    (everyday if cursor.spelling.startswith("kx_") else functions).append(
+                        function(cursor, group))
                 except ContractError as error:
                     raise ContractError(f"{header.name}: {cursor.spelling}: {error}") from error
     constants = macros(unit)
     version = [str(c["value"]) for c in constants if c["name"].startswith("KX_VERSION_")]
     return {"library": "kxmaths5", "version": ".".join(version), "constants": constants,
             "enumerations": enumerations(cursors), "records": records(cursors),
-            "groups": topics, "functions": functions}
+            "groups": topics, "functions": functions, "everyday": everyday}
 
 
 def main():
