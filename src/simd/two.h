@@ -18,23 +18,41 @@
 
 #include "numeric.h"
 
-#if defined(__GNUC__) && defined(__SSE2__) && !defined(KX_PLAIN)
-#include "simd/two_sse2.h"
+/* Vectors are to stay in registers; g++ would rather call a function that has a few of them. */
+#if defined(__GNUC__)
+#define KX_INLINE __attribute__((always_inline)) static inline
 #else
-#include "simd/two_plain.h"
+#define KX_INLINE static inline
+#endif
+
+#if defined(__GNUC__) && defined(__SSE2__) && !defined(KX_PLAIN)
+#include "simd/sse2.h"
+#else
+#include "simd/plain.h"
 #endif
 
 namespace kx
 {
 
-static inline Double2 splat2(double value)
+KX_INLINE Double2 splat2(double value)
 {
     return lanes(value, value);
 }
 
-static inline Double2 round_to_single(Double2 p)
+KX_INLINE Double2 round_to_single(Double2 p)
 {
     return widen(narrow(p));
+}
+
+/** Four columns as four rows, or the other way round. */
+KX_INLINE void transpose(Float4 &a, Float4 &b, Float4 &c, Float4 &d)
+{
+    const Float4 ab_low = interleave_low(a, b), ab_high = interleave_high(a, b);
+    const Float4 cd_low = interleave_low(c, d), cd_high = interleave_high(c, d);
+    a = join_low(ab_low, cd_low);
+    b = join_high(ab_low, cd_low);
+    c = join_low(ab_high, cd_high);
+    d = join_high(ab_high, cd_high);
 }
 
 } // namespace kx

@@ -32,9 +32,6 @@
 #include <immintrin.h>
 #endif
 
-/* Vectors are to stay in registers; g++ would rather call a function that has a few of them. */
-#define KX_INLINE __attribute__((always_inline)) static inline
-
 namespace kx
 {
 

@@ -1,0 +1,144 @@
+/* Four doubles as a register of AVX2. */
+#ifndef KX_SIMD_AVX2_H
+#define KX_SIMD_AVX2_H
+
+#include "simd/two.h"
+
+#include <immintrin.h>
+
+namespace kx
+{
+
+typedef __m256d Double4;
+
+KX_INLINE Double4 lanes(double a, double b, double c, double d)
+{
+    return _mm256_setr_pd(a, b, c, d);
+}
+KX_INLINE Double2 low_half(Double4 v)
+{
+    return _mm256_castpd256_pd128(v);
+}
+KX_INLINE Double2 high_half(Double4 v)
+{
+    return _mm256_extractf128_pd(v, 1);
+}
+KX_INLINE Double4 join(Double2 low, Double2 high)
+{
+    return _mm256_set_m128d(high, low);
+}
+
+/** The lanes with those numbers. */
+template <int A, int B, int C, int D>
+KX_INLINE Double4 permute(Double4 v)
+{
+    return _mm256_permute4x64_pd(v, _MM_SHUFFLE(D, C, B, A));
+}
+/** The same of two vectors, with the lanes of the second numbered from 4 on. */
+template <int A, int B, int C, int D>
+KX_INLINE Double4 permute(Double4 v, Double4 w)
+{
+#if defined(__AVX512VL__)
+    return _mm256_permutex2var_pd(v, _mm256_setr_epi64x(A, B, C, D), w);
+#else
+    constexpr int from_w = (A > 3 ? 1 : 0) + (B > 3 ? 2 : 0) + (C > 3 ? 4 : 0) + (D > 3 ? 8 : 0);
+    const Double4 of_v = permute<A & 3, B & 3, C & 3, D & 3>(v);
+    const Double4 of_w = permute<A & 3, B & 3, C & 3, D & 3>(w);
+    return _mm256_blend_pd(of_v, of_w, from_w);
+#endif
+}
+/** The even lanes of a and b in turns, or the odd ones: in each half what it does to two lanes. */
+KX_INLINE Double4 unpack_low(Double4 a, Double4 b)
+{
+    return _mm256_castsi256_pd(
+        _mm256_unpacklo_epi64(_mm256_castpd_si256(a), _mm256_castpd_si256(b)));
+}
+KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
+{
+    return _mm256_castsi256_pd(
+        _mm256_unpackhi_epi64(_mm256_castpd_si256(a), _mm256_castpd_si256(b)));
+}
+/** Lane 0 of the first, and the others of the second. */
+KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
+{
+    return _mm256_blend_pd(v, _mm256_castpd128_pd256(value), 1);
+}
+
+/** The greater of each value and 0; a NaN gives 0. */
+KX_INLINE Double4 positive_part(Double4 v)
+{
+    return _mm256_max_pd(v, _mm256_setzero_pd());
+}
+/** The lesser of each value and 0; a NaN stays one. */
+KX_INLINE Double4 negative_part(Double4 v)
+{
+    return _mm256_min_pd(_mm256_setzero_pd(), v);
+}
+/** The lower of each two; the second where neither is, and for a NaN. */
+KX_INLINE Double4 min(Double4 a, Double4 b)
+{
+    return _mm256_min_pd(a, b);
+}
+/** The higher of each two; the second where neither is, and for a NaN. */
+KX_INLINE Double4 max(Double4 a, Double4 b)
+{
+    return _mm256_max_pd(a, b);
+}
+KX_INLINE Double4 negate(Double4 v)
+{
+    return _mm256_xor_pd(v, _mm256_set1_pd(-0.0));
+}
+
+KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c)
+{
+    return _mm256_fmadd_pd(a, b, c);
+}
+KX_INLINE Double4 subtract_exact_product(Double4 c, Double4 a, Double4 b)
+{
+    return _mm256_fnmadd_pd(a, b, c);
+}
+
+KX_INLINE Double4 widen(Float4 v)
+{
+    return _mm256_cvtps_pd(v.floats);
+}
+KX_INLINE Float4 narrow(Double4 v)
+{
+    return {_mm256_cvtpd_ps(v)};
+}
+
+/** Four floats, widened. From memory a conversion is one operation; g++ would make it two. */
+KX_INLINE Double4 load4(const float *from)
+{
+#if defined(__clang__)
+    return widen(load_floats4(from));
+#else
+    Double4 v;
+    __asm__("vcvtps2pd %1, %0" : "=x"(v) : "m"(*reinterpret_cast<const float(*)[4]>(from)));
+    return v;
+#endif
+}
+/** Three floats, widened, and 0; the float that follows them isn't read. */
+KX_INLINE Double4 load3(const float *from)
+{
+#if defined(__AVX512VL__)
+    return _mm256_cvtps_pd(_mm_maskz_loadu_ps(7, from));
+#else
+    return _mm256_cvtps_pd(_mm_movelh_ps(load_floats2(from), _mm_load_ss(from + 2)));
+#endif
+}
+/** One float, widened, in all lanes. */
+KX_INLINE Double4 broadcast4(const float *from)
+{
+#if defined(__AVX512VL__) && !defined(__clang__)
+    Double4 v;
+    __asm__("vcvtps2pd %1%{1to4%}, %0" : "=x"(v) : "m"(*from));
+    return v;
+#else
+    return _mm256_cvtps_pd(_mm_broadcast_ss(from));
+#endif
+}
+
+} // namespace kx
+
+#endif

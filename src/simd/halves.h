@@ -1,0 +1,140 @@
+/* Four doubles as two vectors of two, where there is no register for four. */
+#ifndef KX_SIMD_HALVES_H
+#define KX_SIMD_HALVES_H
+
+#include "simd/two.h"
+
+namespace kx
+{
+
+struct Double4 {
+    Double2 low, high;
+};
+
+KX_INLINE Double4 lanes(double a, double b, double c, double d)
+{
+    return {lanes(a, b), lanes(c, d)};
+}
+KX_INLINE Double2 low_half(Double4 v)
+{
+    return v.low;
+}
+KX_INLINE Double2 high_half(Double4 v)
+{
+    return v.high;
+}
+KX_INLINE Double4 join(Double2 low, Double2 high)
+{
+    return {low, high};
+}
+
+KX_INLINE Double4 operator+(Double4 a, Double4 b)
+{
+    return {a.low + b.low, a.high + b.high};
+}
+KX_INLINE Double4 operator-(Double4 a, Double4 b)
+{
+    return {a.low - b.low, a.high - b.high};
+}
+KX_INLINE Double4 operator*(Double4 a, Double4 b)
+{
+    return {a.low * b.low, a.high * b.high};
+}
+KX_INLINE Double4 operator/(Double4 a, Double4 b)
+{
+    return {a.low / b.low, a.high / b.high};
+}
+
+/** Two lanes of four halves, which are numbered from 0 to 7. */
+template <int A, int B>
+KX_INLINE Double2 pick(const Double2 (&halves)[4])
+{
+    const Double2 a = halves[A / 2], b = halves[B / 2];
+    if constexpr (A % 2 == 0 && B % 2 == 0) {
+        return A == B ? splat_low(a) : unpack_low(a, b);
+    } else if constexpr (A % 2 == 1 && B % 2 == 1) {
+        return A == B ? splat_high(a) : unpack_high(a, b);
+    } else if constexpr (A % 2 == 0) {
+        return A / 2 == B / 2 ? a : low_and_high(a, b);
+    } else {
+        return A / 2 == B / 2 ? swap_lanes(a) : high_and_low(a, b);
+    }
+}
+template <int A, int B, int C, int D>
+KX_INLINE Double4 permute(Double4 v, Double4 w)
+{
+    const Double2 halves[4] = {v.low, v.high, w.low, w.high};
+    return {pick<A, B>(halves), pick<C, D>(halves)};
+}
+template <int A, int B, int C, int D>
+KX_INLINE Double4 permute(Double4 v)
+{
+    return permute<A, B, C, D>(v, v);
+}
+KX_INLINE Double4 unpack_low(Double4 a, Double4 b)
+{
+    return {unpack_low(a.low, b.low), unpack_low(a.high, b.high)};
+}
+KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
+{
+    return {unpack_high(a.low, b.low), unpack_high(a.high, b.high)};
+}
+KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
+{
+    return {low_and_high(value, v.low), v.high};
+}
+
+KX_INLINE Double4 positive_part(Double4 v)
+{
+    return {positive_part(v.low), positive_part(v.high)};
+}
+KX_INLINE Double4 negative_part(Double4 v)
+{
+    return {negative_part(v.low), negative_part(v.high)};
+}
+KX_INLINE Double4 min(Double4 a, Double4 b)
+{
+    return {min(a.low, b.low), min(a.high, b.high)};
+}
+KX_INLINE Double4 max(Double4 a, Double4 b)
+{
+    return {max(a.low, b.low), max(a.high, b.high)};
+}
+KX_INLINE Double4 negate(Double4 v)
+{
+    return {negate(v.low), negate(v.high)};
+}
+KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c)
+{
+    return a * b + c;
+}
+KX_INLINE Double4 subtract_exact_product(Double4 c, Double4 a, Double4 b)
+{
+    return c - a * b;
+}
+
+KX_INLINE Double4 widen(Float4 v)
+{
+    return {widen(low_half(v)), widen(high_half(v))};
+}
+KX_INLINE Float4 narrow(Double4 v)
+{
+    return join(narrow(v.low), narrow(v.high));
+}
+KX_INLINE Double4 load4(const float *from)
+{
+    return {load2(from), load2(from + 2)};
+}
+KX_INLINE Double4 load3(const float *from)
+{
+    return {load2(from), lanes(widen(from[2]), 0.0)};
+}
+KX_INLINE Double4 broadcast4(const float *from)
+{
+    const Double2 both = splat2(widen(*from));
+    return {both, both};
+}
+
+} // namespace kx
+
+#endif
