@@ -26,10 +26,22 @@
 #endif
 
 /** @cond */
-/* The one narrowing: rounds to single, for storing. */
+/* The one narrowing: rounds to single, for storing. g++ 12 packs neighbouring roundings into a
+ * vector and then drops them if the values are widened again, as they are where one inline function
+ * takes what another has made. What it can't see into it can't pack. */
 static inline float kx_detail_single(double value)
 {
-    return (float)value;
+    float single = (float)value;
+#if defined(__GNUC__) && !defined(__clang__)
+#if defined(__SSE2__)
+    __asm__("" : "+x"(single));
+#elif defined(__aarch64__)
+    __asm__("" : "+w"(single));
+#else
+    __asm__("" : "+m"(single));
+#endif
+#endif
+    return single;
 }
 
 /* A point without the coordinate along which the plane's normal is largest, as KXRayIxTriangle sees
