@@ -248,8 +248,11 @@ KX_API int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point);
  * is parallel: with a unit direction and a unit normal that is a millionth of a radian. A triangle
  * is not hit when |den|, twice its projected area, is below KX_TOLERANCE: with legs of less than a
  * thousandth. With ep equal to 0 it is |fp| or |eq| that must not be: legs of less than a
- * millionth. So a small triangle may be hit with its corners in one order and not in another. Scale
- * small meshes up.
+ * millionth. So a small triangle may be hit with its corners in one order and not in another.
+ *
+ * Where ep is small beside fp and not 0, the rounding of beta is divided by it, and rays at the
+ * triangle's inside miss: kx_triangle of everyday.h begins a triangle at the corner that avoids
+ * this, kx_fit_mesh scales small meshes up, and docs/meshes-and-rays.md has figures and a recipe.
  *
  * A start on the plane does not cross it.
  */
