@@ -3,84 +3,24 @@
  * each thread's own: all get what one thread alone gets, and ThreadSanitizer finds no write to what
  * they share. Without it a race spoils a result too seldom for this to be a test.
  */
-#include "support/catalogue.h"
+#include "support/digest.h"
 #include "support/inputs.h"
+#include "support/records.h"
 
 #include <doctest/doctest.h>
 
 #include <array>
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
 #include <vector>
 
-using test::Digest;
-using test::Inputs;
+using namespace test;
 
 namespace
 {
-
-/** Of points in an array: blocks of every kernel, and some left over. */
-constexpr std::uint32_t points = 21;
-
-/** One argument: a word by value, or an array of records. */
-using Words = std::vector<std::uint32_t>;
-
-/** Makes the arguments of one function's calls. A triangle's vertices come with it, and behind it.
- */
-struct Source {
-    Inputs inputs;
-    std::uint32_t word_limit;
-    KXP3 vertices[4];
-
-    template <typename Argument>
-    Words argument(char letter)
-    {
-        if constexpr (std::is_same_v<Argument, float>) {
-            return {inputs.number_bits()};
-        } else if constexpr (std::is_same_v<Argument, std::uint32_t>) {
-            return {letter == '#'     ? points
-                    : word_limit == 0 ? inputs.word()
-                                      : inputs.below(word_limit)};
-        } else {
-            std::array<std::remove_const_t<std::remove_pointer_t<Argument>>, points> records;
-            for (auto &record : records) {
-                fill(&record);
-            }
-            Words words(sizeof records / 4);
-            std::memcpy(words.data(), letter < 'a' ? static_cast<void *>(vertices) : records.data(),
-                        letter < 'a' ? sizeof vertices : sizeof records);
-            return words;
-        }
-    }
-
-    template <typename Record>
-    void fill(Record *record)
-    {
-        inputs.fill(record);
-    }
-    void fill(KXTriangle *triangle)
-    {
-        inputs.fill(vertices, triangle);
-    }
-};
-
-/** What is passed: the value, the shared records themselves, or `own`, a copy to be written. */
-template <typename Argument>
-Argument passed(const Words &shared, Words &own)
-{
-    if constexpr (!std::is_pointer_v<Argument>) {
-        Argument value;
-        std::memcpy(&value, shared.data(), sizeof value);
-        return value;
-    } else if constexpr (std::is_const_v<std::remove_pointer_t<Argument>>) {
-        return reinterpret_cast<Argument>(shared.data());
-    } else {
-        own = shared;
-        return reinterpret_cast<Argument>(own.data());
-    }
-}
 
 /** One call, which any thread may make at any time. It gives a digest of the result and outputs. */
 struct Call {
@@ -88,37 +28,52 @@ struct Call {
     std::function<std::uint64_t()> make;
 };
 
-template <typename Result, typename... Arguments, std::size_t... Place>
-Call call_of(const catalogue::Entry<Result (*)(Arguments...)> &entry, const std::string &seed,
-             std::index_sequence<Place...>)
+/** What is passed: the value, the shared record itself, or the thread's own where it is written. */
+template <typename Argument>
+Argument passed(Argument argument, const Areas &shared, Areas &own)
 {
-    Source source = {Inputs(seed.c_str()), entry.word_limit, {}};
-    source.inputs.next_kind();
-    // The braces keep the order of the arguments.
-    const std::array<Words, sizeof...(Arguments)> shared{
-        source.argument<Arguments>(entry.sharings[Place])...};
-    return {entry.name, [shared, function = entry.function] {
-                std::array<Words, sizeof...(Arguments)> own;
-                Digest digest;
-                if constexpr (std::is_void_v<Result>) {
-                    function(passed<Arguments>(shared[Place], own[Place])...);
-                } else {
-                    digest.result(function(passed<Arguments>(shared[Place], own[Place])...));
-                }
-                for (const Words &words : own) {
-                    for (const std::uint32_t word : words) {
-                        digest.computed(word);
-                    }
-                }
-                return digest.value();
-            }};
+    constexpr bool is_read = std::is_const_v<std::remove_pointer_t<Argument>>;
+    return is_read ? argument : moved(argument, shared, own);
 }
+
+/** The inputs of one function's call, which the threads share. */
+template <typename... Arguments>
+struct Shared {
+    template <typename Entry>
+    Shared(const Entry &entry, const std::string &seed) : inputs(seed.c_str())
+    {
+        inputs.next_kind();
+        arguments = records.arguments(entry, entry.sharings);
+    }
+
+    Inputs inputs;
+    Records<Inputs> records{inputs};
+    std::tuple<Arguments...> arguments;
+};
 
 template <typename Result, typename... Arguments>
 Call call_of(const catalogue::Entry<Result (*)(Arguments...)> &entry, int number)
 {
-    return call_of(entry, entry.name + std::to_string(number),
-                   std::index_sequence_for<Arguments...>());
+    const auto shared =
+        std::make_shared<Shared<Arguments...>>(entry, entry.name + std::to_string(number));
+    return {entry.name, [shared, function = entry.function] {
+                Areas own = shared->records.areas;
+                const auto call = [&](Arguments... a) {
+                    return function(passed(a, shared->records.areas, own)...);
+                };
+                Digest digest;
+                if constexpr (std::is_void_v<Result>) {
+                    std::apply(call, shared->arguments);
+                } else {
+                    digest.result(std::apply(call, shared->arguments));
+                }
+                for (const Area &area : own) {
+                    for (std::size_t i = 0; area.used && i < area.end(); ++i) {
+                        digest.computed(area.words[i]);
+                    }
+                }
+                return digest.value();
+            }};
 }
 
 std::vector<std::uint64_t> made(const std::vector<Call> &calls)

@@ -12,7 +12,7 @@ FUNCTIONS = {each["name"]: each for each in kxmaths5._api["functions"]}
 
 def catalogue():
     text = (ROOT / "tests/support/catalogue.h").read_text()
-    return re.findall(r'KX_ENTRY\((\w+), "([^"]+)"\)\)?(.*);', text)
+    return re.findall(r'KX_ENTRY\((\w+),\s*"([^"]+)",\s*\w+\)([^;]*);', text)
 
 
 def test_every_exported_function_is_described():

@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <tuple>
 #include <type_traits>
 #include <utility>
@@ -20,7 +21,7 @@ namespace test
 
 /**
  * One function's trial. Everything enters the digest: results, outputs, inputs, and the words
- * around them, so that a store in the wrong place shows as well.
+ * around them, so that a store in the wrong place shows as well. It makes the arguments itself.
  */
 class Trial
 {
@@ -30,7 +31,6 @@ public:
     template <typename Result, typename... Arguments>
     std::uint64_t run(const catalogue::Entry<Result (*)(Arguments...)> &entry)
     {
-        constexpr std::index_sequence_for<Arguments...> places;
         word_limit = entry.word_limit;
         for (const char *sharing = entry.sharings; sharing != nullptr;
              sharing = catalogue::next_sharing(sharing)) {
@@ -41,13 +41,13 @@ public:
                 } else {
                     inputs.next_kind();
                 }
-                call(entry.function, sharing, places);
+                call(entry, sharing);
             }
         }
         moved = entry.has_moved_nans;
         inputs.use(Kind::moved_nans);
         for (int i = 0; moved && i < 1000; ++i) {
-            call(entry.function, entry.sharings, places);
+            call(entry, entry.sharings);
         }
         return digest.value();
     }
@@ -102,6 +102,36 @@ public:
             enter(point);
         }
         return digest.value();
+    }
+
+    float number()
+    {
+        return inputs.number();
+    }
+
+    std::uint32_t word()
+    {
+        return word_limit == 0 ? inputs.word() : inputs.below(word_limit);
+    }
+
+    /** Functions of arrays have a `run` of their own. */
+    std::uint32_t count(bool)
+    {
+        std::abort();
+    }
+
+    template <typename Pointee>
+    Pointee *record(std::size_t index, bool)
+    {
+        Frame &f = frames.at(index);
+        if (!f.filled) {
+            std::remove_const_t<Pointee> record;
+            static_assert(sizeof record <= sizeof f.record, "the largest record has room");
+            inputs.fill(&record);
+            std::memcpy(f.record.data(), &record, sizeof record);
+            f.filled = true;
+        }
+        return reinterpret_cast<Pointee *>(f.record.data());
     }
 
 private:
@@ -168,15 +198,14 @@ private:
         }
     }
 
-    template <typename Result, typename... Arguments, std::size_t... Place>
-    void call(Result (*function)(Arguments...), const char *sharing, std::index_sequence<Place...>)
+    template <typename Result, typename... Arguments>
+    void call(const catalogue::Entry<Result (*)(Arguments...)> &entry, const char *sharing)
     {
         for (Frame &f : frames) {
             f = frame();
         }
-        // The braces keep the order of the arguments, and with it the inputs, the same everywhere.
-        const std::tuple<Arguments...> arguments{argument<Arguments>(sharing[Place])...};
-        const auto make = [&](Arguments... a) { return in_environment(function, a...); };
+        const auto arguments = catalogue::arguments(entry, sharing, *this);
+        const auto make = [&](Arguments... a) { return in_environment(entry.function, a...); };
         if constexpr (std::is_void_v<Result>) {
             std::apply(make, arguments);
         } else {
@@ -186,30 +215,6 @@ private:
             if (f.filled) {
                 enter(f);
             }
-        }
-    }
-
-    /** An argument by value, or the address of the record that a letter of the sharing names. */
-    template <typename Argument>
-    Argument argument(char letter)
-    {
-        if constexpr (std::is_same_v<Argument, float>) {
-            return inputs.number();
-        } else if constexpr (std::is_same_v<Argument, std::uint32_t>) {
-            return word_limit == 0 ? inputs.word() : inputs.below(word_limit);
-        } else {
-            if (letter == '-') {
-                return nullptr;
-            }
-            Frame &f = frames.at(static_cast<std::size_t>(letter - 'a'));
-            if (!f.filled) {
-                std::remove_const_t<std::remove_pointer_t<Argument>> record;
-                static_assert(sizeof record <= sizeof f.record, "the largest record has room");
-                inputs.fill(&record);
-                std::memcpy(f.record.data(), &record, sizeof record);
-                f.filled = true;
-            }
-            return reinterpret_cast<Argument>(f.record.data());
         }
     }
 
