@@ -240,6 +240,7 @@ void fill_targets(Data &out, Source &source)
             }
         } while (is_slim(corners));
         KXPlaneEquation(&corners[0], &corners[1], &corners[2], &triangle.plane);
+        out.planes[i] = triangle.plane;
     }
 }
 
@@ -276,9 +277,9 @@ std::unique_ptr<Data> make()
     fill(out->placements, source, placement);
     fill(out->points, record_count);
     fill(out->homogeneous_points, record_count);
-    fill(out->plane_points, record_count);
     for (std::size_t i = 0; i < record_count; ++i) {
         out->plane_matrices[i] = plane_matrix(source);
+        out->plane_points[i] = {out->points[i].x, out->points[i].y};
         out->other_points[i] = source.point(-10.0, 10.0);
         out->unit_vectors[i] = source.unit_vector();
         out->angles[i] = source.point(-3.1, 3.1);
@@ -316,14 +317,5 @@ void fill(KXP4 *points, std::size_t count)
     for (std::size_t i = 0; i < count; ++i) {
         const KXP3 p = source.point(-10.0, 10.0);
         points[i] = {p.x, p.y, p.z, source.from_to(0.5, 2.0)};
-    }
-}
-
-void fill(KXP2 *points, std::size_t count)
-{
-    Source source;
-    for (std::size_t i = 0; i < count; ++i) {
-        const float x = source.from_to(-10.0, 10.0);
-        points[i] = {x, source.from_to(-10.0, 10.0)};
     }
 }

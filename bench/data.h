@@ -57,6 +57,7 @@ struct Data {
 
     alignas(64) KXBox boxes[target_count];
     alignas(64) KXTriangle triangles[target_count];
+    alignas(64) KXPlane planes[target_count];
     alignas(64) KXP3 vertices[3 * target_count];
     Rays at_boxes;
     Rays at_triangles;
@@ -71,8 +72,5 @@ void fill(KXP3 *points, std::size_t count);
 
 /** The same for homogeneous points. */
 void fill(KXP4 *points, std::size_t count);
-
-/** The same for points in the plane. */
-void fill(KXP2 *points, std::size_t count);
 
 #endif

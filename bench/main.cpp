@@ -1,59 +1,22 @@
 /*
- * Measures this library beside its peers and by itself, and checks that they do the same job.
- *
- *     bench [--repetitions N] [FILTER]
- *
- * The filter is a regular expression, looked for in the names of rows; "scale" stands for the table
- * of many points and threads. A check that fails makes the program fail; a goal that is missed does
- * not.
+ * Measures this library next to its peers and by itself, and checks that they do the same job. A
+ * check that fails makes the program fail; a goal that is missed does not.
  */
-#include "comparison.h"
+#include "comparisons.h"
 #include "functions.h"
 #include "measure.h"
 #include "report.h"
 #include "scale.h"
 
-#include "exports.h"
+#include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <regex>
-#include <stdexcept>
 #include <string>
 
 namespace
 {
-
-struct Options {
-    int repetitions = 31;
-    std::regex filter{""};
-
-    bool selects(const std::string &name) const
-    {
-        return std::regex_search(name, filter);
-    }
-};
-
-Options read_options(int count, char **arguments)
-{
-    Options options;
-    for (int i = 1; i < count; ++i) {
-        const std::string argument = arguments[i];
-        if (argument == "--repetitions" && i + 1 < count) {
-            options.repetitions = std::atoi(arguments[++i]);
-        } else if (argument.rfind("-", 0) == 0) {
-            throw std::invalid_argument("usage: bench [--repetitions N] [FILTER]");
-        } else {
-            options.filter = std::regex(argument, std::regex::icase);
-        }
-    }
-    if (options.repetitions < 1) {
-        throw std::invalid_argument("the number of repetitions must be above 0");
-    }
-    return options;
-}
 
 /**
  * Runs a kernel from a fresh start, and returns a copy of what it left. Where no operand is
@@ -68,7 +31,7 @@ std::vector<char> results_of(const Comparison &row, KernelFunction kernel, const
     } else {
         std::memset(work.out, 0xff, bytes);
     }
-    kernel(&work);
+    kernel(work);
     const char *out = static_cast<const char *>(work.out);
     return std::vector<char>(out, out + bytes);
 }
@@ -77,16 +40,16 @@ void compare(const Comparison &row, int repetitions, Report &report)
 {
     const KernelFunction kernel = kxmaths5.find(row.kernel);
     std::vector<Contender> contenders = {
-        {kxmaths5.name, [&, kernel](int) { kernel(&row.ours); }, row.items()}};
+        {kxmaths5.name, [&, kernel](int) { kernel(row.ours); }, row.items()}};
     std::vector<Checks> checks;
 
     const std::vector<char> ours = results_of(row, kernel, row.ours);
     for (const Peer &peer : row.peers) {
         const KernelFunction theirs = peer.against.find(row.kernel);
         contenders.push_back(
-            {peer.against.name, [&, theirs](int) { theirs(&row.theirs); }, row.items()});
+            {peer.against.name, [&, theirs](int) { theirs(row.theirs); }, row.items()});
         Checks check;
-        if (!peer.against.is_limit()) {
+        if (peer.against.limit == nullptr) {
             check.difference = row.difference(
                 ours.data(), results_of(row, theirs, row.theirs).data(), row.items());
             check.agrees = check.difference <= row.tolerance;
@@ -109,64 +72,51 @@ void compare(const Comparison &row, int repetitions, Report &report)
 
 void measure_alone(const Function &row, int repetitions, Report &report)
 {
-    const bool same_bits = !row.has_bits_of_single_calls || row.has_bits_of_single_calls();
     const Contender contender = {row.name, [&](int) { row.run(); }, row.items};
-    report.add(row, measure({contender}, repetitions).front(), same_bits);
+    report.add(row, measure({contender}, repetitions).front());
 }
 
-Functions all_functions()
+/** Returns whether every check passed. */
+bool run(int repetitions, const std::regex &filter)
 {
-    Functions functions;
-    add_foundations(functions);
-    add_matrix(functions);
-    add_orientation(functions);
-    add_spatial(functions);
-    add_polar(functions);
-
-    // A function that the library gains is not to be forgotten here.
-    for (const char *exported : exported_names) {
-        const auto is_it = [&](const Function &f) { return std::strcmp(f.name, exported) == 0; };
-        if (std::count_if(functions.all().begin(), functions.all().end(), is_it) != 1) {
-            throw std::logic_error(std::string("not measured once: ") + exported);
+    const auto is_wanted = [&](const std::string &name) { return std::regex_search(name, filter); };
+    Report report(KX_BENCH_INSTRUCTION_SET, repetitions);
+    for (const Comparison &row : all_comparisons()) {
+        if (is_wanted(row.operation)) {
+            compare(row, repetitions, report);
         }
     }
-    return functions;
-}
-
-void run(const Options &options, Report &report)
-{
-    const Functions functions = all_functions();
-
-    for (const auto &topic : {point_comparisons, matrix_comparisons, spatial_comparisons}) {
-        for (const Comparison &row : topic()) {
-            if (options.selects(row.operation)) {
-                compare(row, options.repetitions, report);
-            }
+    for (const Function &row : all_functions()) {
+        if (is_wanted(row.name)) {
+            measure_alone(row, repetitions, report);
         }
     }
-    for (const Function &row : functions.all()) {
-        if (options.selects(row.name)) {
-            measure_alone(row, options.repetitions, report);
-        }
-    }
-    if (options.selects("scale")) {
-        for (const Scale &scale : measure_scale(options.repetitions)) {
+    if (is_wanted("scale")) {
+        for (const Scale &scale : measure_scale(repetitions)) {
             report.add(scale);
         }
     }
+    return report.end();
 }
 
 } // namespace
 
 int main(int count, char **arguments)
 {
+    CLI::App app("Measures the library next to its peers, and prints the tables.", "bench");
+    int repetitions = 31;
+    std::string filter;
+    app.add_option("--repetitions", repetitions)->check(CLI::PositiveNumber)->capture_default_str();
+    app.add_option("FILTER", filter,
+                   "a regular expression, looked for in the rows' names; \"scale\" is the table of "
+                   "many points and threads");
     try {
-        const Options options = read_options(count, arguments);
-        Report report(KX_BENCH_INSTRUCTION_SET, options.repetitions);
-        run(options, report);
-        return report.end() ? EXIT_SUCCESS : EXIT_FAILURE;
+        app.parse(count, arguments);
+        return run(repetitions, std::regex(filter, std::regex::icase)) ? 0 : 1;
+    } catch (const CLI::ParseError &problem) {
+        return app.exit(problem);
     } catch (const std::exception &problem) {
         std::fprintf(stderr, "bench: %s\n", problem.what());
-        return EXIT_FAILURE;
+        return 1;
     }
 }

@@ -55,8 +55,8 @@ void begin_comparisons()
 void begin_functions()
 {
     std::printf("\n### Every function\n\n"
-                "| function | ns | 10th percentile | for each | bits |\n"
-                "|---|---:|---:|---|---|\n");
+                "| function | ns | 10th percentile | for each |\n"
+                "|---|---:|---:|---|\n");
 }
 
 void begin_scale()
@@ -103,7 +103,7 @@ void Report::add(const Comparison &row, const Peer &peer, const Times &ours, con
     }
     const double middle = median(ratios);
 
-    const double limit = has_vectors ? peer.goal.vectors : peer.goal.baseline;
+    const double limit = has_vectors ? peer.goal : peer.baseline_goal;
     std::string goal = "";
     if (limit > 0.0) {
         const bool is_met = middle <= limit;
@@ -112,7 +112,7 @@ void Report::add(const Comparison &row, const Peer &peer, const Times &ours, con
         goal = ratio(limit) + (is_met ? " met" : " **missed**");
     }
     std::string difference = "";
-    if (!peer.against.is_limit()) {
+    if (peer.against.limit == nullptr) {
         char text[48];
         std::snprintf(text, sizeof text, "%.1e%s", checks.difference,
                       checks.agrees ? "" : " **too much**");
@@ -132,18 +132,13 @@ void Report::add(const Comparison &row, const Peer &peer, const Times &ours, con
     std::fflush(stdout);
 }
 
-void Report::add(const Function &row, const Times &times, bool same_bits)
+void Report::add(const Function &row, const Times &times)
 {
     if (begins(Table::functions)) {
         begin_functions();
     }
-    const char *bits = "";
-    if (row.has_bits_of_single_calls) {
-        bits = same_bits ? "as single calls" : "**other than single calls**";
-        failed_checks += !same_bits;
-    }
-    std::printf("| `%s` | %s | %s | %s | %s |\n", row.name, nanoseconds(median(times)).c_str(),
-                nanoseconds(quantile(times, 0.1)).c_str(), row.unit, bits);
+    std::printf("| `%s` | %s | %s | %s |\n", row.name, nanoseconds(median(times)).c_str(),
+                nanoseconds(quantile(times, 0.1)).c_str(), row.unit);
     std::fflush(stdout);
 }
 

@@ -2,7 +2,7 @@
 #ifndef BENCH_REPORT_H
 #define BENCH_REPORT_H
 
-#include "comparison.h"
+#include "comparisons.h"
 #include "functions.h"
 #include "measure.h"
 #include "scale.h"
@@ -22,7 +22,7 @@ public:
 
     void add(const Comparison &row, const Peer &peer, const Times &ours, const Times &theirs,
              const Checks &checks);
-    void add(const Function &row, const Times &times, bool same_bits);
+    void add(const Function &row, const Times &times);
     void add(const Scale &scale);
 
     /** Returns whether every check passed. Goals that are missed are told, and are no failure. */

@@ -1,6 +1,6 @@
 #include "scale.h"
 
-#include "comparison.h"
+#include "comparisons.h"
 #include "data.h"
 #include "measure.h"
 

@@ -2,8 +2,7 @@
  * GLM's kernels, inlined as in its users' programs. Built twice: with GLM's defaults, and with
  * GLM_FORCE_INTRINSICS and the aligned types that it needs to have an effect.
  */
-#include "array.h"
-#include "kernels.h"
+#include "work.h"
 
 #include <glm/ext/matrix_transform.hpp>
 #include <glm/glm.hpp>
@@ -14,19 +13,10 @@
 #ifdef GLM_FORCE_INTRINSICS
 #include <glm/gtc/type_aligned.hpp>
 static_assert(GLM_CONFIG_SIMD == GLM_ENABLE, "GLM would use no intrinsics");
-#define TABLE kernels_of_glm_intrinsics
-#else
-static_assert(GLM_CONFIG_SIMD == GLM_DISABLE, "this is to be GLM without intrinsics");
-#define TABLE kernels_of_glm
-#endif
-
-namespace
-{
-
-#ifdef GLM_FORCE_INTRINSICS
 using Matrix = glm::aligned_mat4;
 using Homogeneous = glm::aligned_vec4;
 #else
+static_assert(GLM_CONFIG_SIMD == GLM_DISABLE, "this is to be GLM without intrinsics");
 using Matrix = glm::mat4;
 using Homogeneous = glm::vec4;
 #endif
@@ -34,89 +24,32 @@ using Homogeneous = glm::vec4;
 using Point = glm::vec3;
 static_assert(sizeof(Point) == 12 && sizeof(Matrix) == 64, "records of the arrays' sizes");
 
-Point moved(const Matrix &matrix, const Point &point)
+namespace
 {
-    return Point(matrix * Homogeneous(point.x, point.y, point.z, 1.0f));
+
+void point(Point &out, const Point &in, const Matrix &matrix)
+{
+    out = Point(matrix * Homogeneous(in.x, in.y, in.z, 1.0f));
 }
 
-void points_xyz(const Work *work)
+void homogeneous(Homogeneous &out, const Homogeneous &in, const Matrix &matrix)
 {
-    const Point *in = array<Point>(work->first);
-    Point *out = array<Point>(work->out);
-    for (size_t group = 0; group < work->groups; ++group) {
-        // A copy, so that no store to the results could change it.
-        const Matrix matrix = array<Matrix>(work->second)[group];
-        const size_t begin = group * work->count;
-        for (size_t i = begin; i < begin + work->count; ++i) {
-            out[i] = moved(matrix, in[i]);
-        }
-    }
+    out = matrix * in;
 }
 
-void points_xyzw(const Work *work)
+void product(Matrix &out, const Matrix &a, const Matrix &b)
 {
-    const Homogeneous *in = array<Homogeneous>(work->first);
-    Homogeneous *out = array<Homogeneous>(work->out);
-    for (size_t group = 0; group < work->groups; ++group) {
-        const Matrix matrix = array<Matrix>(work->second)[group];
-        const size_t begin = group * work->count;
-        for (size_t i = begin; i < begin + work->count; ++i) {
-            out[i] = matrix * in[i];
-        }
-    }
+    out = a * b;
 }
 
-void point(const Work *work)
+void inverse_affine(Matrix &out, const Matrix &matrix)
 {
-    const Point *points = array<Point>(work->first);
-    const Matrix *matrices = array<Matrix>(work->second);
-    Point *out = array<Point>(work->out);
-    for (size_t i = 0; i < work->count; ++i) {
-        out[i] = moved(matrices[i], points[i]);
-        keep(&out[i]);
-    }
+    out = glm::affineInverse(matrix);
 }
 
-void product(const Work *work)
+void inverse_general(Matrix &out, const Matrix &matrix)
 {
-    const Matrix *a = array<Matrix>(work->first);
-    const Matrix *b = array<Matrix>(work->second);
-    Matrix *out = array<Matrix>(work->out);
-    for (size_t i = 0; i < work->count; ++i) {
-        out[i] = a[i] * b[i];
-        keep(&out[i]);
-    }
-}
-
-void product_chain(const Work *work)
-{
-    const Matrix *links = array<Matrix>(work->first);
-    Matrix *out = array<Matrix>(work->out);
-    out[0] = links[0];
-    // Nothing is kept by force here: the next link needs the result anyway.
-    for (size_t i = 1; i < work->count; ++i) {
-        out[i] = out[i - 1] * links[i];
-    }
-}
-
-void inverse_affine(const Work *work)
-{
-    const Matrix *matrices = array<Matrix>(work->first);
-    Matrix *out = array<Matrix>(work->out);
-    for (size_t i = 0; i < work->count; ++i) {
-        out[i] = glm::affineInverse(matrices[i]);
-        keep(&out[i]);
-    }
-}
-
-void inverse_general(const Work *work)
-{
-    const Matrix *matrices = array<Matrix>(work->first);
-    Matrix *out = array<Matrix>(work->out);
-    for (size_t i = 0; i < work->count; ++i) {
-        out[i] = glm::inverse(matrices[i]);
-        keep(&out[i]);
-    }
+    out = glm::inverse(matrix);
 }
 
 /** Out of line, as a program gets it that doesn't inline what it calls in many places. */
@@ -125,69 +58,54 @@ void inverse_general(const Work *work)
     return glm::determinant(matrix);
 }
 
-void determinant(const Work *work)
+void determinant(float &out, const Matrix &matrix)
 {
-    const Matrix *matrices = array<Matrix>(work->first);
-    float *out = array<float>(work->out);
-    for (size_t i = 0; i < work->count; ++i) {
-        out[i] = determinant_of(matrices[i]);
-        keep(&out[i]);
-    }
+    out = determinant_of(matrix);
 }
 
-void orientation(const Work *work)
+void orientation(glm::mat4 &out, const Point &angles)
 {
-    const Point *angles = array<Point>(work->first);
-    glm::mat4 *out = array<glm::mat4>(work->out);
-    for (size_t i = 0; i < work->count; ++i) {
-        out[i] = glm::eulerAngleXYZ(angles[i].x, angles[i].y, angles[i].z);
-        keep(&out[i]);
-    }
+    out = glm::eulerAngleXYZ(angles.x, angles.y, angles.z);
 }
 
-void ray_triangle(const Work *work)
+void ray_triangle(Hit &out, const KXRay &ray, const KXTriangle &triangle, const Point &vertices)
 {
-    const KXRay *rays = array<KXRay>(work->first);
-    const KXTriangle *triangles = array<KXTriangle>(work->second);
-    const Point *vertices = array<Point>(work->third);
-    Hit *out = array<Hit>(work->out);
-    for (size_t i = 0; i < work->count; ++i) {
-        const Point origin(rays[i].origin.x, rays[i].origin.y, rays[i].origin.z);
-        const Point direction(rays[i].direction.x, rays[i].direction.y, rays[i].direction.z);
-        const KXTriangle &triangle = triangles[i % target_count];
-        glm::vec2 place;
-        float distance;
-        // GLM also reports triangles behind the origin; the data has none.
-        const bool hit =
-            glm::intersectRayTriangle(origin, direction, vertices[triangle.corner[0].vertex],
-                                      vertices[triangle.corner[1].vertex],
-                                      vertices[triangle.corner[2].vertex], place, distance);
-        out[i].hit = hit;
-        if (hit) {
-            const Point contact = origin + direction * distance;
-            out[i].point = {contact.x, contact.y, contact.z};
-        }
-        keep(&out[i]);
+    const Point origin(ray.origin.x, ray.origin.y, ray.origin.z);
+    const Point direction(ray.direction.x, ray.direction.y, ray.direction.z);
+    const Point *const all = &vertices;
+    glm::vec2 place;
+    float distance;
+    // GLM also reports triangles behind the origin; the data has none.
+    out.hit = glm::intersectRayTriangle(origin, direction, all[triangle.corner[0].vertex],
+                                        all[triangle.corner[1].vertex],
+                                        all[triangle.corner[2].vertex], place, distance);
+    if (out.hit) {
+        const Point contact = origin + direction * distance;
+        out.point = {contact.x, contact.y, contact.z};
     }
 }
 
 const Kernel kernels[] = {
-    {"points_xyz", points_xyz},
-    {"points_xyzw", points_xyzw},
-    {"point", point},
-    {"product", product},
-    {"product_chain", product_chain},
-    {"inverse_affine", inverse_affine},
-    {"inverse_general", inverse_general},
-    {"determinant", determinant},
-    {"orientation", orientation},
-    {"ray_triangle", ray_triangle},
-    {nullptr, nullptr},
+    {"points_xyz", Each<point>::group},
+    {"points_xyzw", Each<homogeneous>::group},
+    {"point", Each<point>::record},
+    {"product", Each<product>::record},
+    {"product_chain", Each<product>::chain},
+    {"inverse_affine", Each<inverse_affine>::record},
+    {"inverse_general", Each<inverse_general>::record},
+    {"determinant", Each<determinant>::record},
+    {"orientation", Each<orientation>::record},
+    {"ray_triangle", Each<ray_triangle>::ray},
+    {},
 };
 
 } // namespace
 
-BENCH_EXPORT const Kernel *TABLE()
+#ifdef GLM_FORCE_INTRINSICS
+BENCH_TABLE(glm_intrinsics)
+#else
+BENCH_TABLE(glm)
+#endif
 {
     return kernels;
 }

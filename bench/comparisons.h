@@ -1,8 +1,7 @@
 /* Rows in which this library and its peers do the same job. */
-#ifndef BENCH_COMPARISON_H
-#define BENCH_COMPARISON_H
+#ifndef BENCH_COMPARISONS_H
+#define BENCH_COMPARISONS_H
 
-#include "agreement.h"
 #include "work.h"
 
 #include <functional>
@@ -17,25 +16,20 @@ struct Library {
     /** For a limit: the kernel that shows it, whatever the row's is. Its results mean nothing. */
     const char *limit = nullptr;
 
-    bool is_limit() const
-    {
-        return limit != nullptr;
-    }
     KernelFunction find(const char *kernel) const;
 };
 
-extern const Library kxmaths5, glm_plain, glm_intrinsics, cglm, eigen, imath, copying, scaling;
-
-/** The ratio that a row is to stay at or below. */
-struct Goal {
-    double vectors = 0.0;  /**< With AVX2 or better; 0 for none. */
-    double baseline = 0.0; /**< Without; 0 for none. */
-};
+extern const Library kxmaths5;
 
 struct Peer {
     const Library &against;
-    Goal goal = {};
+    double goal = 0.0;          /**< What the ratio is to stay at or below with AVX2; 0 for none. */
+    double baseline_goal = 0.0; /**< The same without. */
 };
+
+/** Memory for results or operands, not touched yet, aligned to 64 bytes. */
+using Memory = std::shared_ptr<void>;
+Memory allocate(std::size_t bytes);
 
 struct Comparison {
     std::string operation;
@@ -44,10 +38,16 @@ struct Comparison {
     Work theirs; /**< With matrices column by column; the results go to the same place. */
     std::vector<Peer> peers;
 
-    Difference difference;
-    double tolerance;  /**< What the difference may come to. */
     std::size_t bytes; /**< Size of one record of the results. */
+    /**
+     * The largest difference between our results and a peer's: of a record, the largest difference
+     * of two of its floats, divided by the largest magnitude in it, since one that ought to be 0
+     * has no relative precision. Infinite where verdicts differ.
+     */
+    double (*difference)(const void *ours, const void *theirs, std::size_t records);
+    double tolerance; /**< What that may come to. */
 
+    std::vector<Memory> memory = {}; /**< Kept for as long as the row. */
     /** Brings arrays that runs overwrite back to where they were; may be empty. */
     std::function<void()> reset = {};
     /** For a function over arrays: whether it gives the bits of its single form; may be empty. */
@@ -59,12 +59,6 @@ struct Comparison {
     }
 };
 
-/** Memory for results or operands, not touched yet, aligned to 64 bytes. */
-using Memory = std::shared_ptr<void>;
-Memory allocate(std::size_t bytes);
-
-std::vector<Comparison> point_comparisons();
-std::vector<Comparison> matrix_comparisons();
-std::vector<Comparison> spatial_comparisons();
+std::vector<Comparison> all_comparisons();
 
 #endif

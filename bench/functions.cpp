@@ -1,0 +1,195 @@
+/*
+ * Operands are chosen by their types and places, so that a function of the catalogue needs no line
+ * here. The first of its sharings says which are arrays.
+ */
+#include "functions.h"
+
+#include "comparisons.h"
+#include "data.h"
+
+#include "support/catalogue.h"
+
+#include <array>
+#include <cstring>
+#include <tuple>
+#include <type_traits>
+
+namespace
+{
+
+/** Records in an array that a function is given whole. */
+constexpr std::size_t array_count = 1000;
+
+/** The operand at a place among the arguments: rays and lines meet half of their targets. */
+template <typename Record>
+const Record *operands(std::size_t place, bool at_triangles)
+{
+    const Data &in = data();
+    if constexpr (std::is_same_v<Record, KXM4>) {
+        return place == 0 ? in.affine.rows : in.general.rows;
+    } else if constexpr (std::is_same_v<Record, KXM3>) {
+        return in.plane_matrices;
+    } else if constexpr (std::is_same_v<Record, KXV3>) {
+        return place == 0 ? in.points : place == 1 ? in.unit_vectors : in.other_points;
+    } else if constexpr (std::is_same_v<Record, KXP2>) {
+        return in.plane_points;
+    } else if constexpr (std::is_same_v<Record, KXP4>) {
+        return in.homogeneous_points;
+    } else if constexpr (std::is_same_v<Record, KXBox>) {
+        return in.boxes;
+    } else if constexpr (std::is_same_v<Record, KXTriangle>) {
+        return in.triangles;
+    } else if constexpr (std::is_same_v<Record, KXPlane>) {
+        return in.planes;
+    } else if constexpr (std::is_same_v<Record, KXRay>) {
+        return at_triangles ? in.at_triangles.mixed : in.at_boxes.mixed;
+    } else if constexpr (std::is_same_v<Record, KXLine>) {
+        return at_triangles ? in.lines_at_triangles : in.lines_at_boxes;
+    } else if constexpr (std::is_same_v<Record, KXPosition>) {
+        return in.positions;
+    } else if constexpr (std::is_same_v<Record, KXComponents>) {
+        return in.components;
+    } else if constexpr (std::is_same_v<Record, KXQuat>) {
+        return in.quaternions;
+    } else {
+        static_assert(std::is_same_v<Record, float>, "a record that data.h has");
+        return in.factors;
+    }
+}
+
+template <typename Argument>
+constexpr bool is_output =
+    std::is_pointer_v<Argument> && !std::is_const_v<std::remove_pointer_t<Argument>>;
+
+/** The calls of one function. */
+template <typename Entry, typename Function>
+class Calls;
+
+template <typename Entry, typename Result, typename... Arguments>
+class Calls<Entry, Result (*)(Arguments...)>
+{
+public:
+    explicit Calls(const Entry &function)
+        : entry(function), count(std::strchr(entry.sharings, '#')),
+          items(count != nullptr ? array_count : 1)
+    {
+        for (std::size_t i = 0; i < (count != nullptr ? 1 : record_count); ++i) {
+            std::size_t place = 0;
+            // The braces keep the order of the arguments.
+            calls.push_back(std::tuple<Arguments...>{argument<Arguments>(i, place++)...});
+        }
+        in_place = outputs.size() == calls.size() && reads_output();
+    }
+
+    void operator()() const
+    {
+        for (std::size_t i = 0; i < calls.size(); ++i) {
+            if (in_place) {
+                set(outputs[i], 0);
+            }
+            std::apply(entry.function, calls[i]);
+        }
+    }
+
+private:
+    struct Output {
+        void *at;
+        const void *start; /**< One record more than there are. */
+        std::size_t bytes; /**< Of a record. */
+    };
+
+    template <typename Argument>
+    Argument argument(std::size_t i, std::size_t place)
+    {
+        const bool is_array = count != nullptr && entry.sharings + place > count;
+        if constexpr (std::is_pointer_v<Argument>) {
+            using Record = std::remove_const_t<std::remove_pointer_t<Argument>>;
+            const Record *const records = operands<Record>(place, takes_triangle);
+            // Only outputs are written to.
+            if (entry.sharings[place] < 'a') {
+                return reinterpret_cast<Argument>(const_cast<KXP3 *>(data().vertices));
+            }
+            if (!is_output<Argument> && !is_array) {
+                return const_cast<Argument>(&records[i]);
+            }
+            // An array, or an output: it has a place of its own, and what it starts from.
+            Memory &start = starts[place], &own = places[place];
+            if (start == nullptr) {
+                start = allocate((record_count + items + 1) * sizeof(Record));
+                own = allocate((record_count + items) * sizeof(Record));
+                for (std::size_t k = 0; k < record_count + items + 1; ++k) {
+                    static_cast<Record *>(start.get())[k] = records[(k + 1) % record_count];
+                }
+            }
+            Record *const first = static_cast<Record *>(start.get()) + i;
+            Record *const result = static_cast<Record *>(own.get()) + i;
+            if constexpr (is_output<Argument>) {
+                outputs.push_back({result, first, sizeof(Record)});
+            }
+            return is_output<Argument> ? result : first;
+        } else if constexpr (std::is_same_v<Argument, float>) {
+            return data().factors[(i + place) % record_count];
+        } else if (entry.sharings + place == count) {
+            return array_count;
+        } else if (entry.word_limit == 0) {
+            return data().words[(i + place) % record_count];
+        } else {
+            // From one length unit to another, or an order of rotations.
+            return static_cast<Argument>(entry.word_limit == 10 ? KX_UNIT_METRE + place : i % 6);
+        }
+    }
+
+    /** Starts an output afresh; or from other values, those of the next record. */
+    void set(const Output &output, std::size_t shift) const
+    {
+        const char *const start = static_cast<const char *>(output.start);
+        std::memcpy(output.at, start + shift * output.bytes, items * output.bytes);
+    }
+
+    /**
+     * Whether every call depends on what stands in its one output: then that is set before each,
+     * or lengths would grow, and boxes would grow in the first run alone.
+     */
+    bool reads_output() const
+    {
+        for (std::size_t i = 0; i < calls.size(); ++i) {
+            std::uint32_t first[16] = {}, second[16] = {};
+            for (auto *words : {first, second}) {
+                set(outputs[i], words == second);
+                std::apply(entry.function, calls[i]);
+                std::memcpy(words, outputs[i].at, outputs[i].bytes);
+                for (std::size_t word = 0; word < 16; ++word) {
+                    words[word] *= entry.written >> word & 1;
+                }
+            }
+            if (std::memcmp(first, second, sizeof first) == 0) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    static constexpr bool takes_triangle = (std::is_same_v<Arguments, const KXTriangle *> || ...);
+
+    Entry entry;
+    const char *count; /**< Its place in the first sharing; null for a function without arrays. */
+    std::size_t items; /**< Records in an output. */
+    std::vector<std::tuple<Arguments...>> calls;
+    std::vector<Output> outputs;
+    std::array<Memory, sizeof...(Arguments)> starts, places;
+    bool in_place;
+};
+
+} // namespace
+
+std::vector<Function> all_functions()
+{
+    std::vector<Function> rows;
+    catalogue::for_every_function([&rows](const auto &entry) {
+        const bool is_array = std::strchr(entry.sharings, '#') != nullptr;
+        rows.push_back({entry.name, is_array ? "record" : "call",
+                        is_array ? array_count : record_count,
+                        Calls<std::decay_t<decltype(entry)>, decltype(entry.function)>(entry)});
+    });
+    return rows;
+}
