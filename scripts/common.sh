@@ -1,0 +1,24 @@
+# What every script begins with: --help prints the comment at its top; work goes on in the root directory.
+
+case ${1-} in
+-h | --help)
+    sed -n '2,/^[^#]/{ s/^#$//p; s/^# //p; }' "$0"
+    exit
+    ;;
+esac
+cd "$(dirname "$0")/.."
+
+# For arguments that make no sense.
+refuse() {
+    echo "${0##*/}: $1. Try --help." >&2
+    exit 2
+}
+
+# refuse_any "$@": for a script that takes no arguments.
+refuse_any() {
+    [ $# -eq 0 ] || refuse "there are no arguments, so $1 is none"
+}
+
+require_preset() {
+    grep -q "\"name\": \"$1\"" CMakePresets.json || refuse "there is no preset $1"
+}
