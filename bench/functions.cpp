@@ -20,9 +20,9 @@ namespace
 /** Records in an array that a function is given whole. */
 constexpr std::size_t array_count = 1000;
 
-/** The operand at a place among the arguments: rays and lines meet half of their targets. */
+/** The operand at a place among the records: rays and lines meet half of their targets. */
 template <typename Record>
-const Record *operands(std::size_t place, bool at_triangles)
+const Record *operands(std::size_t place, bool vertices, bool at_triangles)
 {
     const Data &in = data();
     if constexpr (std::is_same_v<Record, KXM4>) {
@@ -30,7 +30,10 @@ const Record *operands(std::size_t place, bool at_triangles)
     } else if constexpr (std::is_same_v<Record, KXM3>) {
         return in.plane_matrices;
     } else if constexpr (std::is_same_v<Record, KXV3>) {
-        return place == 0 ? in.points : place == 1 ? in.unit_vectors : in.other_points;
+        return vertices     ? in.vertices
+               : place == 0 ? in.points
+               : place == 1 ? in.unit_vectors
+                            : in.other_points;
     } else if constexpr (std::is_same_v<Record, KXP2>) {
         return in.plane_points;
     } else if constexpr (std::is_same_v<Record, KXP4>) {
@@ -57,10 +60,6 @@ const Record *operands(std::size_t place, bool at_triangles)
     }
 }
 
-template <typename Argument>
-constexpr bool is_output =
-    std::is_pointer_v<Argument> && !std::is_const_v<std::remove_pointer_t<Argument>>;
-
 /** The calls of one function. */
 template <typename Entry, typename Function>
 class Calls;
@@ -70,15 +69,64 @@ class Calls<Entry, Result (*)(Arguments...)>
 {
 public:
     explicit Calls(const Entry &function)
-        : entry(function), count(std::strchr(entry.sharings, '#')),
-          items(count != nullptr ? array_count : 1)
+        : entry(function), takes_arrays(std::strchr(entry.sharings, '#') != nullptr),
+          items(takes_arrays ? array_count : 1)
     {
-        for (std::size_t i = 0; i < (count != nullptr ? 1 : record_count); ++i) {
-            std::size_t place = 0;
-            // The braces keep the order of the arguments.
-            calls.push_back(std::tuple<Arguments...>{argument<Arguments>(i, place++)...});
+        for (call = 0; call < (takes_arrays ? 1 : record_count); ++call) {
+            values = call;
+            counted = false;
+            calls.push_back(catalogue::arguments(entry, entry.sharings, *this));
         }
         in_place = outputs.size() == calls.size() && reads_output();
+    }
+
+    /* The arguments that a sharing asks for. */
+
+    float number()
+    {
+        return data().factors[values++ % record_count];
+    }
+
+    std::uint32_t word()
+    {
+        // Any, an order of rotations, or from one length unit to another.
+        return entry.word_limit == 0    ? data().words[values++ % record_count]
+               : entry.word_limit == 10 ? KX_UNIT_METRE + values++ - call
+                                        : call % 6;
+    }
+
+    std::uint32_t count(bool)
+    {
+        counted = true;
+        return array_count;
+    }
+
+    template <typename Pointee>
+    Pointee *record(std::size_t index, bool vertices)
+    {
+        using Record = std::remove_const_t<Pointee>;
+        constexpr bool is_output = !std::is_const_v<Pointee>;
+        // Only outputs are written to.
+        Record *const records =
+            const_cast<Record *>(operands<Record>(index, vertices, takes_triangle));
+        if (vertices || (!is_output && !counted)) {
+            return records + (vertices ? 0 : call);
+        }
+        // An array, or an output: it has a place of its own, and what it starts from.
+        Memory &start = starts[index], &own = places[index];
+        if (start == nullptr) {
+            start = allocate((record_count + items + 1) * sizeof(Record));
+            own = allocate((record_count + items) * sizeof(Record));
+            for (std::size_t k = 0; k < record_count + items + 1; ++k) {
+                static_cast<Record *>(start.get())[k] = records[(k + 1) % record_count];
+            }
+        }
+        Record *const first = static_cast<Record *>(start.get()) + call;
+        Record *const result = static_cast<Record *>(own.get()) + call;
+        if (is_output) {
+            outputs.push_back({result, first, sizeof(Record)});
+        }
+        return is_output ? result : first;
     }
 
     void operator()() const
@@ -97,47 +145,6 @@ private:
         const void *start; /**< One record more than there are. */
         std::size_t bytes; /**< Of a record. */
     };
-
-    template <typename Argument>
-    Argument argument(std::size_t i, std::size_t place)
-    {
-        const bool is_array = count != nullptr && entry.sharings + place > count;
-        if constexpr (std::is_pointer_v<Argument>) {
-            using Record = std::remove_const_t<std::remove_pointer_t<Argument>>;
-            const Record *const records = operands<Record>(place, takes_triangle);
-            // Only outputs are written to.
-            if (entry.sharings[place] < 'a') {
-                return reinterpret_cast<Argument>(const_cast<KXP3 *>(data().vertices));
-            }
-            if (!is_output<Argument> && !is_array) {
-                return const_cast<Argument>(&records[i]);
-            }
-            // An array, or an output: it has a place of its own, and what it starts from.
-            Memory &start = starts[place], &own = places[place];
-            if (start == nullptr) {
-                start = allocate((record_count + items + 1) * sizeof(Record));
-                own = allocate((record_count + items) * sizeof(Record));
-                for (std::size_t k = 0; k < record_count + items + 1; ++k) {
-                    static_cast<Record *>(start.get())[k] = records[(k + 1) % record_count];
-                }
-            }
-            Record *const first = static_cast<Record *>(start.get()) + i;
-            Record *const result = static_cast<Record *>(own.get()) + i;
-            if constexpr (is_output<Argument>) {
-                outputs.push_back({result, first, sizeof(Record)});
-            }
-            return is_output<Argument> ? result : first;
-        } else if constexpr (std::is_same_v<Argument, float>) {
-            return data().factors[(i + place) % record_count];
-        } else if (entry.sharings + place == count) {
-            return array_count;
-        } else if (entry.word_limit == 0) {
-            return data().words[(i + place) % record_count];
-        } else {
-            // From one length unit to another, or an order of rotations.
-            return static_cast<Argument>(entry.word_limit == 10 ? KX_UNIT_METRE + place : i % 6);
-        }
-    }
 
     /** Starts an output afresh; or from other values, those of the next record. */
     void set(const Output &output, std::size_t shift) const
@@ -172,8 +179,10 @@ private:
     static constexpr bool takes_triangle = (std::is_same_v<Arguments, const KXTriangle *> || ...);
 
     Entry entry;
-    const char *count; /**< Its place in the first sharing; null for a function without arrays. */
-    std::size_t items; /**< Records in an output. */
+    bool takes_arrays;
+    std::size_t items;            /**< Records in an output. */
+    std::size_t call = 0, values; /**< Which call is made up, and the next of the values for it. */
+    bool counted;                 /**< Whether a count came before, so that pointers are arrays. */
     std::vector<std::tuple<Arguments...>> calls;
     std::vector<Output> outputs;
     std::array<Memory, sizeof...(Arguments)> starts, places;
