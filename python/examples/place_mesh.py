@@ -47,20 +47,15 @@ def read_mesh(path):
     return points, triangles
 
 
-def box_around(points):
-    return np.array([points.min(axis=0), points.max(axis=0)])
-
-
 def draw(axes, points, triangles, unit):
     """The mesh, lit along its normals, in its box."""
     corners = points[triangles]
-    normals = np.cross(corners[:, 1] - corners[:, 0], corners[:, 2] - corners[:, 0])
-    lengths = np.maximum(np.linalg.norm(normals, axis=1), 1e-30)
-    light = 0.3 + 0.7 * np.abs(normals @ [0.4, 0.8, 0.45]) / lengths
+    _, planes = kx.KXPlaneEquation(corners[:, 0], corners[:, 1], corners[:, 2])
+    light = 0.3 + 0.7 * np.abs(kx.dot(planes[:, :3], [0.4, 0.8, 0.45]))
     colours = np.outer(light, [0.85, 0.65, 0.45]).clip(0, 1)
     axes.add_collection3d(Poly3DCollection(corners, facecolors=colours, linewidth=0))
 
-    box = box_around(points)
+    box = kx.box_around(points)
     unit_corners = np.array([[x, y, z] for x in (0, 1) for y in (0, 1) for z in (0, 1)])
     edges = [(a, b) for a in unit_corners for b in unit_corners
              if (b >= a).all() and (b - a).sum() == 1]
@@ -79,7 +74,7 @@ def text(numbers):
 
 
 def report(points, placed, matrix, off, unit):
-    own_box, placed_box = box_around(points), box_around(placed)
+    own_box, placed_box = kx.box_around(points), kx.box_around(placed)
     carried = kx.KXTransformBox(own_box, matrix)
     away, elevation, azimuth = kx.KXPointsToREA([0, 0, 0], kx.KXBoxMidPoint(placed_box))
     position, scale = kx.KXM4MatrixComponents(matrix)
@@ -97,7 +92,7 @@ def report(points, placed, matrix, off, unit):
 def main():
     options = read_options()
     points, triangles = read_mesh(options.mesh)
-    kx.KXP3ChangeNUnits(UNITS[options.from_], UNITS[options.to], points)
+    points = kx.KXP3ChangeUnits(UNITS[options.from_], UNITS[options.to], points)
     position = kx.KXPosition(*options.position, *np.radians(options.rotate))
     matrix, inverse = kx.KXM4Position(position, ORDERS[options.order])
     placed = kx.KXM4NP3I1(matrix, points)

@@ -1,62 +1,53 @@
-"""Records: a class for each, and the shape of the array that stands for it."""
-import ctypes
+"""Records with named fields."""
+from __future__ import annotations
 
-SCALARS = {"float": ctypes.c_float, "double": ctypes.c_double, "int32": ctypes.c_int32,
-           "uint32": ctypes.c_uint32, "void": None}
+from typing import Any, ClassVar, cast
 
-
-class Record(ctypes.Structure):
-    """A record of the library, with its fields by name."""
-
-    def __repr__(self):
-        fields = ", ".join(f"{name}={_plain(getattr(self, name))!r}" for name, _ in self._fields_)
-        return f"{type(self).__name__}({fields})"
+import numpy as np
 
 
-def _plain(value):
-    return [_plain(each) for each in value] if isinstance(value, ctypes.Array) else value
+class Record:
+    """A record's class makes one record, np.dtype(class) many: np.zeros(9, KXTriangle)."""
+
+    fields: ClassVar[list[Any]]
+    dtype: ClassVar[np.dtype[Any]]
+
+    def __init_subclass__(cls) -> None:
+        cls.dtype = np.dtype((np.record, cls.fields))
+
+    def __new__(cls, *values: Any, **named: Any) -> Any:
+        names = cast("tuple[str, ...]", cls.dtype.names)
+        if len(values) > len(names):
+            raise TypeError(f"{cls.__name__} has {len(names)} fields, not {len(values)}")
+        record = np.zeros((), cls.dtype)
+        for name, value in [*zip(names, values), *named.items()]:
+            if name not in names or name in named and name in names[:len(values)]:
+                raise TypeError(f"{cls.__name__} has no field {name}, or it is given twice")
+            record[name] = _nested(value, record.dtype[name])
+        return record[()]
 
 
-def make_classes(described):
-    """The records' classes by name, from their description."""
-    classes = {}
-    for record in described:
-        if "same_as" in record:
-            classes[record["name"]] = classes[record["same_as"]]
-            continue
-        fields = []
-        for field in record["fields"]:
-            kind = SCALARS.get(field["type"]) or classes[field["type"]]
-            for length in reversed(field["shape"]):
-                kind *= length
-            fields.append((field["name"], kind))
-        text = "\n".join(f"{field['name']}: {field['text']}" for field in record["fields"])
-        made = type(record["name"], (Record,), {
-            "_fields_": fields, "__doc__": f"{record['text']}\n\n{text}", "__module__": "kxmaths5"})
-        assert ctypes.sizeof(made) == record["size"]
-        for field in record["fields"]:
-            assert getattr(made, field["name"]).offset == field["offset"]
-        classes[record["name"]] = made
-    return classes
+def _nested(value: Any, dtype: np.dtype[Any]) -> Any:
+    """NumPy wants the fields of a record within a record as a tuple."""
+    if dtype.subdtype:
+        return [_nested(each, dtype.subdtype[0]) for each in value] if dtype.base.names else value
+    return tuple(value) if dtype.names else value
 
 
-def shape_of(kind):
-    """The shape of a float32 array with a record's numbers; None if they aren't all floats."""
-    if kind is ctypes.c_float:
-        return ()
-    if issubclass(kind, ctypes.Array):
-        inner = shape_of(kind._type_)
-        return None if inner is None else (kind._length_, *inner)
-    if not issubclass(kind, ctypes.Structure):
-        return None
-    inner = {shape_of(field) for _, field in kind._fields_}
-    if len(inner) != 1 or None in inner:
-        return None
-    shape, = inner
-    return shape if len(kind._fields_) == 1 else (len(kind._fields_), *shape)
+def as_numbers(value: Any, shape: tuple[Any, ...], number: str) -> Any:
+    """A structured array, as the numbers that its records are made of; anything else as it is."""
+    array = np.asarray(value)
+    if array.dtype.names is None:
+        return value
+    words = array.dtype.itemsize // 4
+    record_shape = [size for size in shape if isinstance(size, int)]
+    if words != np.prod(record_shape, dtype=int):
+        return value
+    packed = array.reshape(-1).view(np.uint32 if number == "uint32" else np.float32)
+    return packed.reshape(*array.shape, *record_shape)
 
 
-def is_read_by_name(kind):
-    """Whether a record has too many numbers in a row to be told apart by their places."""
-    shape = shape_of(kind)
-    return shape is None or (len(shape) == 1 and shape[0] > 4)
+def as_records(numbers: Any, record: type[Record]) -> Any:
+    """Numbers that a function has made, as records whose fields have names."""
+    records = numbers.view(record.dtype)[..., 0]
+    return records.view(np.recarray) if records.ndim else records[()]

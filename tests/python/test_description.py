@@ -4,10 +4,10 @@ import itertools
 import pathlib
 import re
 
-import kxmaths5
+import reference
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-FUNCTIONS = {each["name"]: each for each in kxmaths5._api["functions"]}
+FUNCTIONS = {each["name"]: each for each in reference.FUNCTIONS}
 
 
 def catalogue():

@@ -36,3 +36,19 @@ def test_refused(tmp_path, mesh, options):
     assert ran.returncode == 1 and ran.stdout == ""
     assert ran.stderr.startswith("place_mesh.py: ") and ran.stderr.count("\n") == 1
     assert not list(tmp_path.glob("*.png"))
+
+
+CLOUD = EXAMPLE.with_name("point_cloud.py")
+
+
+def test_point_cloud_whatever_the_chunks(tmp_path):
+    said = []
+    for options in (["--workers", "2", "--chunk", "65536"], ["--workers", "1", "--chunk", "1000000"]):
+        ran = subprocess.run([sys.executable, CLOUD, "--points", "200001", *options], cwd=tmp_path,
+                             capture_output=True, text=True, check=False)
+        assert ran.returncode == 0, ran.stderr
+        said.append(ran.stdout.split("\n", 1)[1])
+    assert said[0] == said[1] and "digest" in said[0] and "hidden        0 " not in said[0]
+    (tmp_path / "points.npy").write_bytes(b"not an array")
+    ran = subprocess.run([sys.executable, CLOUD], cwd=tmp_path, capture_output=True, text=True, check=False)
+    assert ran.returncode == 1 and ran.stderr.startswith("point_cloud.py: points.npy can't be used: ")
