@@ -110,6 +110,18 @@ static inline uint32_t magnitude_bits(float value)
     memcpy(&bits, &value, sizeof bits);
     return bits & 0x7fffffffU;
 }
+static inline uint64_t bits_of(double value)
+{
+    uint64_t bits = 0;
+    memcpy(&bits, &value, sizeof bits);
+    return bits;
+}
+static inline double double_of(uint64_t bits)
+{
+    double value = 0.0;
+    memcpy(&value, &bits, sizeof value);
+    return value;
+}
 constexpr uint32_t tolerance_bits = 0x358637bdU;
 constexpr uint32_t infinity_bits = 0x7f800000U;
 

@@ -4,6 +4,7 @@
 #include "kxmaths5/foundations.h"
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
+#include "orientation/sine_cosine.h"
 
 using namespace kx;
 
@@ -66,10 +67,10 @@ float rotation_about_y(const KXM4 &m)
 /** RX(-x)*RY(-y)*m: what remains of RY*RX*RZ is RZ. */
 KXM4 turned_back(const KXM4 &m, float x, float y)
 {
-    const double back_x = -widen(x), back_y = -widen(y);
+    const SineCosine back_x = sine_cosine(-x), back_y = sine_cosine(-y);
     KXM4 about_x, about_y, back;
-    KXM4RotateY2(narrow(cosine(back_y)), narrow(sine(back_y)), &about_y);
-    KXM4RotateX2(narrow(cosine(back_x)), narrow(sine(back_x)), &about_x);
+    KXM4RotateY2(back_y.cosine, back_y.sine, &about_y);
+    KXM4RotateX2(back_x.cosine, back_x.sine, &about_x);
     KXM4Mult(&about_x, &about_y, &back);
     KXM4Mult(&back, &m, &back);
     return back;

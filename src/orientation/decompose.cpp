@@ -4,6 +4,7 @@
 #include "kxmaths5/foundations.h"
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
+#include "orientation/sine_cosine.h"
 
 using namespace kx;
 
@@ -169,15 +170,16 @@ int32_t KXM4Decompose(const KXM4 *m, KXComponents *components)
 void KXM4Compose(KXM4 *out, const KXComponents *components)
 {
     const KXComponents parts = *components;
-    const auto sine = [](float angle) { return narrow(kx::sine(widen(angle))); };
-    const auto cosine = [](float angle) { return narrow(kx::cosine(widen(angle))); };
+    const SineCosine x = sine_cosine(parts.rotateX);
+    const SineCosine y = sine_cosine(parts.rotateY);
+    const SineCosine z = sine_cosine(parts.rotateZ);
 
     // T*(S*((RX*RY)*RZ)). Sines and cosines are singles, and small ones are not made zero here.
     KXM4 product, next;
-    KXM4RotateX2(cosine(parts.rotateX), sine(parts.rotateX), &product);
-    KXM4RotateY2(cosine(parts.rotateY), sine(parts.rotateY), &next);
+    KXM4RotateX2(x.cosine, x.sine, &product);
+    KXM4RotateY2(y.cosine, y.sine, &next);
     KXM4Mult(&product, &next, &product);
-    KXM4RotateZ2(cosine(parts.rotateZ), sine(parts.rotateZ), &next);
+    KXM4RotateZ2(z.cosine, z.sine, &next);
     KXM4Mult(&product, &next, &product);
     KXM4Scale(parts.scaleX, parts.scaleY, parts.scaleZ, &next);
     KXM4Mult(&next, &product, &product);

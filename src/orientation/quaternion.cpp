@@ -3,17 +3,18 @@
 
 #include "kxmaths5/foundations.h"
 #include "numeric.h"
+#include "orientation/sine_cosine.h"
 
 using namespace kx;
 
 void KXGenerateQuat(float angle, const KXV3 *axis, KXQuat *out)
 {
-    const double h = widen(angle) * 0.5;
-    const double s = round_to_single(sine(h));
     KXV3 unit;
     KXV3Normalise(axis, &unit);
     const Xyz n = widen(unit);
-    *out = {narrow(n.x * s), narrow(n.y * s), narrow(n.z * s), narrow(cosine(h))};
+    const SineCosine half = sine_cosine(widen(angle) * 0.5);
+    const double s = widen(half.sine);
+    *out = {narrow(n.x * s), narrow(n.y * s), narrow(n.z * s), half.cosine};
 }
 
 void KXQuatToMatrix(const KXQuat *q, KXM4 *out)

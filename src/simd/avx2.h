@@ -74,6 +74,32 @@ KX_INLINE Double4 negative_part(Double4 v)
 {
     return _mm256_min_pd(_mm256_setzero_pd(), v);
 }
+/** Each value whose magnitude is at or above a bound, and 0 for others and NaN. */
+KX_INLINE Double4 flush_below(double bound, Double4 v)
+{
+    const Double4 size = _mm256_andnot_pd(_mm256_set1_pd(-0.0), v);
+    return _mm256_and_pd(v, _mm256_cmp_pd(size, _mm256_set1_pd(bound), _CMP_GE_OS));
+}
+/** Whether the magnitude of any lane is above a bound. */
+KX_INLINE bool any_above(double bound, Double4 v)
+{
+    const Double4 size = _mm256_andnot_pd(_mm256_set1_pd(-0.0), v);
+    return _mm256_movemask_pd(_mm256_cmp_pd(size, _mm256_set1_pd(bound), _CMP_GT_OS)) != 0;
+}
+/** Turns angles by n quarters, as with two lanes. */
+KX_INLINE void add_quarter_turns(Double4 n, Double4 *sine, Double4 *cosine)
+{
+    const __m256i quarters = _mm256_castpd_si256(n), one = _mm256_set1_epi64x(1);
+    const __m256i odd = _mm256_sub_epi64(_mm256_setzero_si256(), _mm256_and_si256(quarters, one));
+    const Double4 exchange = _mm256_and_pd(_mm256_xor_pd(*sine, *cosine), _mm256_castsi256_pd(odd));
+    const __m256i sine_bit = _mm256_slli_epi64(quarters, 62);
+    const __m256i cosine_bit = _mm256_slli_epi64(_mm256_add_epi64(quarters, one), 62);
+    const Double4 sign = _mm256_set1_pd(-0.0);
+    const Double4 sine_sign = _mm256_and_pd(_mm256_castsi256_pd(sine_bit), sign);
+    const Double4 cosine_sign = _mm256_and_pd(_mm256_castsi256_pd(cosine_bit), sign);
+    *sine = _mm256_xor_pd(_mm256_xor_pd(*sine, exchange), sine_sign);
+    *cosine = _mm256_xor_pd(_mm256_xor_pd(*cosine, exchange), cosine_sign);
+}
 /** The lower of each two; the second where neither is, and for a NaN. */
 KX_INLINE Double4 min(Double4 a, Double4 b)
 {
@@ -106,7 +132,15 @@ KX_INLINE Float4 narrow(Double4 v)
 {
     return {_mm256_cvtpd_ps(v)};
 }
+KX_INLINE Double4 round_to_single(Double4 v)
+{
+    return widen(narrow(v));
+}
 
+KX_INLINE void store(double *to, Double4 v)
+{
+    _mm256_storeu_pd(to, v);
+}
 /** Four floats, widened. From memory a conversion is one operation; g++ would make it two. */
 KX_INLINE Double4 load4(const float *from)
 {

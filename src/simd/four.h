@@ -23,11 +23,6 @@ KX_INLINE Double4 splat4(double value)
     return lanes(value, value, value, value);
 }
 
-KX_INLINE Double4 round_to_single(Double4 v)
-{
-    return widen(narrow(v));
-}
-
 } // namespace kx
 
 #endif

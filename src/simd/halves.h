@@ -92,6 +92,19 @@ KX_INLINE Double4 negative_part(Double4 v)
 {
     return {negative_part(v.low), negative_part(v.high)};
 }
+KX_INLINE Double4 flush_below(double bound, Double4 v)
+{
+    return {flush_below(bound, v.low), flush_below(bound, v.high)};
+}
+KX_INLINE bool any_above(double bound, Double4 v)
+{
+    return any_above(bound, v.low) || any_above(bound, v.high);
+}
+KX_INLINE void add_quarter_turns(Double4 n, Double4 *sine, Double4 *cosine)
+{
+    add_quarter_turns(n.low, &sine->low, &cosine->low);
+    add_quarter_turns(n.high, &sine->high, &cosine->high);
+}
 KX_INLINE Double4 min(Double4 a, Double4 b)
 {
     return {min(a.low, b.low), min(a.high, b.high)};
@@ -120,6 +133,15 @@ KX_INLINE Double4 widen(Float4 v)
 KX_INLINE Float4 narrow(Double4 v)
 {
     return join(narrow(v.low), narrow(v.high));
+}
+KX_INLINE Double4 round_to_single(Double4 v)
+{
+    return {round_to_single(v.low), round_to_single(v.high)};
+}
+KX_INLINE void store(double *to, Double4 v)
+{
+    store(to, v.low);
+    store(to + 2, v.high);
 }
 KX_INLINE Double4 load4(const float *from)
 {

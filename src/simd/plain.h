@@ -94,14 +94,35 @@ KX_INLINE Double2 negate(Double2 p)
     return {-p.one, -p.two};
 }
 
-KX_INLINE Double2 negate_low(Double2 p)
+KX_INLINE Double2 negate_high(Double2 p)
 {
-    return {-p.one, p.two};
+    return {p.one, -p.two};
 }
 /** Each value whose magnitude is at or above a bound, and 0 for others and NaN. */
 KX_INLINE Double2 flush_below(double bound, Double2 p)
 {
     return {magnitude(p.one) >= bound ? p.one : 0.0, magnitude(p.two) >= bound ? p.two : 0.0};
+}
+
+KX_INLINE bool any_above(double bound, Double2 p)
+{
+    return magnitude(p.one) > bound || magnitude(p.two) > bound;
+}
+/**
+ * Turns angles by n quarters, given their sines and cosines. Of n only the last two bits count, and
+ * those as bits of a double: it is an integer to which 1.5*2^52 was added.
+ */
+static inline void add_quarter_turns(double n, double *sine, double *cosine)
+{
+    const uint64_t quarters = bits_of(n), s = bits_of(*sine), c = bits_of(*cosine);
+    const uint64_t exchange = (s ^ c) & (0U - (quarters & 1U));
+    *sine = double_of(s ^ exchange ^ (quarters >> 1U << 63U));
+    *cosine = double_of(c ^ exchange ^ ((quarters + 1U) >> 1U << 63U));
+}
+KX_INLINE void add_quarter_turns(Double2 n, Double2 *sine, Double2 *cosine)
+{
+    add_quarter_turns(n.one, &sine->one, &cosine->one);
+    add_quarter_turns(n.two, &sine->two, &cosine->two);
 }
 
 KX_INLINE Double2 min(Double2 a, Double2 b)
@@ -162,6 +183,11 @@ KX_INLINE Float2 load_floats2(const float *from)
 KX_INLINE Double2 load2(const float *from)
 {
     return {widen(from[0]), widen(from[1])};
+}
+KX_INLINE void store(double *to, Double2 p)
+{
+    to[0] = p.one;
+    to[1] = p.two;
 }
 KX_INLINE void store(float *to, Float2 p)
 {

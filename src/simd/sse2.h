@@ -82,15 +82,39 @@ KX_INLINE Double2 negate(Double2 p)
     return _mm_xor_pd(p, _mm_set1_pd(-0.0));
 }
 
-KX_INLINE Double2 negate_low(Double2 p)
+KX_INLINE Double2 negate_high(Double2 p)
 {
-    return _mm_xor_pd(p, _mm_setr_pd(-0.0, 0.0));
+    return _mm_xor_pd(p, _mm_setr_pd(0.0, -0.0));
 }
 /** Each value whose magnitude is at or above a bound, and 0 for others and NaN. */
 KX_INLINE Double2 flush_below(double bound, Double2 p)
 {
     const Double2 size = _mm_andnot_pd(_mm_set1_pd(-0.0), p);
     return _mm_and_pd(p, _mm_cmpge_pd(size, _mm_set1_pd(bound)));
+}
+
+/** Whether the magnitude of any lane is above a bound. */
+KX_INLINE bool any_above(double bound, Double2 p)
+{
+    const Double2 size = _mm_andnot_pd(_mm_set1_pd(-0.0), p);
+    return _mm_movemask_pd(_mm_cmpgt_pd(size, _mm_set1_pd(bound))) != 0;
+}
+/**
+ * Turns angles by n quarters, given their sines and cosines. Of n only the last two bits count, and
+ * those as bits of a double: it is an integer to which 1.5*2^52 was added.
+ */
+KX_INLINE void add_quarter_turns(Double2 n, Double2 *sine, Double2 *cosine)
+{
+    const __m128i quarters = _mm_castpd_si128(n), one = _mm_set1_epi64x(1);
+    const __m128i odd = _mm_sub_epi64(_mm_setzero_si128(), _mm_and_si128(quarters, one));
+    const Double2 exchange = _mm_and_pd(_mm_xor_pd(*sine, *cosine), _mm_castsi128_pd(odd));
+    const __m128i sine_bit = _mm_slli_epi64(quarters, 62);
+    const __m128i cosine_bit = _mm_slli_epi64(_mm_add_epi64(quarters, one), 62);
+    const Double2 sign = _mm_set1_pd(-0.0);
+    const Double2 sine_sign = _mm_and_pd(_mm_castsi128_pd(sine_bit), sign);
+    const Double2 cosine_sign = _mm_and_pd(_mm_castsi128_pd(cosine_bit), sign);
+    *sine = _mm_xor_pd(_mm_xor_pd(*sine, exchange), sine_sign);
+    *cosine = _mm_xor_pd(_mm_xor_pd(*cosine, exchange), cosine_sign);
 }
 
 /** The lower of each two; the second where neither is, and for a NaN. */
@@ -176,6 +200,10 @@ KX_INLINE Double2 load2(const float *from)
     __asm__("%vcvtps2pd %1, %0" : "=x"(p) : "m"(*reinterpret_cast<const __m64 *>(from)));
     return p;
 #endif
+}
+KX_INLINE void store(double *to, Double2 p)
+{
+    _mm_storeu_pd(to, p);
 }
 KX_INLINE void store(float *to, Float2 p)
 {
