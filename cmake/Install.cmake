@@ -10,7 +10,8 @@ string(TOLOWER ${kind} kind)
 
 install(TARGETS kxmaths5 EXPORT kxmaths5-${kind}-targets
     INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
+    FILES_MATCHING PATTERN "*.h" PATTERN "*.hpp")
 
 set(package_directory ${CMAKE_INSTALL_LIBDIR}/cmake/kxmaths5)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/kxmaths5-config-version.cmake
