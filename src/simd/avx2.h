@@ -15,6 +15,10 @@ KX_INLINE Double4 lanes(double a, double b, double c, double d)
 {
     return _mm256_setr_pd(a, b, c, d);
 }
+KX_INLINE Double4 splat4(double value)
+{
+    return _mm256_set1_pd(value);
+}
 KX_INLINE Double2 low_half(Double4 v)
 {
     return _mm256_castpd256_pd128(v);
@@ -26,6 +30,17 @@ KX_INLINE Double2 high_half(Double4 v)
 KX_INLINE Double4 join(Double2 low, Double2 high)
 {
     return _mm256_set_m128d(high, low);
+}
+
+/** With no particular values in lanes 2 and 3. */
+KX_INLINE Double4 in_low_half(Double2 v)
+{
+    return _mm256_castpd128_pd256(v);
+}
+/** Of a vector whose lanes are alike. */
+KX_INLINE Double4 twice(Double2 v)
+{
+    return _mm256_broadcastsd_pd(v);
 }
 
 /** The lanes with those numbers. */
@@ -64,15 +79,25 @@ KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
     return _mm256_blend_pd(v, _mm256_castpd128_pd256(value), 1);
 }
 
-/** The greater of each value and 0; a NaN gives 0. */
+/** All bits where the sign bit is set. */
+KX_INLINE Double4 negative_mask(Double4 v)
+{
+#if defined(__AVX512VL__)
+    return _mm256_castsi256_pd(_mm256_srai_epi64(_mm256_castpd_si256(v), 63));
+#else
+    const __m256i signs = _mm256_srai_epi32(_mm256_castpd_si256(v), 31);
+    return _mm256_castsi256_pd(_mm256_shuffle_epi32(signs, _MM_SHUFFLE(3, 3, 1, 1)));
+#endif
+}
+/** Each value whose sign bit is clear, and 0 for the others. */
 KX_INLINE Double4 positive_part(Double4 v)
 {
-    return _mm256_max_pd(v, _mm256_setzero_pd());
+    return _mm256_andnot_pd(negative_mask(v), v);
 }
-/** The lesser of each value and 0; a NaN stays one. */
+/** Each value whose sign bit is set, and 0 for the others. */
 KX_INLINE Double4 negative_part(Double4 v)
 {
-    return _mm256_min_pd(_mm256_setzero_pd(), v);
+    return _mm256_and_pd(negative_mask(v), v);
 }
 /** Each value whose magnitude is at or above a bound, and 0 for others and NaN. */
 KX_INLINE Double4 flush_below(double bound, Double4 v)
@@ -110,9 +135,10 @@ KX_INLINE Double4 max(Double4 a, Double4 b)
 {
     return _mm256_max_pd(a, b);
 }
-KX_INLINE Double4 negate(Double4 v)
+/** With the other sign where signs has -0, and as it is where that has 0. */
+KX_INLINE Double4 change_signs(Double4 v, Double4 signs)
 {
-    return _mm256_xor_pd(v, _mm256_set1_pd(-0.0));
+    return _mm256_xor_pd(v, signs);
 }
 
 KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c)
@@ -171,6 +197,18 @@ KX_INLINE Double4 broadcast4(const float *from)
 #else
     return _mm256_cvtps_pd(_mm_broadcast_ss(from));
 #endif
+}
+
+/** Four rows from their columns, rounded. */
+KX_INLINE void store_columns(float *row0, float *row1, float *row2, float *row3, Double4 a,
+                             Double4 b, Double4 c, Double4 d)
+{
+    Float4 rows[4] = {narrow(a), narrow(b), narrow(c), narrow(d)};
+    transpose(rows[0], rows[1], rows[2], rows[3]);
+    store(row0, rows[0]);
+    store(row1, rows[1]);
+    store(row2, rows[2]);
+    store(row3, rows[3]);
 }
 
 } // namespace kx

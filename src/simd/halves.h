@@ -15,6 +15,10 @@ KX_INLINE Double4 lanes(double a, double b, double c, double d)
 {
     return {lanes(a, b), lanes(c, d)};
 }
+KX_INLINE Double4 splat4(double value)
+{
+    return {splat2(value), splat2(value)};
+}
 KX_INLINE Double2 low_half(Double4 v)
 {
     return v.low;
@@ -26,6 +30,14 @@ KX_INLINE Double2 high_half(Double4 v)
 KX_INLINE Double4 join(Double2 low, Double2 high)
 {
     return {low, high};
+}
+KX_INLINE Double4 in_low_half(Double2 v)
+{
+    return {v, v};
+}
+KX_INLINE Double4 twice(Double2 v)
+{
+    return {v, v};
 }
 
 KX_INLINE Double4 operator+(Double4 a, Double4 b)
@@ -113,9 +125,9 @@ KX_INLINE Double4 max(Double4 a, Double4 b)
 {
     return {max(a.low, b.low), max(a.high, b.high)};
 }
-KX_INLINE Double4 negate(Double4 v)
+KX_INLINE Double4 change_signs(Double4 v, Double4 signs)
 {
-    return {negate(v.low), negate(v.high)};
+    return {change_signs(v.low, signs.low), change_signs(v.high, signs.high)};
 }
 KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c)
 {
@@ -155,6 +167,15 @@ KX_INLINE Double4 broadcast4(const float *from)
 {
     const Double2 both = splat2(widen(*from));
     return {both, both};
+}
+
+KX_INLINE void store_columns(float *row0, float *row1, float *row2, float *row3, Double4 a,
+                             Double4 b, Double4 c, Double4 d)
+{
+    store_columns(row0, row1, narrow(a.low), narrow(b.low));
+    store_columns(row0 + 2, row1 + 2, narrow(c.low), narrow(d.low));
+    store_columns(row2, row3, narrow(a.high), narrow(b.high));
+    store_columns(row2 + 2, row3 + 2, narrow(c.high), narrow(d.high));
 }
 
 } // namespace kx

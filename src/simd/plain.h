@@ -89,6 +89,10 @@ KX_INLINE Double2 negative_part(Double2 p)
 {
     return {p.one > 0.0 ? 0.0 : p.one, p.two > 0.0 ? 0.0 : p.two};
 }
+KX_INLINE Double2 change_signs(Double2 p, Double2 signs)
+{
+    return {p.one * sign(signs.one), p.two * sign(signs.two)};
+}
 KX_INLINE Double2 negate(Double2 p)
 {
     return {-p.one, -p.two};
@@ -216,6 +220,14 @@ KX_INLINE void store(float *to, Float4 v)
 {
     store(to, v.low);
     store(to + 2, v.high);
+}
+KX_INLINE void store_low(float *to, Float4 v)
+{
+    store(to, v.low);
+}
+KX_INLINE void store_high(float *to, Float4 v)
+{
+    store(to, v.high);
 }
 KX_INLINE void store3(float *to, Float4 v)
 {

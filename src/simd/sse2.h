@@ -77,6 +77,11 @@ KX_INLINE Double2 negative_part(Double2 p)
 {
     return _mm_min_pd(_mm_setzero_pd(), p);
 }
+/** With the other sign where signs has -0, and as it is where that has 0. */
+KX_INLINE Double2 change_signs(Double2 p, Double2 signs)
+{
+    return _mm_xor_pd(p, signs);
+}
 KX_INLINE Double2 negate(Double2 p)
 {
     return _mm_xor_pd(p, _mm_set1_pd(-0.0));
@@ -229,6 +234,16 @@ KX_INLINE Float4 load_floats4(const float *from)
 KX_INLINE void store(float *to, Float4 v)
 {
     _mm_storeu_ps(to, v.floats);
+}
+/** Lanes 0 and 1. */
+KX_INLINE void store_low(float *to, Float4 v)
+{
+    _mm_storel_pi(reinterpret_cast<__m64 *>(to), v.floats);
+}
+/** Lanes 2 and 3. */
+KX_INLINE void store_high(float *to, Float4 v)
+{
+    _mm_storeh_pi(reinterpret_cast<__m64 *>(to), v.floats);
 }
 /** The first three lanes; the float that follows them stays untouched. */
 KX_INLINE void store3(float *to, Float4 v)

@@ -21,8 +21,10 @@
 /* Vectors are to stay in registers; g++ would rather call a function that has a few of them. */
 #if defined(__GNUC__)
 #define KX_INLINE __attribute__((always_inline)) static inline
+#define KX_INLINE_MEMBER __attribute__((always_inline)) inline
 #else
 #define KX_INLINE static inline
+#define KX_INLINE_MEMBER inline
 #endif
 
 #if defined(__GNUC__) && defined(__SSE2__) && !defined(KX_PLAIN)
@@ -53,6 +55,19 @@ KX_INLINE void transpose(Float4 &a, Float4 &b, Float4 &c, Float4 &d)
     b = join_high(ab_low, cd_low);
     c = join_low(ab_high, cd_high);
     d = join_high(ab_high, cd_high);
+}
+
+/** Three rows from their four columns, of which the last lane isn't stored. */
+KX_INLINE void store_columns(float *row0, float *row1, float *row2, Float4 a, Float4 b, Float4 c,
+                             Float4 d)
+{
+    const Float4 ab = interleave_low(a, b), cd = interleave_low(c, d);
+    store_low(row0, ab);
+    store_low(row0 + 2, cd);
+    store_high(row1, ab);
+    store_high(row1 + 2, cd);
+    store_low(row2, interleave_high(a, b));
+    store_low(row2 + 2, interleave_high(c, d));
 }
 
 } // namespace kx

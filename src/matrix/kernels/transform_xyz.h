@@ -2,8 +2,8 @@
  * Blocks of points with three coordinates, for the kernels: as many points at a time as a vector
  * has lanes.
  */
-#ifndef KX_MATRIX_XYZ_BLOCKS_H
-#define KX_MATRIX_XYZ_BLOCKS_H
+#ifndef KX_MATRIX_KERNELS_TRANSFORM_XYZ_H
+#define KX_MATRIX_KERNELS_TRANSFORM_XYZ_H
 
 #include "kxmaths5/types.h"
 #include "simd/widest.h"

@@ -2,8 +2,8 @@
  * Points with two or four coordinates, and products, for the kernels: what comes out is a sum of
  * columns, side by side in a vector.
  */
-#ifndef KX_MATRIX_COLUMN_BLOCKS_H
-#define KX_MATRIX_COLUMN_BLOCKS_H
+#ifndef KX_MATRIX_KERNELS_TRANSFORM_COLUMNS_H
+#define KX_MATRIX_KERNELS_TRANSFORM_COLUMNS_H
 
 #include "kxmaths5/types.h"
 #include "simd/widest.h"

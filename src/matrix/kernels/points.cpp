@@ -11,8 +11,8 @@
 #include "simd/widest.h"
 
 #if KX_HAS_LANES
-#include "matrix/column_blocks.h"
-#include "matrix/xyz_blocks.h"
+#include "matrix/kernels/transform_columns.h"
+#include "matrix/kernels/transform_xyz.h"
 #endif
 
 using namespace kx;
