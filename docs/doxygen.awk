@@ -55,8 +55,8 @@ in_block {
 }
 
 # In tables of functions each name leads to the contract.
-/^\| [^`].*\| `KX[A-Za-z0-9, `]* \|( \|)?$/ {
-    while (match($0, /`KX[A-Za-z0-9]*`/))
+/^\| [^`].*\| `(KX|kx_)[A-Za-z0-9_, `]* \|( \|)?$/ {
+    while (match($0, /`(KX[A-Za-z0-9]*|kx_[a-z0-9_]*)`/))
         $0 = substr($0, 1, RSTART - 1) substr($0, RSTART + 1, RLENGTH - 2) "()" substr($0, RSTART + RLENGTH)
 }
 {
