@@ -1,11 +1,21 @@
 #!/bin/sh
-# Two builds give the same bits under each of a host's environments: rounding.sh PROGRAM PROGRAM
+# An optimised build of each compiler gives the bits of the same without optimisation under each of a host's
+# environments: rounding.sh COMPILER...
 set -eu
+cd "$(dirname "$0")/../.."
 mkdir -p build/rounding
-for options in '--rounding up' '--rounding down' '--rounding zero' --flush '--rounding up --flush'; do
-    # shellcheck disable=SC2086 # a list of options
-    "$1" $options >build/rounding/first.txt
-    # shellcheck disable=SC2086
-    "$2" $options >build/rounding/second.txt
-    diff build/rounding/first.txt build/rounding/second.txt || { echo "with $options: other bits"; exit 1; }
+for compiler in "$@"; do
+    for preset in "$compiler" "$compiler-debug"; do
+        ./scripts/build "$preset" kx_digest
+    done
+    for options in '--rounding up' '--rounding down' '--rounding zero' --flush '--rounding up --flush'; do
+        for preset in "$compiler" "$compiler-debug"; do
+            # shellcheck disable=SC2086 # a list of options
+            "build/$preset/tools/digest/kx_digest" $options >"build/rounding/$preset.txt"
+        done
+        diff "build/rounding/$compiler.txt" "build/rounding/$compiler-debug.txt" || {
+            echo "$compiler with $options: other bits" >&2
+            exit 1
+        }
+    done
 done

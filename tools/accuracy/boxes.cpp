@@ -1,6 +1,5 @@
 /* Boxes, lines and rays. */
 #include "experiment.h"
-#include "transforms.h"
 
 namespace accuracy
 {

@@ -132,22 +132,31 @@ struct Experiment {
 
 using Experiments = std::vector<Experiment>;
 
-/** Experiments under one heading. */
-struct Topic {
-    const char *title;
-    Experiments experiments;
-};
-
 Experiments foundations();
 Experiments matrices();
 Experiments inverses();
 Experiments orientation();
 Experiments decomposition();
-Experiments components();
 Experiments quaternions();
 Experiments boxes();
 Experiments planes();
 Experiments polar();
+
+Experiments all_experiments();
+
+/** The largest error of a result, in ulp of a single, and the number of the input that gave it. */
+struct Worst {
+    double ulps = -1;
+    std::uint64_t input = 0;
+};
+
+using Measurement = std::vector<Worst>; /**< One for each result of an experiment. */
+
+/** The inputs numbered from 0 to below `inputs`: those of a smaller count are among them. */
+Measurement measure(const Experiment &experiment, std::uint64_t inputs);
+
+/** One input again, with what the function is given. */
+Case replayed(const Experiment &experiment, std::uint64_t input);
 
 } // namespace accuracy
 

@@ -1,6 +1,5 @@
 /* Inversion. */
 #include "experiment.h"
-#include "transforms.h"
 
 namespace accuracy
 {

@@ -1,4 +1,4 @@
-#include "measure.h"
+#include "experiment.h"
 
 #include <future>
 #include <thread>
@@ -44,6 +44,17 @@ Measurement measure_part(const Experiment &experiment, std::uint64_t first, std:
 }
 
 } // namespace
+
+Experiments all_experiments()
+{
+    Experiments all;
+    for (const auto &topic : {foundations, matrices, inverses, orientation, decomposition,
+                              quaternions, boxes, planes, polar}) {
+        const Experiments some = topic();
+        all.insert(all.end(), some.begin(), some.end());
+    }
+    return all;
+}
 
 Measurement measure(const Experiment &experiment, std::uint64_t inputs)
 {

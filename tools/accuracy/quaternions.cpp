@@ -1,6 +1,5 @@
 /* Quaternions. */
 #include "experiment.h"
-#include "transforms.h"
 
 namespace accuracy
 {
