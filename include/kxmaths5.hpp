@@ -12,7 +12,8 @@
  *     {} makes               a zero vector, the origin, the identity of matrices and quaternions,
  *                            and the empty box that any point makes larger
  *
- * kxmaths5/print.hpp has << and std::formatter.
+ * What returns a std::optional is a template, so that a program pays at compile time for those
+ * alone that it uses; its argument is never given. kxmaths5/print.hpp has << and std::formatter.
  */
 #ifndef KXMATHS5_HPP
 #define KXMATHS5_HPP
@@ -426,18 +427,20 @@ struct vec3 : KXV3 {
     /** The length, in double: KXV3Length. */
     [[nodiscard]] double length() const { return sqrt(dot(*this, *this)); }
     /** The unit vector in this direction; nothing if it is too short to have one: KXV3Normalise. */
-    [[nodiscard]] std::optional<vec3> normalised() const
+    template <typename Vector = vec3>
+    [[nodiscard]] std::optional<Vector> normalised() const
     {
-        std::optional<vec3> unit{std::in_place, detail::Unset()};
+        std::optional<Vector> unit{std::in_place, detail::Unset()};
         if (!(KXV3Normalise(this, &*unit) > detail::wide(KX_TOLERANCE))) {
             unit.reset();
         }
         return unit;
     }
     /** The vector of that length in this direction; nothing if it has none: KXV3Scale. */
-    [[nodiscard]] std::optional<vec3> with_length(float wanted) const
+    template <typename Vector = vec3>
+    [[nodiscard]] std::optional<Vector> with_length(float wanted) const
     {
-        std::optional<vec3> v;
+        std::optional<Vector> v;
         if (length() > detail::wide(KX_TOLERANCE)) {
             v = *this;
             KXV3Scale(&*v, wanted);
@@ -667,9 +670,10 @@ struct point4 : KXP4 {
     /** @endcond */
 
     /** The point that it stands for; nothing where w is 0: kx_divide_by_w. */
-    [[nodiscard]] std::optional<point3> divided_by_w() const
+    template <typename Point = point3>
+    [[nodiscard]] std::optional<Point> divided_by_w() const
     {
-        return detail::if_done<point3>(kx_divide_by_w, this);
+        return detail::if_done<Point>(kx_divide_by_w, this);
     }
     /** In another length unit; w stays: KXP4ChangeUnits. */
     [[nodiscard]] point4 converted(unit from, unit to) const
@@ -731,9 +735,10 @@ struct quat : KXQuat {
     /** The rotation back, of a unit quaternion: kx_quat_conjugate. */
     [[nodiscard]] constexpr quat conjugate() const { return xyzw(-x, -y, -z, w); }
     /** The unit quaternion; nothing if this one is too short: kx_quat_normalise. */
-    [[nodiscard]] std::optional<quat> normalised() const
+    template <typename Quat = quat>
+    [[nodiscard]] std::optional<Quat> normalised() const
     {
-        std::optional<quat> unit{std::in_place, detail::Unset()};
+        std::optional<Quat> unit{std::in_place, detail::Unset()};
         if (!(kx_quat_normalise(this, &*unit) > detail::wide(KX_TOLERANCE))) {
             unit.reset();
         }
@@ -846,12 +851,17 @@ struct mat3 : KXM3 {
     /** Rows and columns exchanged: KXM3Transpose. */
     [[nodiscard]] mat3 transposed() const { return detail::result<mat3>(KXM3Transpose, this); }
     /** The inverse; nothing if the matrix counts as singular: KXM3Inverse. */
-    [[nodiscard]] std::optional<mat3> inverse() const
+    template <typename Matrix = mat3>
+    [[nodiscard]] std::optional<Matrix> inverse() const
     {
-        return detail::if_done<mat3>(KXM3Inverse, this);
+        return detail::if_done<Matrix>(KXM3Inverse, this);
     }
     /** Scale, shear, rotation and translation; nothing if it is singular: KXM3Decompose. */
-    [[nodiscard]] std::optional<components> decomposed() const;
+    template <typename Parts = components>
+    [[nodiscard]] std::optional<Parts> decomposed() const
+    {
+        return detail::if_done<Parts>(KXM3Decompose, this);
+    }
     /** Translation, angle and scale, by columns: KXM3MatrixComponents. */
     [[nodiscard]] plane_placement placement() const;
 
@@ -1023,9 +1033,10 @@ struct mat4 : KXM4 {
     /** Rows and columns exchanged: KXM4Transpose. */
     [[nodiscard]] mat4 transposed() const { return detail::result<mat4>(KXM4Transpose, this); }
     /** The inverse; nothing if the matrix counts as singular: KXM4Inverse. */
-    [[nodiscard]] std::optional<mat4> inverse() const
+    template <typename Matrix = mat4>
+    [[nodiscard]] std::optional<Matrix> inverse() const
     {
-        return detail::if_done<mat4>(KXM4Inverse, this);
+        return detail::if_done<Matrix>(KXM4Inverse, this);
     }
     /** Its translation in another length unit: KXM4ChangeUnits. */
     [[nodiscard]] mat4 converted(unit from, unit to) const
@@ -1037,7 +1048,11 @@ struct mat4 : KXM4 {
     /** The rotation as a quaternion: KXMatrixToQuat. */
     [[nodiscard]] quat quaternion() const { return detail::result<quat>(KXMatrixToQuat, this); }
     /** Scale, shear, rotation, translation, perspective; nothing if singular: KXM4Decompose. */
-    [[nodiscard]] std::optional<components> decomposed() const;
+    template <typename Parts = components>
+    [[nodiscard]] std::optional<Parts> decomposed() const
+    {
+        return detail::if_done<Parts>(KXM4Decompose, this);
+    }
     /** Position and scale, by columns: KXM4MatrixComponents. */
     [[nodiscard]] placement_and_scale placement() const;
 
@@ -1189,16 +1204,6 @@ struct components : KXComponents {
     }
 };
 
-inline std::optional<components> mat4::decomposed() const
-{
-    return detail::if_done<components>(KXM4Decompose, this);
-}
-
-inline std::optional<components> mat3::decomposed() const
-{
-    return detail::if_done<components>(KXM3Decompose, this);
-}
-
 inline placement_and_scale mat4::placement() const
 {
     placement_and_scale out{position(detail::Unset()), vec3(detail::Unset())};
@@ -1286,9 +1291,10 @@ struct box : KXBox {
     }
     /** The transform that makes a mesh in this box fit for intersections, and the way back; nothing
      * if it has no extent: kx_fit_mesh. */
-    [[nodiscard]] std::optional<there_and_back> fit() const
+    template <typename Pair = there_and_back>
+    [[nodiscard]] std::optional<Pair> fit() const
     {
-        std::optional<there_and_back> out{std::in_place};
+        std::optional<Pair> out{std::in_place};
         if (kx_fit_mesh(this, &out->there, &out->back) != 0) {
             out.reset();
         }
@@ -1325,10 +1331,11 @@ struct plane : KXPlane {
     /** @endcond */
 
     /** Through three points, with a unit normal; nothing if they define none: KXPlaneEquation. */
-    [[nodiscard]] static std::optional<plane> through(const point3 &first, const point3 &second,
+    template <typename Plane = plane>
+    [[nodiscard]] static std::optional<Plane> through(const point3 &first, const point3 &second,
                                                       const point3 &third)
     {
-        return detail::if_done<plane>(KXPlaneEquation, &first, &second, &third);
+        return detail::if_done<Plane>(KXPlaneEquation, &first, &second, &third);
     }
 
     /** The normal: a, b, c. */
@@ -1362,10 +1369,11 @@ struct triangle : KXTriangle {
 
     /** With its plane, begun at the corner that serves best; nothing if it is too small or too flat
      * to be hit: kx_triangle. */
-    [[nodiscard]] static std::optional<triangle> of(const point3 *vertices, std::uint32_t first,
+    template <typename Triangle = triangle>
+    [[nodiscard]] static std::optional<Triangle> of(const point3 *vertices, std::uint32_t first,
                                                     std::uint32_t second, std::uint32_t third)
     {
-        std::optional<triangle> out{std::in_place};
+        std::optional<Triangle> out{std::in_place};
         if (kx_triangle(vertices, first, second, third, &*out) != 0) {
             out.reset();
         }
@@ -1378,10 +1386,10 @@ struct triangle : KXTriangle {
     [[nodiscard]] constexpr kxm::plane plane() const { return kxm::plane(KXTriangle::plane); }
     /** How much of each corner is in a point of the triangle; nothing if it has no area:
      * kx_barycentric. */
-    [[nodiscard]] std::optional<std::array<float, 3>> barycentric(const point3 *vertices,
-                                                                  const point3 &p) const
+    template <typename Weights = std::array<float, 3>>
+    [[nodiscard]] std::optional<Weights> barycentric(const point3 *vertices, const point3 &p) const
     {
-        std::optional<std::array<float, 3>> weights{std::in_place};
+        std::optional<Weights> weights{std::in_place};
         if (kx_barycentric(this, vertices, &p, weights->data()) != 0) {
             weights.reset();
         }
@@ -1408,16 +1416,18 @@ struct line : KXLine {
     /** How far along it a point is: kx_line_parameter. */
     [[nodiscard]] double parameter(const point3 &p) const { return kx_line_parameter(this, &p); }
     /** Where it meets a box first, if it does: KXLineIxBox. */
-    [[nodiscard]] std::optional<point3> hit(const box &b) const
+    template <typename Point = point3>
+    [[nodiscard]] std::optional<Point> hit(const box &b) const
     {
-        return detail::if_hit<point3>(KXLineIxBox, this, &b);
+        return detail::if_hit<Point>(KXLineIxBox, this, &b);
     }
     /** Whether it meets a box: KXLineIxBox. */
     [[nodiscard]] bool meets(const box &b) const { return KXLineIxBox(this, &b, nullptr) != 0; }
     /** Where it passes through a triangle, if it does: KXLineIxTriangle. */
-    [[nodiscard]] std::optional<point3> hit(const triangle &t, const point3 *vertices) const
+    template <typename Point = point3>
+    [[nodiscard]] std::optional<Point> hit(const triangle &t, const point3 *vertices) const
     {
-        return detail::if_hit<point3>(KXLineIxTriangle, this, &t, vertices);
+        return detail::if_hit<Point>(KXLineIxTriangle, this, &t, vertices);
     }
 
     /** The line carried: KXTransformLine. */
@@ -1462,16 +1472,18 @@ struct ray : KXRay {
     /** Distance of a point from its line, times its direction's length: KXRayPointDistance. */
     [[nodiscard]] double distance(const point3 &p) const { return KXRayPointDistance(this, &p); }
     /** Where it meets a box, from inside where it leaves it, if it does: KXRayIxBox. */
-    [[nodiscard]] std::optional<point3> hit(const box &b) const
+    template <typename Point = point3>
+    [[nodiscard]] std::optional<Point> hit(const box &b) const
     {
-        return detail::if_hit<point3>(KXRayIxBox, this, &b);
+        return detail::if_hit<Point>(KXRayIxBox, this, &b);
     }
     /** Whether it meets a box: KXRayIxBox. */
     [[nodiscard]] bool meets(const box &b) const { return KXRayIxBox(this, &b, nullptr) != 0; }
     /** Where it passes through a triangle, if it does: KXRayIxTriangle. */
-    [[nodiscard]] std::optional<point3> hit(const triangle &t, const point3 *vertices) const
+    template <typename Point = point3>
+    [[nodiscard]] std::optional<Point> hit(const triangle &t, const point3 *vertices) const
     {
-        return detail::if_hit<point3>(KXRayIxTriangle, this, &t, vertices);
+        return detail::if_hit<Point>(KXRayIxTriangle, this, &t, vertices);
     }
 
     /** The ray carried, its direction made unit length: KXTransformRay. */

@@ -622,7 +622,7 @@ TEST_CASE("boxes, planes, lines and rays")
     compare<point3, point3, point3>(
         "through",
         [](auto p, auto q, auto r) { return c_if<KXPlane>(0, KXPlaneEquation, &p, &q, &r); },
-        plane::through);
+        [](auto p, auto q, auto r) { return plane::through(p, q, r); });
     compare<plane, unit, unit>(
         "converted",
         [](auto p, auto from, auto to) {
