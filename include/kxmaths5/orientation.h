@@ -150,9 +150,8 @@ KX_API void KXM4Position(KXM4 *matrix, KXM4 *inverse, const KXPosition *position
  * - Aliasing: components may be the same sixteen floats as m.
  * - Degenerate: the matrix is singular only if the determinant of A is exactly 0 or, where there is
  *   perspective, if KXM4Inverse refuses A. A row of length at or below KX_TOLERANCE is not made
- *   unit, and rotateY is then the arcsine of its short element. A block that is singular but for
- *   its last bits passes, and a row of it may end as zeros: its scale is then 0, and its shears are
- *   infinite or NaN.
+ *   unit, and rotateY is then the arcsine of its short element. A nearly singular block passes;
+ *   Gram-Schmidt may leave a row of zeros, with a scale of 0 and shears that are infinite or NaN.
  * - On status 1: components stays untouched.
  * - Rounding: singles are the elements, the dot products, the rows at every step and V1 x V2. The
  *   lengths that divide the shears are not rounded.
@@ -349,7 +348,8 @@ KX_API void KXQuatToMatrix(const KXQuat *q, KXM4 *out);
  *
  *     q[i] = s*0.5   q[j] = (mji + mij)*f   q[k] = (mki + mik)*f   w = (mkj - mjk)*f
  *
- * So w, or else q[i], is never negative: a quaternion may come back from KXQuatToMatrix negated.
+ * So w, or else q[i], is never negative: a quaternion taken through KXQuatToMatrix may come back
+ * negated.
  *
  * - Aliasing: out must be apart from m.
  *
