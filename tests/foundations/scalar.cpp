@@ -18,6 +18,8 @@ TEST_CASE("KXInterpolate")
     check("turned round, between", 10, 0, 0, 100, 5, 0);
     check("turned round, behind", 10, 0, 0, 100, 11, 100);
     check("the product first, then the quotient", 1.7f, 6.2f, 7.8f, 9.9f, 3.2f, 7.10983580660032);
+    check("no product is fused with a sum", 8, 6.2f, 11.1f, -7.6f, 8.93f, 2.0599990460181692);
+    check("between two values of -0", 0, -0.0f, 10, -0.0f, 5, 0);
     check("differences stay wide", -1, 0, 0x1p24f, 0x1p24f, 0, 0.9999999403953588);
     // A NaN is on neither side: the one way to a division by an interval of no length.
     const double nowhere = KXInterpolate(5, 1, 5, 2, not_a_number);

@@ -1,5 +1,7 @@
 #include "support/check.h"
 
+#include <algorithm>
+
 using namespace test;
 
 static float factor_of(KXUnit from, KXUnit to)
@@ -84,16 +86,17 @@ static void check_array(void (*convert)(KXUnit, KXUnit, std::uint32_t, Record *)
                         void (*convert_one)(KXUnit, KXUnit, Record *))
 {
     Random random;
-    Guarded<std::array<Record, 5>> array;
-    array.record = random.record<std::array<Record, 5>>(100);
-    auto wanted = array.record;
-    convert(KX_UNIT_MILE, KX_UNIT_INCH, 0, array.record.data());
-    array.check("count 0", wanted);
-    for (std::size_t i = 0; i < 3; ++i) {
-        convert_one(KX_UNIT_MILE, KX_UNIT_INCH, &wanted[i]);
+    for (const std::uint32_t count : array_counts()) {
+        std::vector<Record> converted(count + 1);
+        std::generate(converted.begin(), converted.end(),
+                      [&random] { return random.record<Record>(100); });
+        std::vector<Record> wanted = converted;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            convert_one(KX_UNIT_MILE, KX_UNIT_INCH, &wanted[i]);
+        }
+        convert(KX_UNIT_MILE, KX_UNIT_INCH, count, converted.data());
+        check_same("count " + std::to_string(count), wanted, converted);
     }
-    convert(KX_UNIT_MILE, KX_UNIT_INCH, 3, array.record.data());
-    array.check("3 of 5", wanted);
     convert(KX_UNIT_MILE, KX_UNIT_INCH, 0, nullptr);
 }
 

@@ -21,6 +21,10 @@ TEST_CASE("KXV3Length and KXV3Normalise")
     check("a square that overflows a single", {0x3p100f, 0x4p100f, 0}, {0.6f, 0.8f, 0}, 0x5p100);
     check("times the reciprocal, not divided", {2758, 4853, 0}, {0.494092524f, 0.869409323f, 0},
           5581.950644711937);
+    check("next to unit length is not unit length", {1.0000005f, 0, 0}, {1, 0, 0},
+          1.0000004768371582);
+    check("the root meets the tolerance, not the square", {tolerance, 1.6e-14f, 0},
+          {tolerance, 1.6e-14f, 0}, tolerance);
 }
 
 TEST_CASE("KXV3Length adds x first, KXV3Normalise z")
@@ -33,6 +37,15 @@ TEST_CASE("KXV3Length adds x first, KXV3Normalise z")
     check_same("normalise", 1.5, KXV3Normalise(&large_z, &out));
 }
 
+// No other order, and neither a hypotenuse nor a scaling by the largest, gives these last bits.
+TEST_CASE("KXV3Length and KXV3Normalise are the root of the plain sum of squares")
+{
+    const KXV3 v = {-0.8f, -6.2f, -0.2f}, n = {-3.6f, -0.2f, -5.4f};
+    KXV3 out;
+    check_same("length", 6.2545981209949293, KXV3Length(&v));
+    check_same("normalise", 6.493073258828586, KXV3Normalise(&n, &out));
+}
+
 TEST_CASE("KXV3Scale")
 {
     const auto check = [](const char *label, const KXV3 &v, float length, const KXV3 &scaled) {
@@ -42,6 +55,7 @@ TEST_CASE("KXV3Scale")
         out.check(label, scaled);
     };
     check("the quotient stays wide", {5.3f, 6.3f, 3}, 9, {5.44370174f, 6.47081518f, 3.08134055f});
+    check("from next to that length", {1.0000005f, 0, 0}, 1, {1, 0, 0});
     check("to -10 turns round", {3, 4, 0}, -10, {-6, -8, -0.0f});
     check("to 0", {3, 4, 0}, 0, {0, 0, 0});
     check("to 0 with signs", {-3, 4, -0.0f}, 0, {-0.0f, 0, -0.0f});
@@ -61,7 +75,7 @@ TEST_CASE("KXV3Cross")
         out.check(label, product);
     };
     check("1 2 3 x 4 5 6", {1, 2, 3}, {4, 5, 6}, {-3, 6, -3});
-    check("products that only a double holds", {8193, 8192, 0}, {8192, 8191, 0}, {0, 0, -1});
+    check("products that only a double holds", {8193, 8192, 8191}, {8192, 8191, 8190}, {-1, 2, -1});
     check("Y x Z is X", {0, 1, 0}, {0, 0, 1}, {1, 0, 0});
 }
 
@@ -73,6 +87,7 @@ TEST_CASE("KXV3Perpendicular")
         out.check(label, perpendicular);
     };
     check("general", {1, 2, 3}, {-0.94868332f, 0, 0.31622776f});
+    check("times the reciprocal, not divided", {4853, 1, 2758}, {-0.494092524f, 0, 0.869409323f});
     check("against X", {-1, 0, 0}, {-0.0f, 0, -1});
     check("along Z", {0, 0, 1}, {1, 0, 0});
     check("against Z", {0, 0, -1}, {1, 0, 0});
@@ -99,5 +114,7 @@ TEST_CASE("KXV3Combine")
     };
     check("weights in order", {1, 2, 3}, {4, 5, 6}, 2, 10, {42, 54, 66});
     check("difference", {4, 5, 6}, {1, 2, 3}, 1, -1, {3, 3, 3});
-    check("products stay wide", {8193, 8192, 0}, {8191, 8192, -0.0f}, 8191, -8193, {0, -16384, 0});
+    check("products stay wide", {8191, 8191, 8191}, {8192, 8192, 8192}, 8193, -8192, {-1, -1, -1});
+    check("a weight of 0 takes part", {0x1p60f, 1, 1}, {1, -0.0f, -0.0f}, 0, 1, {1, 0, 0});
+    check("a second weight of 0", {-0.0f, -0.0f, 1}, {1, 1, 0x1p60f}, 1, 0, {0, 0, 1});
 }

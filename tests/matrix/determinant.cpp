@@ -38,6 +38,10 @@ TEST_CASE("KXM4Determinant")
             {-5.3f, 7.2f, -7.4f, -9.4f},
             {-6.1f, 8.9f, -8.8f, 5.2f}}},
           -15.144913932086979);
+    check("of -0", {{{-1, 0, -1, 0}, {}, {}, {}}}, -0.0);
+    const KXM4 far = {{{1, 0, 0, infinity}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+    const double unknown = KXM4Determinant(&far);
+    CHECK(unknown != unknown); // the translation takes part, times 0
 }
 
 TEST_CASE("KXM3Determinant")
@@ -49,6 +53,7 @@ TEST_CASE("KXM3Determinant")
     check("no minor is single: 0", {{{1, 0, 0}, {0, 4097, 1}, {0, 8192, 4097}}}, 16777217);
     check("no minor is single: 1", {{{0, 1, 0}, {4097, 0, 1}, {8192, 0, 4097}}}, -16777217);
     check("no minor is single: 2", {{{0, 0, 1}, {4097, 1, 0}, {8192, 4097, 0}}}, 16777217);
+    check("of -0", {{{-1, 0, -1}, {}, {}}}, -0.0);
     check("all nine elements", {{{2, 3, 5}, {7, 11, 13}, {17, 19, 23}}}, -78);
     check("no product is fused with a sum: columns 0 and 1 are alike",
           {{{2.6f, 2.6f, 5.1f}, {5.9f, 5.9f, 6.2f}, {8.6f, 8.6f, 0.3f}}}, 0);
@@ -72,6 +77,7 @@ TEST_CASE("KXM4IsOrthogonal")
     check("translated", {{{1, 0, 0, 7}, {0, 1, 0, 8}, {0, 0, 1, 9}, {0, 0, 0, 1}}}, 1);
     check("rows 0 and 1 swapped", {{{0, 1, 0, 0}, {1, 0, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1);
     check("the last element counts", unit_with(3, 3, 2), 0);
+    check("the last row has no part in the lengths", unit_with(3, 0, 0.1f), 1);
     check("a small shear", unit_with(0, 1, 0.03f), 1);
     check("a larger shear", unit_with(0, 1, 0.032f), 0);
     check("ratio too high", {{{1, 0.04f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1.0013f}}},
@@ -89,6 +95,36 @@ TEST_CASE("KXM4IsOrthogonal")
             {0, 1, 0, 0},
             {0, 0x1.51ff2ap-11f, 1, 0},
             {0, 0, 0, 0x1.0020c6p+0f}}},
+          1);
+    check("just below the lower bound",
+          {{{3, 0x1.b6788cp-13f, 0, 0},
+            {0, 6, 0, 0},
+            {0, 0x1.d106c6p-4f, 4, 0},
+            {0, 0, 0, 0x1.ffd5e6p-1f}}},
+          0);
+    check("just above the upper bound",
+          {{{8, 0x1.c5f82ap-14f, 0, 0},
+            {0, 4, 0, 0},
+            {0, 0x1.a9db8cp-5f, 4, 0},
+            {0, 0, 0, 0x1.00264cp+0f}}},
+          0);
+    check("divided three times, not by a product",
+          {{{9, 0x1.7f2bbep-14f, 0, 0},
+            {0, 5, 0, 0},
+            {0, 0x1.95790ap-4f, 2, 0},
+            {0, 0, 0, 0x1.002d9cp+0f}}},
+          0);
+    check("divided, not compared with a multiple of the product",
+          {{{9, 0x1.862b1ap-14f, 0, 0},
+            {0, 6, 0, 0},
+            {0, 0x1.68de9cp-4f, 1, 0},
+            {0, 0, 0, 0x1.ffcc92p-1f}}},
+          1);
+    check("squares of x first",
+          {{{2, 0x1.71315cp-14f, 0, 0},
+            {0, 3, 0, 0},
+            {0, 0x1.448b18p-4f, 3, 0},
+            {0, 0, 0, 0x1.0037ap+0f}}},
           1);
     check("the determinant is not rounded",
           {{{7, 0x1.35b9cp-24f, 0, 0},

@@ -1,5 +1,6 @@
 #include "support/check.h"
 
+#include <algorithm>
 #include <vector>
 
 using namespace test;
@@ -17,6 +18,10 @@ static constexpr float large = 0x1p60f;
 static const KXM4 ordered4 = {
     {{large, 1, -large, 8}, {large, -large, 1, 2}, {1, large, -large, 2}, {-large, 1, 8, large}}};
 static const KXM3 ordered3 = {{{large, 1, -large}, {large, -large, 1}, {1, -large, large}}};
+
+// Identities are matrices like any other: a coordinate of -0 is added to 0.
+static const KXM4 unit4 = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+static const KXM3 unit3 = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
 /** Each row through the single form and through the array form with a count of 1. */
 template <typename Matrix, typename Point>
@@ -43,36 +48,37 @@ TEST_CASE("One point")
     check_forms("P3I1", delicate4, {8191, 8192, 1}, {-1, -0.0f, 8192}, KXM4P3I1, KXM4NP3I1);
     check_forms("P4", delicate4, {8191, 8192, 1, 1}, {-1, -0.0f, 8192, 147465}, KXM4P4, KXM4NP4);
 
+    check_forms("P2I0, identity", unit3, {-0.0f, 1}, {0, 1}, KXM3P2I0, KXM3NP2I0);
+    check_forms("P2I1, identity", unit3, {-0.0f, 1}, {0, 1}, KXM3P2I1, KXM3NP2I1);
+    check_forms("P3I0, identity", unit4, {-0.0f, 1, 2}, {0, 1, 2}, KXM4P3I0, KXM4NP3I0);
+    check_forms("P3I1, identity", unit4, {-0.0f, 1, 2}, {0, 1, 2}, KXM4P3I1, KXM4NP3I1);
+    check_forms("P4, identity", unit4, {-0.0f, 1, 2, 1}, {0, 1, 2, 1}, KXM4P4, KXM4NP4);
+
     check_forms("P2I1, order", ordered3, {1, 1}, {0, 1}, KXM3P2I1, KXM3NP2I1);
     check_forms("P3I0, order", ordered4, {1, 1, 1}, {0, 1, 0}, KXM4P3I0, KXM4NP3I0);
     check_forms("P3I1, order", ordered4, {1, 1, 1}, {8, 3, 2}, KXM4P3I1, KXM4NP3I1);
     check_forms("P4, order", ordered4, {1, 1, 1, 1}, {8, 3, 2, 0}, KXM4P4, KXM4NP4);
 }
 
-/** Counts 0 to 70: the same bits as point by point, and nothing behind the count. */
+/** The same bits as point by point, and nothing after the count. */
 template <typename Matrix, typename Point>
 static void check_counts(void (*one)(const Matrix *, const Point *, Point *),
                          void (*each)(const Matrix *, std::uint32_t, const Point *, Point *))
 {
-    constexpr std::uint32_t most = 70;
     Random random;
     const auto m = random.record<Matrix>(3);
-    std::vector<Point> in(most + 1);
-    for (Point &p : in) {
-        p = random.record<Point>(1000);
-    }
-    for (std::uint32_t count = 0; count <= most; ++count) {
-        std::vector<Point> apart(most + 1, marked<Point>());
-        std::vector<Point> place = in;
+    for (const std::uint32_t count : array_counts()) {
+        std::vector<Point> in(count + 1), apart(count + 1, marked<Point>());
+        std::generate(in.begin(), in.end(), [&random] { return random.record<Point>(1000); });
+        std::vector<Point> place = in, wanted = apart, wanted_in_place = in;
+        for (std::uint32_t i = 0; i < count; ++i) {
+            one(&m, &in[i], &wanted[i]);
+            wanted_in_place[i] = wanted[i];
+        }
         each(&m, count, in.data(), apart.data());
         each(&m, count, place.data(), place.data());
-        for (std::uint32_t i = 0; i <= most; ++i) {
-            Point wanted;
-            one(&m, &in[i], &wanted);
-            const std::string label = std::to_string(i) + " of " + std::to_string(count);
-            check_same(label, i < count ? wanted : marked<Point>(), apart[i]);
-            check_same(label + ", in place", i < count ? wanted : in[i], place[i]);
-        }
+        check_same("count " + std::to_string(count), wanted, apart);
+        check_same("in place, count " + std::to_string(count), wanted_in_place, place);
     }
     each(nullptr, 0, nullptr, nullptr);
 }

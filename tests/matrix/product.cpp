@@ -16,6 +16,46 @@ static void check_square(const std::string &label, const Matrix &m, const Matrix
     all.check(label + ", all three one record", wanted);
 }
 
+// Row 0: 8193*8191 - 8192*8192 = -1, which single products would make 0. Row 1: a sum of -0.
+static const KXM4 cancels = {{{8193, -8192, 0, 0}, {-0.0f, -0.0f, -0.0f, -0.0f}, {}, {}}};
+static const KXM4 with = {{{8191, 1, 1, 1}, {8192, 1, 1, 1}, {0, 1, 1, 1}, {0, 1, 1, 1}}};
+static const KXM4 cancelled = {{{-1, 1, 1, 1}, {-0.0f, -0.0f, -0.0f, -0.0f}, {}, {}}};
+
+// Added from left to right; in any other order one of the rows differs.
+static constexpr float large = 0x1p60f;
+static const KXM4 ordered = {
+    {{large, 1, -large, 8}, {large, -large, 1, 2}, {1, large, -large, 2}, {-large, 1, 8, large}}};
+static const KXM4 ones = {{{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}};
+
+// An identity is a factor like any other: its zeros clear the sign of a zero.
+static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+static const KXM4 signs = {{{-0.0f, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}};
+static const KXM4 no_signs = {{{0, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}};
+
+static KXM3 block_of(const KXM4 &m)
+{
+    return {{{m.m[0][0], m.m[0][1], m.m[0][2]},
+             {m.m[1][0], m.m[1][1], m.m[1][2]},
+             {m.m[2][0], m.m[2][1], m.m[2][2]}}};
+}
+
+/** KXM43Mult as a product of blocks. */
+static void multiply_blocks(const KXM3 *a, const KXM3 *b, KXM3 *out)
+{
+    const auto embedded = [](const KXM3 &m) {
+        auto four = marked<KXM4>();
+        for (int r = 0; r < 3; ++r) {
+            std::memcpy(four.m[r], m.m[r], sizeof m.m[r]);
+        }
+        return four;
+    };
+    KXM4 first = embedded(*a), second = embedded(*b), third;
+    const KXM4 *const right = a == b ? &first : &second;
+    KXM4 *const product = out == a ? &first : out == b ? &second : &third;
+    KXM43Mult(&first, right, product);
+    *out = block_of(*product);
+}
+
 TEST_CASE("KXM4Mult")
 {
     const KXM4 a = {{{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}}};
@@ -31,30 +71,38 @@ TEST_CASE("KXM4Mult")
         {{{90, 100, 110, 120}, {202, 228, 254, 280}, {314, 356, 398, 440}, {426, 484, 542, 600}}},
         KXM4Mult);
 
-    // Row 0: 8193*8191 - 8192*8192 = -1, which single products would make 0. Row 1: a sum of -0.
-    const KXM4 cancels = {{{8193, -8192, 0, 0}, {-0.0f, -0.0f, -0.0f, -0.0f}, {}, {}}};
-    const KXM4 with = {{{8191, 1, 1, 1}, {8192, 1, 1, 1}, {0, 1, 1, 1}, {0, 1, 1, 1}}};
-    check_two_in_out("rounded once, sign of zero", cancels, with,
-                     {{{-1, 1, 1, 1}, {-0.0f, -0.0f, -0.0f, -0.0f}, {}, {}}}, KXM4Mult);
-
-    // Added from left to right; in any other order one of the rows differs.
-    const float large = 0x1p60f;
-    const KXM4 ordered = {{{large, 1, -large, 8},
-                           {large, -large, 1, 2},
-                           {1, large, -large, 2},
-                           {-large, 1, 8, large}}};
-    const KXM4 ones = {{{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}};
+    check_two_in_out("rounded once, sign of zero", cancels, with, cancelled, KXM4Mult);
     check_two_in_out("order of the sum", ordered, ones,
                      {{{8, 8, 8, 8}, {3, 3, 3, 3}, {2, 2, 2, 2}, {0, 0, 0, 0}}}, KXM4Mult);
+    check_two_in_out("an identity on the left", unit, signs, no_signs, KXM4Mult);
+    check_two_in_out("an identity on the right", signs, unit, no_signs, KXM4Mult);
+    // The first element is -0 but for the product of last row and column, which is 0.
+    check_two_in_out<KXM4>("affine transforms are multiplied whole",
+                           {{{-1, -1, -1, 1}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
+                           {{{0, 1, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
+                           {{{0, -2, -1, 1}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, KXM4Mult);
 }
 
-TEST_CASE("KXM3Mult")
+TEST_CASE("KXM3Mult, and KXM43Mult on its block")
 {
     const KXM3 a = {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
     const KXM3 b = {{{2, 3, 5}, {7, 11, 13}, {17, 19, 23}}};
-    check_two_in_out("the right factor acts first", a, b,
-                     {{{67, 82, 100}, {145, 181, 223}, {223, 280, 346}}}, KXM3Mult);
-    check_square("square", a, {{{30, 36, 42}, {66, 81, 96}, {102, 126, 150}}}, KXM3Mult);
+    for (const Product<KXM3> multiply : {KXM3Mult, multiply_blocks}) {
+        check_two_in_out("the right factor acts first", a, b,
+                         {{{67, 82, 100}, {145, 181, 223}, {223, 280, 346}}}, multiply);
+        check_square("square", a, {{{30, 36, 42}, {66, 81, 96}, {102, 126, 150}}}, multiply);
+        check_two_in_out("rounded once, sign of zero", block_of(cancels), block_of(with),
+                         block_of(cancelled), multiply);
+        check_two_in_out("order of the sum", block_of(ordered), block_of(ones),
+                         {{{0, 0, 0}, {1, 1, 1}, {0, 0, 0}}}, multiply);
+        check_two_in_out("an identity on the left", block_of(unit), block_of(signs),
+                         block_of(no_signs), multiply);
+        check_two_in_out("an identity on the right", block_of(signs), block_of(unit),
+                         block_of(no_signs), multiply);
+    }
+    check_two_in_out<KXM3>(
+        "affine transforms are multiplied whole", {{{-1, -1, 1}, {0, 1, 0}, {0, 0, 1}}},
+        {{{0, 1, 0}, {0, 1, 0}, {0, 0, 1}}}, {{{0, -2, 1}, {0, 1, 0}, {0, 0, 1}}}, KXM3Mult);
 }
 
 TEST_CASE("KXM43Mult writes nine elements and leaves seven")

@@ -31,6 +31,9 @@ static void check_bounds(const Matrix &unit, std::int32_t (*is_unit)(const Matri
         {2, 2, 0},
     };
     CHECK(is_unit(&unit) == 1);
+    Matrix unknown = unit;
+    unknown.m[0][1] = not_a_number;
+    CHECK(is_unit(&unknown) == 1); // a NaN is not above the tolerance
     for (int r = 0; r < Size; ++r) {
         for (int c = 0; c < Size; ++c) {
             for (const Row &row : rows) {

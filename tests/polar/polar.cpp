@@ -18,6 +18,8 @@ TEST_CASE("KXRange")
     };
     check("y plays no part", {3, 100, 4}, {0, -7, 0}, 5);
     check("both differences stay wide", {-5, -9.3f, -2.1f}, {1.9f, 5.5f, 1.1f}, 7.6059186962009191);
+    check("the root of the plain sum: no hypotenuse, nothing fused", {-0.4f, 0, 0.3f},
+          {4.6f, 0, -6.7f}, 8.6023250695689981);
     check("no difference", {1, 2, 3}, {1, 5, 3}, 0);
 }
 
@@ -35,6 +37,7 @@ TEST_CASE("KXBearing")
     check("nothing on the ground", {0, 9, 0}, three_quarter_turn);
     check("2pi itself", {-1e-30f, 0, 1}, whole_turn);
     check("no tolerance along Z", {1, 0, 1e-30f}, 1.5707963267948966);
+    check("a dx of -0 behind", {-0.0f, 0, -1}, whole_turn - true_pi);
     const KXP3 left = {2, 0, 5}, right = {3, 0, 4};
     check_near("first minus second", whole_turn - true_pi / 4, KXBearing(&left, &right));
     const KXP3 first = {-1.1f, 0.3f, 8.2f}, second = {6.4f, -8.1f, -7.4f};
@@ -98,12 +101,15 @@ TEST_CASE("KXREAToPoint and KXEAToVector")
     check("along Z", 2, 0, 0, {0, 0, 2});
     check("along X", 2, 0, half_pi, {2, 0, -8.74227766e-08f});
     check("up", 2, half_pi, 0, {-0.0f, 2, -8.74227766e-08f});
+    check("no range leaves the signs", 0, -0.5f, -2, {-0.0f, -0.0f, -0.0f});
     check("general", 10, 0.5f, 0.25f, {2.17117405f, 4.79425526f, 8.50300598f});
     const KXP3 general = {0.797983587f, -0.47942555f, -0.365203202f};
     check("of length 1", 1, -0.5f, 2, general);
     Guarded<KXV3> unit;
     KXEAToVector(-0.5f, 2, &unit.record);
     unit.check("a vector", general);
+    KXEAToVector(0, half_pi, &unit.record);
+    unit.check("small cosines stay", {1, 0, -4.37113883e-08f});
 }
 
 TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToEA back")

@@ -18,15 +18,19 @@ struct Checks {
     std::int32_t (*hits)(const Path *, const KXTriangle *, const KXP3 *, KXP3 *);
 
     void operator()(const std::string &label, const Path &path, const KXPlane &plane,
-                    const Corners &corners, std::int32_t verdict, const KXP3 &point) const
+                    const Corners &corners, std::int32_t verdict, const KXP3 &point,
+                    std::uint32_t first = 0) const
     {
         const KXP3 outlier = {-9, 9, -9};
-        const KXP3 vertices[5] = {corners.c, outlier, corners.a, outlier, corners.b};
+        const KXP3 used[5] = {corners.c, outlier, corners.a, outlier, corners.b};
+        // Of an array that reaches so far only these five are there.
+        const auto *const vertices = reinterpret_cast<const KXP3 *>(
+            reinterpret_cast<std::uintptr_t>(used) - std::uintptr_t{first} * sizeof(KXP3));
         for (const float side : {1.0f, -1.0f}) {
             auto triangle = marked<KXTriangle>();
-            triangle.corner[0].vertex = 2;
-            triangle.corner[1].vertex = 4;
-            triangle.corner[2].vertex = 0;
+            triangle.corner[0].vertex = first + 2;
+            triangle.corner[1].vertex = first + 4;
+            triangle.corner[2].vertex = first;
             triangle.plane = {side * plane.a, side * plane.b, side * plane.c, side * plane.d};
             Guarded<KXP3> out;
             CHECK_MESSAGE(hits(&path, &triangle, vertices, &out.record) == verdict, label,
@@ -191,6 +195,19 @@ TEST_CASE("KXRayIxTriangle: what differs from a line")
     check("outside", {{-1, -1, 2}, {1.5f, 1.5f, -4}}, level, half_square, 0, {-0.25f, -0.25f, 0});
     check("in the rectangle only", {{0.75f, 0.75f, 1}, {0, 0, -2}}, level, half_square, 0,
           {0.75f, 0.75f, 0});
+}
+
+// What is wrong here crashes, or misses.
+TEST_CASE("Vertex indices: offsets beyond 2^32 bytes, the top bit, the last")
+{
+    const KXP3 hit = {0.25f, 0.25f, 0};
+    const Checks<KXLine> check_line = {KXLineIxTriangle};
+    const Checks<KXRay> check_ray = {KXRayIxTriangle};
+    for (const std::uint32_t first : {0x15555556U, 0x80000000U, 0xfffffffbU}) {
+        const std::string label = "first index " + std::to_string(first);
+        check_line(label, down_through(hit.x, hit.y), level, half_square, 1, hit, first);
+        check_ray(label, {{hit.x, hit.y, 1}, {0, 0, -2}}, level, half_square, 1, hit, first);
+    }
 }
 
 TEST_CASE("Each single, and each that is not")

@@ -14,7 +14,9 @@
 #include <cstdio>
 #include <cstring>
 #include <limits>
+#include <numeric>
 #include <string>
+#include <vector>
 
 /** A label is text; doctest prints the address of a const char *. */
 template <>
@@ -66,6 +68,19 @@ void check_same(const std::string &label, const Record &wanted, const Record &go
         CHECK_MESSAGE(w[i] == g[i], label, ", float ", i, ": wanted ", show(w[i]), ", got ",
                       show(g[i]));
     }
+}
+
+/** Every float of two arrays of records; the first record that differs is shown. */
+template <typename Record>
+void check_same(const std::string &label, const std::vector<Record> &wanted,
+                const std::vector<Record> &got)
+{
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        if (std::memcmp(&wanted[i], &got[i], sizeof(Record)) != 0) {
+            return check_same(label + ", record " + std::to_string(i), wanted[i], got[i]);
+        }
+    }
+    CHECK(wanted.size() == got.size());
 }
 
 /** An unrounded result, by its bits. */
@@ -141,6 +156,18 @@ void check_two_in_out(const std::string &label, const Record &a, const Record &b
     second.record = b;
     call(&given_a, &second.record, &second.record);
     second.check(label + ", out is b", wanted);
+}
+
+/**
+ * What array functions are tried with: every remainder of a block of any size, with no block before
+ * it and with many; and counts of more than 16 bits that end within a block.
+ */
+inline std::vector<std::uint32_t> array_counts()
+{
+    std::vector<std::uint32_t> counts(85);
+    std::iota(counts.begin(), counts.end(), 0U);
+    counts.insert(counts.end(), {0x10001, 0x1000b});
+    return counts;
 }
 
 /** A deterministic xorshift generator. */
