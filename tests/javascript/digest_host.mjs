@@ -1,0 +1,100 @@
+// The program that prints the digests, with the package's functions in the place of the library's: what
+// it passes by address becomes Float32Arrays over its memory.
+const size = (api, type) => {
+  const record = api.records.find((each) => each.name === type);
+  return record ? (record.same_as ? size(api, record.same_as) : record.size / 4) : 1;
+};
+
+function imported(api, described, call, memory) {
+  const { arguments: all, result } = described;
+  const counts = new Set(all.map((each) => each.count));
+  const isStatus = result.text.startsWith("0 for done");
+  return (...values) => {
+    const { buffer } = memory();
+    const value = new Map(all.map((each, i) => [each.name, values[i]]));
+    const hidden = [];
+    const view = (each) => {
+      const at = value.get(each.name);
+      if (each.by === "value") return each.type === "float" ? at : at >>> 0;
+      if (at === 0 && each.may_be_null) return null;
+      if (each.type === "KXTriangle") return new Uint32Array(buffer, at, 17);
+      if (each.indexed_by) {
+        const corners = new Uint32Array(buffer, value.get("triangle"), 17);
+        return new Float32Array(buffer, at, 3 * (1 + Math.max(corners[1], corners[5], corners[9])));
+      }
+      if (each.type === "float") return new Float32Array(buffer, at, 1)[0];
+      return new Float32Array(buffer, at, size(api, each.type) * (each.count ? value.get(each.count) >>> 0 : 1));
+    };
+    const isHidden = (each) => each.by === "address" && each.type === "float";
+    const inputs = all.filter((each) => each.role !== "out" && !counts.has(each.name));
+    const outputs = all.filter((each) => each.role !== "in");
+    const inPlace = described.name === "KXPutPointInBox" || described.name === "KXM43Mult";
+    const given = inPlace ? [] : outputs.filter((each) => !isHidden(each));
+    const nullable = outputs.filter((each) => each.may_be_null && isHidden(each) && value.get(each.name) === 0);
+    // Two outputs at one address are one array.
+    const arrays = new Map();
+    const array = (each) => {
+      const at = value.get(each.name);
+      if (!arrays.has(at)) arrays.set(at, view(each));
+      return arrays.get(at);
+    };
+    const returned = call(...inputs.map(view), ...given.map(array));
+    for (const each of outputs.filter((one) => isHidden(one) && !nullable.includes(one))) {
+      const number = outputs.length === 1 ? returned : returned[each.name];
+      new Float32Array(buffer, value.get(each.name), 1)[0] = number;
+    }
+    if (result.type === "void") return undefined;
+    if (result.type === "double") return outputs.length ? returned.result : returned;
+    if (typeof returned === "number") return returned | 0;
+    if (typeof returned === "boolean") return Number(returned);
+    return Number(isStatus ? returned === null : returned !== null);
+  };
+}
+
+/** Runs the program; print gets what it writes, piece by piece. */
+export async function digests(program, api, functions, print) {
+  let instance;
+  const memory = () => instance.exports.memory;
+  const env = Object.fromEntries(api.functions.map((each) => [
+    each.name, imported(api, each, functions[each.name], memory)]));
+  // All that a program which only prints asks of a system.
+  const decoder = new TextDecoder();
+  const system = {
+    fd_write(file, vectors, count, written) {
+      const view = new DataView(memory().buffer);
+      let total = 0;
+      for (let i = 0; i < count; i++) {
+        const at = view.getUint32(vectors + 8 * i, true);
+        const length = view.getUint32(vectors + 8 * i + 4, true);
+        print(decoder.decode(new Uint8Array(memory().buffer, at, length)));
+        total += length;
+      }
+      view.setUint32(written, total, true);
+      return 0;
+    },
+    fd_fdstat_get(file, status) {
+      new Uint8Array(memory().buffer).fill(0, status, status + 24);
+      return 0;
+    },
+    args_sizes_get(count, bytes) {
+      const view = new DataView(memory().buffer);
+      view.setUint32(count, 1, true);
+      view.setUint32(bytes, 2, true);
+      return 0;
+    },
+    args_get(pointers, text) {
+      const view = new DataView(memory().buffer);
+      view.setUint32(pointers, text, true);
+      view.setUint16(text, 0x78, true);
+      return 0;
+    },
+    proc_exit(code) { throw new Error(`exit ${code}`); },
+  };
+  const module = await WebAssembly.compile(program);
+  for (const { module: from, name } of WebAssembly.Module.imports(module)) {
+    if (from !== "env") system[name] ??= () => 0;
+  }
+  instance = await WebAssembly.instantiate(module, { env, wasi_snapshot_preview1: system });
+  instance.exports._start();
+  return 0;
+}
