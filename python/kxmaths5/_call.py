@@ -6,7 +6,7 @@ from typing import Any, NamedTuple, NoReturn, Optional
 
 import numpy as np
 
-from . import _ufuncs
+from . import _ufuncs  # type: ignore[attr-defined]  # compiled
 from ._records import Record, as_numbers, as_records
 
 

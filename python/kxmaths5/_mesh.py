@@ -7,7 +7,7 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from . import _functions as kx
-from . import _tree
+from . import _tree  # type: ignore[attr-defined]  # compiled
 
 
 class Mesh:
