@@ -2,11 +2,10 @@
  * The numeric rule, in one place.
  *
  * A record's floats are widened to double before any arithmetic, formulas run in double in the
- * order in which they are written down, and a value becomes single only where it is stored
- * (`narrow`) or where a contract names an intermediate as single (`round_to_single`). No arithmetic
- * ever happens on two floats. Nothing in the language warns of an a*b that stays in float, so
- * functions load what they read through `widen` first; a float is only ever moved, compared or
- * negated.
+ * order in which they are written, and a value becomes single only where it is stored (`narrow`) or
+ * where a contract names an intermediate as single (`round_to_single`). Outside src/simd no
+ * arithmetic uses two floats. Nothing in the language warns of an a*b that stays in float, so
+ * functions load what they read through `widen` first; a float is only moved, compared or negated.
  *
  * This is the only file that includes <math.h>. In C++ that header brings overloads for float that
  * would silently compute in single, so the functions are wrapped here and the overloads deleted.
@@ -53,14 +52,16 @@ double round_to_single(float) = delete;
 constexpr double tolerance = static_cast<double>(KX_TOLERANCE);
 constexpr double huge = static_cast<double>(KX_HUGE);
 
-/** The single nearest to pi/2, widened: a little above the true quarter turn. */
+/** The single nearest to pi/2, widened: a little above a true quarter turn. */
 constexpr double quarter_turn = 1.5707963705062866;
 
 static inline double magnitude(double value)
 {
     return ::fabs(value);
 }
-/** 1 or -1, by the sign bit: no branch, and a product with it is exact for zeros and infinities. */
+/**
+ * 1 or -1, by the sign bit: without a branch. A product with it is exact for zeros and infinities.
+ */
 static inline double sign(double value)
 {
     return ::copysign(1.0, value);
@@ -100,9 +101,9 @@ double arcsine(float) = delete;
 double arctangent(float, float) = delete;
 
 /**
- * The bits of a magnitude, in the order of the magnitudes, with infinity and then NaN at the end.
- * To compare them raises no flag, where to compare a NaN would, and keeps the comparison away from
- * the units that do the arithmetic.
+ * The bits of a magnitude, which are in the order of the magnitudes, with infinity and then NaN
+ * last. Comparing them raises no flag for a NaN, and keeps the comparison off the floating-point
+ * units.
  */
 static inline uint32_t magnitude_bits(float value)
 {

@@ -8,8 +8,8 @@ using namespace kx;
 double KXInterpolate(float x0, float y0, float x1, float y1, float x)
 {
     const double from = widen(x0), to = widen(x1), at = widen(x);
-    // In this order the tests also settle an interval of no length, or one turned round: the
-    // division is not reached.
+    // In this order the tests also cover an empty or reversed interval: the division is not
+    // reached.
     if (at <= from) {
         return widen(y0);
     }
@@ -21,7 +21,7 @@ double KXInterpolate(float x0, float y0, float x1, float y1, float x)
 
 double KXDiffTime(uint32_t later, uint32_t earlier)
 {
-    // The single 0.001, and a product: a quotient by 1000 has other bits. The conversion turns the
+    // A product with the single 0.001: a quotient by 1000 has other bits. The conversion makes the
     // upper half of the differences negative.
     constexpr double scale = static_cast<double>(0.001f);
     return static_cast<double>(static_cast<int32_t>(later - earlier)) * scale;

@@ -9,9 +9,9 @@ namespace
 {
 
 /*
- * Row: the unit a length is in. Column: the unit wanted. These are data, each the shortest decimal
- * of the single meant. They do not follow from a few base lengths, and a pair read both ways does
- * not multiply to 1, so no entry can be worked out from the others.
+ * Row: the unit of the length. Column: the unit wanted. These are data, each the shortest decimal
+ * of its single. They do not follow from a few base lengths, and two opposite factors do not
+ * multiply to 1, so no entry can be computed from the others.
  */
 constexpr float unit_factor[10][10] = {
     {1.0f, 1.0f, 1.0f, 1.0f, 1.0f, 1.0f, 1.0f, 1.0f, 1.0f, 1.0f},
@@ -44,7 +44,7 @@ void convert(double factor, float &length)
     length = narrow(widen(length) * factor);
 }
 
-/** KXP3 and KXP4 alike: a w is no length. */
+/** KXP3 or KXP4; w is not a length. */
 template <typename Point>
 void convert_point(double factor, Point &p)
 {

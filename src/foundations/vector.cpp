@@ -55,10 +55,10 @@ void KXV3Perpendicular(const KXV3 *v, KXV3 *out)
         *out = x_axis;
         return;
     }
-    // The projection onto the XZ plane, a quarter turn about Y back.
+    // The projection onto the XZ plane, rotated by a quarter turn about Y.
     const KXV3 turned = {-v->z, 0.0f, v->x};
     const double length = KXV3Normalise(&turned, out);
-    // A vector along Y has no such projection; X is at right angles to it as well.
+    // A vector along Y has no such projection; X is perpendicular to it too.
     if (length <= tolerance && !no_y) {
         *out = x_axis;
     }

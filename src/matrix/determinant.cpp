@@ -39,7 +39,7 @@ int32_t KXM4IsOrthogonal(const KXM4 *m)
     const double l0 = squared_length(0);
     const double l1 = squared_length(1);
     const double l2 = squared_length(2);
-    // It is the squared length that meets the tolerance.
+    // The squared length is compared with the tolerance.
     if (l0 <= tolerance || l1 <= tolerance || l2 <= tolerance) {
         return 0;
     }

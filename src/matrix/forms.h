@@ -1,8 +1,8 @@
 /*
- * One matrix by another, and one point by a matrix.
+ * The product of two matrices, and of a matrix and a point.
  *
- * All of it is static, since the kernels use it too, and a copy that was compiled for one
- * instruction set must never be linked into another's place.
+ * All of it is static, since the kernels use it too, and the linker must never take a copy that was
+ * compiled for one instruction set for another's.
  */
 #ifndef KX_MATRIX_FORMS_H
 #define KX_MATRIX_FORMS_H
@@ -18,7 +18,7 @@ namespace kx
  * out = a*b over the upper-left Size x Size block; nothing else of out is written.
  *
  * out may be a, since a row of a is read whole before that row of out is stored and no later row
- * needs it. out may be b, since b is copied then.
+ * needs it. out may be b, which is then copied first.
  */
 template <int Size, typename Matrix>
 static inline void multiply(const Matrix *a, const Matrix *b, Matrix *out)
@@ -34,7 +34,7 @@ static inline void multiply(const Matrix *a, const Matrix *b, Matrix *out)
             row[k] = widen(a->m[r][k]);
         }
         for (int c = 0; c < Size; ++c) {
-            // The sum starts with its first product: a start at 0 would lose a sum of -0.
+            // The sum starts with its first product: starting at 0 would lose a sum of -0.
             double sum = row[0] * widen(b->m[0][c]);
             for (int k = 1; k < Size; ++k) {
                 sum += row[k] * widen(b->m[k][c]);
@@ -45,8 +45,8 @@ static inline void multiply(const Matrix *a, const Matrix *b, Matrix *out)
 }
 
 /*
- * One point through one matrix. Each returns the whole image, so every coordinate of the point has
- * been read before the first is stored and a point may be transformed in place.
+ * One point by one matrix. Each returns the whole result, so every coordinate of the point is read
+ * before the first is stored, and a point may be transformed in place.
  */
 
 static inline KXP2 direction(const KXM3 &m, const KXP2 &p)
@@ -68,8 +68,8 @@ static inline KXP2 position(const KXM3 &m, const KXP2 &p)
 }
 
 /**
- * Two floats are widened at a time, and rows 0 and 1 are added up side by side: a fifth less time.
- * A product with 1 changes nothing.
+ * Two floats are widened at a time, and rows 0 and 1 are added next to each other: a fifth less
+ * time. A product with 1 changes nothing.
  */
 template <bool Moved>
 static inline KXP3 transformed(const KXM4 &m, const KXP3 &p)

@@ -1,4 +1,4 @@
-/* The unit matrix, and the test for it. */
+/* The identity, and the test for it. */
 #include "kxmaths5/matrix.h"
 
 #include "numeric.h"

@@ -1,4 +1,4 @@
-/* Position, angles and scale read off a transform by its columns. */
+/* Position, angles and scale of a transform, by its columns. */
 #include "kxmaths5/orientation.h"
 
 #include "kxmaths5/foundations.h"
@@ -11,7 +11,7 @@ using namespace kx;
 namespace
 {
 
-/** The determinant is that of the whole matrix, and a single here: the last row counts too. */
+/** The determinant is that of the whole matrix, so the last row counts too; here it is a single. */
 bool is_mirrored(double determinant)
 {
     return round_to_single(determinant) < -tolerance;
@@ -42,7 +42,7 @@ Xyz normalise_columns(KXM4 *m)
 float rotation_about_x(const KXM4 &m)
 {
     const double s = widen(m.m[1][2]);
-    // Next to a quarter turn an arcsine is as good as its last bit; beyond it there is none.
+    // Near a quarter turn the arcsine loses half its digits; above 1, by rounding, it is undefined.
     if (1.0 - magnitude(s) >= tolerance) {
         return narrow(-arcsine(s));
     }
@@ -51,13 +51,13 @@ float rotation_about_x(const KXM4 &m)
 
 float rotation_about_y(const KXM4 &m)
 {
-    // A mirrored matrix keeps the sign of this element: the mirror is in the first column alone.
+    // A mirrored matrix keeps the sign of this element: only the first column is mirrored.
     const double e = widen(m.m[0][2]);
     const double w = widen(m.m[2][2]);
     if (magnitude(w) >= tolerance) {
         return narrow(arctangent(e, w));
     }
-    // Both are next to nothing at a quarter turn about X: all that is left to turn is left to Z.
+    // Gimbal lock: both are almost 0, and Z takes the remaining rotation.
     if (magnitude(e) < tolerance) {
         return 0.0f;
     }
@@ -82,7 +82,7 @@ float rotation_about_z(double a, double b, bool mirrored)
     return narrow(-arctangent(b, mirrored ? -a : a));
 }
 
-/** The same where a is next to nothing. */
+/** The same where a is almost 0. */
 float quarter_turn_about_z(double b)
 {
     return magnitude(b) >= tolerance ? -quarter_turn_towards(b) : 0.0f;
@@ -105,7 +105,7 @@ void KXM4MatrixComponents(const KXM4 *m, KXPosition *position, KXV3 *scale)
     const KXM4 rest = turned_back(unit_columns, x, y);
     const double a = widen(rest.m[0][0]);
     const double b = widen(rest.m[0][1]);
-    // At or above; the form for the plane has above.
+    // At or above; the 2-D form tests for above.
     const float z =
         magnitude(a) >= tolerance ? rotation_about_z(a, b, mirrored) : quarter_turn_about_z(b);
     if (position != nullptr) {

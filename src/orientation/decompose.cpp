@@ -1,4 +1,4 @@
-/* A transform taken apart by its rows, and a transform built from such parts. */
+/* Decomposition of a transform by its rows, and composition from the parts. */
 #include "kxmaths5/orientation.h"
 
 #include "kxmaths5/foundations.h"
@@ -31,7 +31,7 @@ double dot(const KXV3 &a, const KXV3 &b)
     return p.x * q.x + p.y * q.y + p.z * q.z;
 }
 
-/** Divides a homogeneous matrix by its last element, unless that is next to nothing. */
+/** Divides a homogeneous matrix by its last element, unless that is almost 0. */
 void divide_by_last(KXM4 *m)
 {
     const double last = widen(m->m[3][3]);
@@ -46,8 +46,8 @@ void divide_by_last(KXM4 *m)
 }
 
 /**
- * The last row of m through the inverse of `affine`, which is m with the last row of no
- * perspective. The inversion may refuse what a determinant of just not 0 has let through.
+ * The inverse of `affine`, which is m with the last row 0 0 0 1, times the last row of m. The
+ * inversion may refuse a block whose determinant is not quite 0.
  */
 int32_t solve_perspective(const KXM4 &m, const KXM4 &affine, KXP4 *perspective)
 {
@@ -64,7 +64,7 @@ int32_t solve_perspective(const KXM4 &m, const KXM4 &affine, KXP4 *perspective)
     return done;
 }
 
-/** Takes from v its part along a unit axis, and returns how long that part was. */
+/** Removes from v its component along a unit axis, and returns the component. */
 float take_out(const KXV3 &axis, KXV3 *v)
 {
     const float along = narrow(dot(axis, *v));
@@ -83,8 +83,8 @@ KXV3 negate(const KXV3 &v)
 }
 
 /**
- * Gram-Schmidt over the rows of the block: leaves them orthonormal and right-handed, and stores
- * scale and shear. The lengths that divide the shears are not rounded before.
+ * Gram-Schmidt over the rows of the block: makes them orthonormal and right-handed, and stores
+ * scale and shear. The lengths that divide the shears are not rounded.
  */
 void separate_scale_and_shear(KXV3 (&rows)[3], KXComponents *parts)
 {
@@ -102,7 +102,7 @@ void separate_scale_and_shear(KXV3 (&rows)[3], KXComponents *parts)
     parts->shearXZ = divide(third_along_first, third_length);
     parts->shearYZ = divide(third_along_second, third_length);
 
-    // A left-handed frame is no rotation: all of it turns round, and the scales with it.
+    // A left-handed frame is no rotation: all of it is negated, and the scales with it.
     KXV3 across;
     KXV3Cross(&rows[1], &rows[2], &across);
     if (dot(rows[0], across) < 0.0) {
@@ -126,8 +126,8 @@ void read_angles(const KXV3 (&rows)[3], KXComponents *parts)
         parts->rotateZ = narrow(arctangent(-widen(rows[0].y), widen(rows[0].x)));
         return;
     }
-    // A quarter turn about Y brings Z onto X, or onto -X: only the sum of the two angles, or their
-    // difference, is there to be read. X takes it all; on the negative side its sense is turned.
+    // Gimbal lock: a quarter turn about Y takes Z to X or -X, and only the sum or the difference of
+    // the two angles is in the matrix. X takes all of it, negated at -90 degrees.
     const double across = widen(rows[1].x);
     const double turned = sine < 0.0 ? -across : across;
     parts->rotateX = narrow(arctangent(turned, widen(rows[1].y)));
@@ -174,7 +174,7 @@ void KXM4Compose(KXM4 *out, const KXComponents *components)
     const SineCosine y = sine_cosine(parts.rotateY);
     const SineCosine z = sine_cosine(parts.rotateZ);
 
-    // T*(S*((RX*RY)*RZ)). Sines and cosines are singles, and small ones are not made zero here.
+    // T*(S*((RX*RY)*RZ)). Sines and cosines are singles, and small ones are kept here.
     KXM4 product, next;
     KXM4RotateX2(x.cosine, x.sine, &product);
     KXM4RotateY2(y.cosine, y.sine, &next);
@@ -189,7 +189,7 @@ void KXM4Compose(KXM4 *out, const KXComponents *components)
 
 int32_t KXM3Decompose(const KXM3 *m, KXComponents *components)
 {
-    // The plane is embedded in space; its translation moves to the fourth column.
+    // The same transform in space; its translation moves to the fourth column.
     const KXM4 embedded = {{{m->m[0][0], m->m[0][1], 0.0f, m->m[0][2]},
                             {m->m[1][0], m->m[1][1], 0.0f, m->m[1][2]},
                             {0.0f, 0.0f, 1.0f, 0.0f},

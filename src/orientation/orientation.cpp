@@ -14,7 +14,7 @@ void write_translation(KXM4 *out, float x, float y, float z)
     out->m[2][3] = z;
 }
 
-/** All but the block, if the matrix is wanted. */
+/** The last row and column, if the matrix is wanted. */
 void write_border(KXM4 *out)
 {
     if (out != nullptr) {

@@ -47,7 +47,7 @@ void KXMatrixToQuat(const KXM4 *m, KXQuat *out)
         return;
     }
 
-    // w is small or none: the largest of x, y, z is worked out first, and divides the others.
+    // w may be 0, so the largest of x, y, z is computed first, and divides the others.
     static constexpr uint32_t next_axis[3] = {1, 2, 0};
     uint32_t i = 0;
     if (e(1, 1) > e(0, 0)) {

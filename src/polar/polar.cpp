@@ -8,7 +8,7 @@ using namespace kx;
 namespace
 {
 
-// Singles, widened: each lies a little off the true angle.
+// Singles, widened: each is a little above the true angle.
 constexpr double three_quarter_turn = 4.71238899230957;
 constexpr double whole_turn = 6.2831854820251465;
 
@@ -22,7 +22,7 @@ Xyz polar_to_point(double range, double elevation, double azimuth)
     };
 }
 
-/** Azimuth of a step on the ground that is next to nothing along Z. */
+/** Azimuth where the step along Z is almost 0. */
 double azimuth_across(double dx)
 {
     if (dx > 0.0) {

@@ -111,7 +111,7 @@ KX_INLINE bool any_above(double bound, Double4 v)
     const Double4 size = _mm256_andnot_pd(_mm256_set1_pd(-0.0), v);
     return _mm256_movemask_pd(_mm256_cmp_pd(size, _mm256_set1_pd(bound), _CMP_GT_OS)) != 0;
 }
-/** Turns angles by n quarters, as with two lanes. */
+/** Adds n quarter turns to angles, as with two lanes. */
 KX_INLINE void add_quarter_turns(Double4 n, Double4 *sine, Double4 *cosine)
 {
     const __m256i quarters = _mm256_castpd_si256(n), one = _mm256_set1_epi64x(1);
@@ -125,12 +125,12 @@ KX_INLINE void add_quarter_turns(Double4 n, Double4 *sine, Double4 *cosine)
     *sine = _mm256_xor_pd(_mm256_xor_pd(*sine, exchange), sine_sign);
     *cosine = _mm256_xor_pd(_mm256_xor_pd(*cosine, exchange), cosine_sign);
 }
-/** The lower of each two; the second where neither is, and for a NaN. */
+/** The lower of each two; the second operand if they are equal, or one is NaN. */
 KX_INLINE Double4 min(Double4 a, Double4 b)
 {
     return _mm256_min_pd(a, b);
 }
-/** The higher of each two; the second where neither is, and for a NaN. */
+/** The higher of each two; the second operand if they are equal, or one is NaN. */
 KX_INLINE Double4 max(Double4 a, Double4 b)
 {
     return _mm256_max_pd(a, b);
@@ -178,7 +178,7 @@ KX_INLINE Double4 load4(const float *from)
     return v;
 #endif
 }
-/** Three floats, widened, and 0; the float that follows them isn't read. */
+/** Three floats, widened, and 0; the float after them is not read. */
 KX_INLINE Double4 load3(const float *from)
 {
 #if defined(__AVX512VL__)

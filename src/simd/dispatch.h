@@ -2,13 +2,12 @@
  * The choice between the copies of a function that is compiled once for each instruction set.
  *
  * Such a function is in one of the sources that src/CMakeLists.txt lists for this, in the namespace
- * kx::KX_INSTRUCTION_SET; its header declares all copies with KX_DECLARE_COPIES; and KX_DISPATCH
+ * kx::KX_INSTRUCTION_SET. Its header declares all copies with KX_DECLARE_COPIES, and KX_DISPATCH
  * calls the best that this processor can run.
  *
- * The choice is made in each call. It costs one load and one or two tests of the processor's
- * features, 0.2 ns, which the compiler's runtime cached when the module was loaded; that cache is
- * the only data in the module that was ever written to. A function of less than about 6 ns gains
- * nothing from it.
+ * Each call chooses. It costs 0.2 ns: one load and one or two tests of the processor's features,
+ * which the compiler's runtime cached when the module was loaded. That cache is the only data in
+ * the module that is ever written. A function of less than about 6 ns gains nothing from dispatch.
  */
 #ifndef KX_SIMD_DISPATCH_H
 #define KX_SIMD_DISPATCH_H
@@ -43,8 +42,8 @@
     }
 
 /*
- * The value of a call of the best copy. A copy that was not made is never called, and nothing needs
- * it: its condition is a constant.
+ * Calls the best copy. A copy that does not exist is never called, and not needed by the linker:
+ * its condition is a constant.
  */
 #define KX_DISPATCH(call)                                                                          \
     (KX_RUNS_AVX512 ? kx::avx512::call : KX_RUNS_AVX2 ? kx::avx2::call : kx::baseline::call)

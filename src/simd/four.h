@@ -1,8 +1,8 @@
 /*
- * Four doubles side by side: a row of a matrix, a column, a point.
+ * Four doubles next to each other: a row of a matrix, a column, a point.
  *
- * With AVX2 that is one register; elsewhere it is two vectors of two, so that one text serves every
- * instruction set. As with two lanes, each lane has the bits that a lone double would have.
+ * With AVX2 this is one register, elsewhere two vectors of two, so that one text serves every
+ * instruction set. Each lane has the bits that a lone double would have.
  */
 #ifndef KX_SIMD_FOUR_H
 #define KX_SIMD_FOUR_H

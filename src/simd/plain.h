@@ -113,8 +113,8 @@ KX_INLINE bool any_above(double bound, Double2 p)
     return magnitude(p.one) > bound || magnitude(p.two) > bound;
 }
 /**
- * Turns angles by n quarters, given their sines and cosines. Of n only the last two bits count, and
- * those as bits of a double: it is an integer to which 1.5*2^52 was added.
+ * Adds n quarter turns to angles, given their sines and cosines. Only the last two bits of n count,
+ * as bits of a double: it is an integer to which 1.5*2^52 was added.
  */
 static inline void add_quarter_turns(double n, double *sine, double *cosine)
 {

@@ -53,7 +53,7 @@ KX_INLINE double high(Double2 p)
 {
     return low(splat_high(p));
 }
-/** The low lane of a and the high lane of b, or the other way round. */
+/** The low lane of a and the high lane of b, or the reverse. */
 KX_INLINE Double2 low_and_high(Double2 a, Double2 b)
 {
     return _mm_move_sd(b, a);
@@ -105,8 +105,8 @@ KX_INLINE bool any_above(double bound, Double2 p)
     return _mm_movemask_pd(_mm_cmpgt_pd(size, _mm_set1_pd(bound))) != 0;
 }
 /**
- * Turns angles by n quarters, given their sines and cosines. Of n only the last two bits count, and
- * those as bits of a double: it is an integer to which 1.5*2^52 was added.
+ * Adds n quarter turns to angles, given their sines and cosines. Only the last two bits of n count,
+ * as bits of a double: it is an integer to which 1.5*2^52 was added.
  */
 KX_INLINE void add_quarter_turns(Double2 n, Double2 *sine, Double2 *cosine)
 {
@@ -122,12 +122,12 @@ KX_INLINE void add_quarter_turns(Double2 n, Double2 *sine, Double2 *cosine)
     *cosine = _mm_xor_pd(_mm_xor_pd(*cosine, exchange), cosine_sign);
 }
 
-/** The lower of each two; the second where neither is, and for a NaN. */
+/** The lower of each two; the second operand if they are equal, or one is NaN. */
 KX_INLINE Double2 min(Double2 a, Double2 b)
 {
     return _mm_min_pd(a, b);
 }
-/** The higher of each two; the second where neither is, and for a NaN. */
+/** The higher of each two; the second operand if they are equal, or one is NaN. */
 KX_INLINE Double2 max(Double2 a, Double2 b)
 {
     return _mm_max_pd(a, b);
@@ -176,15 +176,15 @@ KX_INLINE Float2 max(Float2 a, Float2 b)
 {
     return _mm_max_ps(a, b);
 }
-/** Whether either value lies outside its span, which the ends belong to. */
+/** Whether either value is outside its closed interval. */
 KX_INLINE bool any_outside(Float2 p, Float2 lowest, Float2 highest)
 {
     return _mm_movemask_ps(_mm_or_ps(_mm_cmplt_ps(p, lowest), _mm_cmplt_ps(highest, p))) != 0;
 }
 /**
- * What subtractions in double round to single. The processor's subtraction of singles gives the
- * same bits: a double has more than twice the digits of a single, so that its rounding never makes
- * a tie for the second rounding, and differences that are subnormal singles are exact.
+ * Subtractions rounded to single. The processor's subtraction of singles gives the same bits as one
+ * in double: a double has more than twice the digits of a single, so its rounding never makes a tie
+ * for the second rounding, and differences that are subnormal singles are exact.
  */
 KX_INLINE Float2 subtract(Float2 a, Float2 b)
 {
@@ -245,7 +245,7 @@ KX_INLINE void store_high(float *to, Float4 v)
 {
     _mm_storeh_pi(reinterpret_cast<__m64 *>(to), v.floats);
 }
-/** The first three lanes; the float that follows them stays untouched. */
+/** The first three lanes; the float after them stays untouched. */
 KX_INLINE void store3(float *to, Float4 v)
 {
 #if defined(__AVX512VL__)
@@ -260,7 +260,7 @@ KX_INLINE Float4 broadcast_floats4(const float *from)
 {
     return {_mm_set1_ps(*from)};
 }
-/** Sums and products of singles, rounded to single: what they are in double, rounded once. */
+/** Sums and products of singles, rounded to single: the same bits as in double, rounded once. */
 KX_INLINE Float4 operator+(Float4 a, Float4 b)
 {
     return {_mm_add_ps(a.floats, b.floats)};

@@ -1,24 +1,24 @@
 /*
- * Two doubles side by side, for code that does the same to neighbouring values.
+ * Two doubles next to each other, for code that does the same to neighbouring values.
  *
- * Every operation acts on either lane just as it would on a lone double, so a formula has the same
- * bits in vectors as one by one. What it buys is half the instructions, and more than half of those
- * that widen and round, which cost most.
+ * Every operation treats each lane as it would a lone double, so a formula has the same bits in
+ * vectors as in scalars. It takes half the instructions, and fewer than half of those that widen
+ * and round, which cost most.
  *
- * On x86 a vector is a register. g++ 12 drops roundings of float vectors that are put together from
+ * On x86 a vector is a register. g++ 12 drops roundings of float vectors that are built from
  * elements, so the conversions are the processor's own. Lanes are moved as integers, since Intel's
  * processors have two units for that, and one for the same instruction on doubles. Elsewhere a
  * vector is a struct.
  *
- * Everything is static: a copy that was compiled for one instruction set must never be linked into
- * another's place.
+ * Everything is static: the linker must never take a copy that was compiled for one instruction set
+ * for another's.
  */
 #ifndef KX_SIMD_TWO_H
 #define KX_SIMD_TWO_H
 
 #include "numeric.h"
 
-/* Vectors are to stay in registers; g++ would rather call a function that has a few of them. */
+/* Vectors are to stay in registers; g++ would otherwise call a function that has a few of them. */
 #if defined(__GNUC__)
 #define KX_INLINE __attribute__((always_inline)) static inline
 #define KX_INLINE_MEMBER __attribute__((always_inline)) inline
@@ -46,7 +46,7 @@ KX_INLINE Double2 round_to_single(Double2 p)
     return widen(narrow(p));
 }
 
-/** Four columns as four rows, or the other way round. */
+/** Four columns as four rows, or the reverse. */
 KX_INLINE void transpose(Float4 &a, Float4 &b, Float4 &c, Float4 &d)
 {
     const Float4 ab_low = interleave_low(a, b), ab_high = interleave_high(a, b);

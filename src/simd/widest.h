@@ -1,12 +1,13 @@
 /*
- * Several doubles side by side, for kernels that are compiled once for each instruction set.
+ * Several doubles next to each other, for kernels that are compiled once for each instruction set.
  *
  * The compilers' vector extensions do the arithmetic; this file has what they lack or do badly.
- * Each float is widened once, on its way in, and each double is rounded once, on its way out,
- * always a whole vector at a time. g++ 12 widens four floats in two halves, so on x86 the two
- * conversions are the processor's own.
+ * Each float is widened once, when loaded, and each double is rounded once, when stored, always a
+ * whole vector at a time. g++ 12 widens four floats in two halves, so on x86 the two conversions
+ * are the processor's own.
  *
- * Everything is static: the linker must never take one instruction set's copy for another's.
+ * Everything is static: the linker must never take a copy that was compiled for one instruction set
+ * for another's.
  */
 #ifndef KX_SIMD_WIDEST_H
 #define KX_SIMD_WIDEST_H
@@ -35,12 +36,12 @@
 namespace kx
 {
 
-/** Numbers of lanes, for a pack that a shuffle is written with. */
+/** Lane indices, as a parameter pack for shuffles. */
 template <size_t...>
 struct LaneNumbers {
 };
 
-/** N doubles, as the compiler's own vector. */
+/** N doubles, as a vector of the compiler. */
 template <size_t N>
 struct DoublesOf;
 template <>
@@ -63,7 +64,7 @@ using Doubles = typename DoublesOf<N>::Type;
 template <size_t N>
 using AllLanes = typename DoublesOf<N>::All;
 
-/** What the instruction set has room for in one vector. */
+/** The widest vector of the instruction set. */
 #if defined(__AVX512F__)
 constexpr size_t width = 8;
 #elif defined(__AVX__)

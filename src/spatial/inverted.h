@@ -1,4 +1,4 @@
-/* What every test of a box asks first. */
+/* The first test of every function for boxes. */
 #ifndef KX_SPATIAL_INVERTED_H
 #define KX_SPATIAL_INVERTED_H
 
@@ -7,7 +7,7 @@
 namespace kx
 {
 
-/** A NaN makes no box inverted. */
+/** A NaN does not make a box inverted. */
 inline bool is_inverted(const Xyz &minimum, const Xyz &maximum)
 {
     return minimum.x > maximum.x || minimum.y > maximum.y || minimum.z > maximum.z;

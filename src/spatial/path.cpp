@@ -1,4 +1,4 @@
-/* Lines and rays: carried through a matrix, and the distance of a point. */
+/* Lines and rays: transformed by a matrix, and the distance of a point from a ray. */
 #include "kxmaths5/spatial.h"
 
 #include "kxmaths5/foundations.h"
@@ -28,7 +28,7 @@ double KXRayPointDistance(const KXRay *ray, const KXP3 *point)
         round_to_single(widen(point->y) - widen(ray->origin.y)),
         round_to_single(widen(point->z) - widen(ray->origin.z)),
     };
-    // The cross product of w and d, its middle component with the sign turned over.
+    // The cross product of w and d, with its middle component negated.
     const double cx = round_to_single(w.y * d.z - w.z * d.y);
     const double cz = round_to_single(w.x * d.y - w.y * d.x);
     const double cy = w.x * d.z - w.z * d.x;

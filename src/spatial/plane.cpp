@@ -1,4 +1,4 @@
-/* Planes: through three points, and a point turned in one. */
+/* Planes through three points, and the rotation of a point about an axis. */
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
@@ -24,7 +24,7 @@ double squared_length(const Xyz &v)
     return v.x * v.x + v.y * v.y + v.z * v.z;
 }
 
-/** The normal enters d as it is here; only what is stored is rounded. */
+/** The normal is used in d as it is here; only what is stored is rounded. */
 KXPlane plane_through(const Xyz &point, const Xyz &normal)
 {
     const double d = -(normal.x * point.x + normal.y * point.y + normal.z * point.z);
@@ -43,8 +43,8 @@ int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3 *third
     const Xyz B = rounded_difference(widen(*third), through);
     const Xyz wide_normal = cross(A, B);
 
-    // The squared lengths meet the thresholds. First with the normal in singles: a and b are single
-    // before they enter d, c is not.
+    // The squared lengths are compared with the thresholds. First with the normal in singles: a and
+    // b are singles in d, c is not.
     const Xyz N = {round_to_single(wide_normal.x), round_to_single(wide_normal.y),
                    round_to_single(wide_normal.z)};
     const double S = squared_length(N);
@@ -57,7 +57,7 @@ int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3 *third
         return done;
     }
 
-    // Then for small triangles, with nothing rounded on the way.
+    // Then for small triangles, with no intermediate rounded.
     const double wide_square = squared_length(wide_normal);
     if (wide_square > 1e-16) {
         const double f = 1.0 / square_root(wide_square);
@@ -80,7 +80,7 @@ void KXRotateInPlane(KXP3 *point, const KXV3 *axis, float angle)
     const double s = sine(widen(angle));
     const double t = 1.0 - C;
 
-    // Which of these terms are single is part of the result: x*x and x*s are not.
+    // Which of these terms are single is part of the contract: x*x and x*s are not.
     const double xx = n.x * n.x;
     const double yy = round_to_single(n.y * n.y);
     const double zz = round_to_single(n.z * n.z);

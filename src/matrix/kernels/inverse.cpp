@@ -167,7 +167,7 @@ bool is_affine(const KXM4 &m)
 {
     static constexpr float last_row[4] = {0.0f, 0.0f, 0.0f, 1.0f};
     if (memcmp(m.m[3], last_row, sizeof last_row) == 0) {
-        return true; // as nearly all are, and quicker to see
+        return true; // as nearly all are, and quicker to test
     }
     const double d = round_to_single(widen(m.m[3][3]) - 1.0);
     return !(magnitude(widen(m.m[3][0])) >= tolerance || magnitude(widen(m.m[3][1])) >= tolerance ||

@@ -40,7 +40,7 @@ void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
 
 #endif
 
-/** Blocks of points, and point by point what they have left. */
+/** Blocks of points, then the remaining points one by one. */
 template <typename Matrix, typename Point>
 void transform(uint32_t (*blocks)(const Matrix &, uint32_t, const Point *, Point *),
                Point (*form)(const Matrix &, const Point &), const Matrix *m, uint32_t count,
@@ -53,7 +53,7 @@ void transform(uint32_t (*blocks)(const Matrix &, uint32_t, const Point *, Point
     if (done == count) {
         return;
     }
-    const Matrix copy = *m; // out might be part of m for all that the compiler knows
+    const Matrix copy = *m; // a copy, since for the compiler out might be part of m
     for (; done < count; ++done) {
         out[done] = form(copy, in[done]);
     }

@@ -1,6 +1,6 @@
 /*
- * Points with two or four coordinates, and products, for the kernels: what comes out is a sum of
- * columns, side by side in a vector.
+ * Points of two or four coordinates, and products, for the kernels: the results are sums of
+ * columns, next to each other in a vector.
  */
 #ifndef KX_MATRIX_KERNELS_TRANSFORM_COLUMNS_H
 #define KX_MATRIX_KERNELS_TRANSFORM_COLUMNS_H
@@ -15,14 +15,14 @@ namespace
 
 using All = AllLanes<width>;
 
-/** Floats that lie a stride apart, such as a column's, as often as the vector has room for them. */
+/** Floats a stride apart, such as those of a column, repeated to fill the vector. */
 template <size_t Length, size_t... Lane>
 KX_INLINE Vector gather_strided(const float *first, size_t stride, LaneNumbers<Lane...>)
 {
     return Vector{widen(first[Lane % Length * stride])...};
 }
 
-/** In each group of lanes, the one with that number in all of them. */
+/** Copies one lane of each group to all lanes of the group. */
 template <size_t Group, size_t Which, size_t... Lane>
 KX_INLINE Vector splat_in_groups(Vector v, LaneNumbers<Lane...>)
 {
@@ -72,8 +72,8 @@ KX_INLINE Vector element_of(const PackedXyzw &four)
 }
 
 /**
- * Each four floats become the sum of four columns, multiplied by the one, the next, and so on. All
- * of a block is read before any of it is stored.
+ * Each four floats become the sum of four columns, each multiplied by one of the floats. A block is
+ * read whole before any of it is stored.
  */
 KX_INLINE uint32_t sum_columns(const PackedXyzw (&columns)[4], uint32_t count, const float *in,
                                float *out)

@@ -1,6 +1,6 @@
 /*
- * Blocks of points with three coordinates, for the kernels: as many points at a time as a vector
- * has lanes.
+ * Blocks of points of three coordinates, for the kernels: as many points at a time as a vector has
+ * lanes.
  */
 #ifndef KX_MATRIX_KERNELS_TRANSFORM_XYZ_H
 #define KX_MATRIX_KERNELS_TRANSFORM_XYZ_H
@@ -16,34 +16,30 @@ namespace
 using All = AllLanes<width>;
 
 /*
- * Packed points of three coordinates. Three vectors, read one after the other, hold as many points
- * as a vector has lanes. Since 3 and the width have no common factor, the x of those points lie in
- * lanes that are all different, whichever vector they are in: x, and likewise y and z, come out of
- * the three by choosing lanes, with nothing moved. The y stand one lane further on than the x of
- * the same point, and the z two lanes; turning them back puts the coordinates of a point side by
- * side.
+ * Packed points of three coordinates. Three consecutive vectors hold as many points as a vector has
+ * lanes. Since 3 and the width have no common factor, the x of these points are in different lanes,
+ * whichever of the three vectors they are in. So x, and likewise y and z, are selected from the
+ * three vectors lane by lane, without moving any. The y are one lane further than the x of the same
+ * point, the z two lanes; rotating the lanes aligns the coordinates of a point.
  */
 struct PackedXyz {
     Vector first, second, third;
 };
 
-/** Whether the float in a lane of the vector with that number is that coordinate of its point. */
+/** Whether a lane of one of the three vectors holds this coordinate. */
 constexpr bool is_coordinate(size_t vector, size_t lane, size_t coordinate)
 {
     return (width * vector + lane) % 3 == coordinate;
 }
 
-/** All lanes, the one with the number given first. */
+/** Rotates the lanes, so that the given one comes first. */
 template <size_t First, size_t... Lane>
 KX_INLINE Vector rotate_lanes(Vector v, LaneNumbers<Lane...>)
 {
     return __builtin_shufflevector(v, v, static_cast<int>((Lane + First) % width)...);
 }
 
-/**
- * With AVX-512 a shuffle of two vectors costs the same whatever it does, so there the choice turns
- * as well.
- */
+/** With AVX-512 every shuffle of two vectors costs the same, so the selection rotates as well. */
 template <size_t Coordinate, size_t... Lane>
 KX_INLINE Vector coordinate_of(const PackedXyz &t, LaneNumbers<Lane...> every)
 {
@@ -71,16 +67,16 @@ constexpr unsigned char lanes_with_x(size_t vector, LaneNumbers<Lane...>)
     return static_cast<unsigned char>(((is_coordinate(vector, Lane, 0) ? 1U << Lane : 0U) | ...));
 }
 
-/** The x, y or z of a block, each to its place, and nothing between them. */
+/** Stores the x, y or z of a block, each in its place, and nothing between them. */
 KX_INLINE void store_coordinate(float *to, const Vector &value)
 {
     store_masked<lanes_with_x(0, All()), lanes_with_x(1, All()), lanes_with_x(2, All())>(to, value);
 }
 
 /*
- * Stores of single lanes take the place of eight shuffles, and a fifth off the time. They would
- * wait for lines of the array that are not in the first cache, so those are asked for two kilobytes
- * ahead; an address behind the array is asked for in vain, and neither read nor written.
+ * Stores of single lanes replace eight shuffles and save a fifth of the time. They would wait for
+ * cache lines that are not in the first cache, so these are prefetched 2 KiB ahead; a prefetch past
+ * the end is harmless.
  */
 KX_INLINE void store_xyz(float *to, const Vector &x, const Vector &y, const Vector &z)
 {
@@ -138,8 +134,8 @@ uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *o
         const Vector x = coordinate_of<0>(block, All());
         const Vector y = coordinate_of<1>(block, All());
         const Vector z = coordinate_of<2>(block, All());
-        // The arrays may be one: a block is read whole before it is stored. The next is read before
-        // that too, so that no load waits for a store that ends next to it.
+        // The arrays may be the same: a block is read whole before it is stored. The next block is
+        // read before that too, so that no load waits for a store next to it.
         more = count - done >= 2 * width;
         if (more) {
             block = load_xyz(&in[done + width].x);
