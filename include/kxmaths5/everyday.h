@@ -1,10 +1,10 @@
 /**
  * @file
- * What every host writes again: dot products, quaternion algebra, cameras, and what intersections
- * ask of a mesh and leave out of a hit.
+ * What most hosts need as well: dot products, quaternion algebra, cameras, and what intersections
+ * need of a mesh and do not return.
  *
- * All of it is `static inline`, in C99 that is good C++ too. kxmaths5.h leaves this header out,
- * since it needs the host's <math.h>; include it as well. In C, link with -lm.
+ * All of it is `static inline`, in C99 that is also valid C++. kxmaths5.h does not include this
+ * header, since it needs the host's <math.h>. In C, link with -lm.
  *
  * The rules are those of types.h: expressions run in double and are rounded once, where the result
  * is stored. Sums of products of two singles have the same bits with every compiler. Elsewhere a
@@ -26,9 +26,9 @@
 #endif
 
 /** @cond */
-/* The one narrowing: rounds to single, for storing. g++ 12 packs neighbouring roundings into a
- * vector and then drops them if the values are widened again, as they are where one inline function
- * takes what another has made. What it can't see into it can't pack. */
+/* Rounds to single, for storing. g++ 12 packs neighbouring roundings into a vector and then drops
+ * them if the values are widened again, as they are where one inline function takes the result of
+ * another. The empty assembly prevents that. */
 static inline float kx_detail_single(double value)
 {
     float single = (float)value;
@@ -81,8 +81,6 @@ static inline KXP2 kx_detail_step(KXP2 from, KXP2 to)
 /**
  * Dot product: a.x*b.x + a.y*b.y + a.z*b.z.
  *
- * - Null: not allowed.
- *
  * @param[in] a  a vector
  * @param[in] b  another
  * @return the product, unrounded
@@ -96,7 +94,6 @@ static inline double kx_dot(const KXV3 *a, const KXV3 *b)
  * Distance of two points: sqrt(x*x + y*y + z*z) with x = b.x - a.x, and y and z likewise.
  *
  * - Aliasing: a and b may be one record.
- * - Null: not allowed.
  *
  * @param[in] a  a point, in the caller's length unit
  * @param[in] b  another, in the same unit
@@ -115,7 +112,6 @@ static inline double kx_distance(const KXP3 *a, const KXP3 *b)
  * goes on along the line.
  *
  * - Aliasing: out may be a, b or both; a and b may be one record.
- * - Null: not allowed.
  *
  * @param[in]  a    the point at t = 0
  * @param[in]  b    the point at t = 1, in the same unit
@@ -133,20 +129,19 @@ static inline void kx_lerp(const KXP3 *a, const KXP3 *b, float t, KXP3 *out)
 /** @} */
 
 /** @name Quaternion algebra
- * The sense is that of KXGenerateQuat and KXQuatToMatrix: right-handed, the vector part first. A
- * quaternion and its negative are the same rotation.
+ * They rotate as KXQuatToMatrix does: right-handed, the vector part first. A quaternion and its
+ * negative are the same rotation.
  */
 /** @{ */
 
 /**
- * Product of two quaternions: out = a*b, which rotates by b first and by a after it, as KXM4Mult
- * does with their matrices.
+ * Product of two quaternions: out = a*b, which rotates by b first, then by a, as KXM4Mult does
+ * with their matrices.
  *
  *     x = aw*bx + ax*bw + ay*bz - az*by      y = aw*by - ax*bz + ay*bw + az*bx
  *     z = aw*bz + ax*by - ay*bx + az*bw      w = aw*bw - ax*bx - ay*by - az*bz
  *
  * - Aliasing: out may be a, b or both; a and b may be one record.
- * - Null: not allowed.
  *
  * @param[in]  a    the left factor, which acts last
  * @param[in]  b    the right factor, which acts first
@@ -166,7 +161,6 @@ static inline void kx_quat_product(const KXQuat *a, const KXQuat *b, KXQuat *out
  * Conjugate of a quaternion, (-x, -y, -z, w): of a unit quaternion, the rotation back.
  *
  * - Aliasing: out may be q.
- * - Null: not allowed.
  *
  * @param[in]  q    the quaternion
  * @param[out] out  its conjugate
@@ -180,16 +174,15 @@ static inline void kx_quat_conjugate(const KXQuat *q, KXQuat *out)
 }
 
 /**
- * Makes a quaternion unit length: out = in * (1/length), with length = sqrt(x*x + y*y + z*z + w*w).
- * Products of many quaternions drift away from it.
+ * Unit quaternion: out = in * (1/length), with length = sqrt(x*x + y*y + z*z + w*w). Products of
+ * many quaternions drift away from unit length.
  *
  * - Aliasing: out may be in.
- * - Null: not allowed.
- * - Degenerate: a length at or below KX_TOLERANCE copies in to out.
+ * - Degenerate: a quaternion of length at or below KX_TOLERANCE is copied unchanged.
  *
  * @param[in]  in   the quaternion
  * @param[out] out  the unit quaternion
- * @return the length of in, unrounded, in both cases
+ * @return the length of in, unrounded
  */
 static inline double kx_quat_normalise(const KXQuat *in, KXQuat *out)
 {
@@ -212,7 +205,6 @@ static inline double kx_quat_normalise(const KXQuat *in, KXQuat *out)
  * For more than a few vectors KXQuatToMatrix and an array form are quicker.
  *
  * - Aliasing: out may be v.
- * - Null: not allowed.
  * - Degenerate: the zero quaternion gives NaN, as in KXQuatToMatrix.
  *
  * @param[in]  q    the rotation
@@ -233,8 +225,8 @@ static inline void kx_quat_rotate(const KXQuat *q, const KXV3 *v, KXV3 *out)
 }
 
 /**
- * Spherical linear interpolation of unit quaternions, by the shorter way and at an even speed. With
- * angle the one between a and b as directions in four dimensions:
+ * Spherical linear interpolation of unit quaternions, along the shorter arc at constant speed. With
+ * angle the angle between a and b in four dimensions:
  *
  *     out = sin((1 - t)*angle)/sin(angle) * a + sin(t*angle)/sin(angle) * b
  *
@@ -242,9 +234,8 @@ static inline void kx_quat_rotate(const KXQuat *q, const KXV3 *v, KXV3 *out)
  * exact: a with t = 0, b, or -b, with t = 1.
  *
  * - Aliasing: out may be a, b or both; a and b may be one record.
- * - Null: not allowed.
- * - Degenerate: equal quaternions are interpolated linearly, which is the limit. With opposite
- *   rotations, half a turn apart, the way is one of many.
+ * - Degenerate: equal quaternions are interpolated linearly, which is the limit. Between rotations
+ *   half a turn apart the arc is one of many.
  *
  * @param[in]  a    the rotation at t = 0, a unit quaternion
  * @param[in]  b    the rotation at t = 1, a unit quaternion
@@ -319,8 +310,7 @@ static inline double kx_detail_depth_at_farthest(KXDepthRange depth)
 /** @endcond */
 
 /**
- * Places a camera at a point, looking at another. Its axes as they lie in the world, with x the
- * cross product:
+ * Places a camera at a point, looking at another. Its axes in the world, with x the cross product:
  *
  *     Z = (eye - target), unit length      X = up x Z, unit length      Y = Z x X
  *
@@ -330,9 +320,9 @@ static inline double kx_detail_depth_at_farthest(KXDepthRange depth)
  *
  * - Aliasing: the outputs must be apart from all else.
  * - Null: placement, view or both may be null; a null output is skipped. Nothing else may be null.
- * - On status 1: the direction says too little, and the outputs get one that will do. With eye and
- *   target at one place the camera looks along -Z of the world; with up along the line of sight, to
- *   KX_TOLERANCE as the sine of the angle between, X is KXV3Perpendicular of Z.
+ * - On status 1: the direction is undefined, and one is chosen. With eye and target at one place
+ *   the camera looks along -Z of the world; with up along the line of sight, to KX_TOLERANCE as the
+ *   sine of the angle between, X is KXV3Perpendicular of Z.
  *
  * @param[in]  eye        where the camera is, in the caller's length unit
  * @param[in]  target     what is seen in the middle of the picture
@@ -414,9 +404,8 @@ static inline int32_t kx_look_at(const KXP3 *eye, const KXP3 *target, const KXV3
  *
  * so that w is the distance along the line of sight. The farthest plane may be infinite.
  *
- * - Null: not allowed.
  * - Degenerate: nothing is refused. A field of view outside 0 to pi, an aspect or a nearest
- * distance of 0, and two equal distances give elements that are infinite, NaN or of no use.
+ *   distance of 0, and two equal distances give elements that are infinite, NaN or meaningless.
  *
  * @param[in]  fieldOfView  from the bottom of the picture to its top, in radians
  * @param[in]  aspect       the picture's width divided by its height
@@ -447,7 +436,6 @@ static inline void kx_perspective(float fieldOfView, float aspect, float nearest
  *     x' = (2*x - left - right)/(right - left)        y' = (2*y - bottom - top)/(top - bottom)
  *     z' = d0 + (d1 - d0)*(-z - nearest)/(farthest - nearest)
  *
- * - Null: not allowed.
  * - Degenerate: nothing is refused. Two equal planes give elements that are infinite or NaN.
  *
  * @param[in]  left      x at the left of the picture, in the caller's length unit
@@ -475,13 +463,12 @@ static inline void kx_orthographic(float left, float right, float bottom, float 
 }
 
 /**
- * The point that a homogeneous point stands for: x/w, y/w, z/w.
+ * Perspective division: x/w, y/w, z/w.
  *
- * After a perspective projection a w below 0 means a point at the camera's back, which is no part
- * of the picture; the caller looks at w.
+ * After a perspective projection a w below 0 is a point behind the camera, which is not in the
+ * picture: test w first.
  *
  * - Aliasing: out must be apart from p.
- * - Null: not allowed.
  * - On status 1: w is 0, a direction and no point; out stays untouched.
  *
  * @param[in]  p    the homogeneous point
@@ -502,7 +489,7 @@ static inline int32_t kx_divide_by_w(const KXP4 *p, KXP3 *out)
 /**
  * The ray from a camera through a place in its picture, in the world; its direction has unit
  * length. It begins at the eye, or with an orthographic projection at the same place in the plane
- * through the eye. Nothing is inverted, so that it is as exact with any two planes.
+ * through the eye. No matrix is inverted, so the two planes do not affect its accuracy.
  *
  * With x = 2*column/width - 1, y = 1 - 2*row/height and mrc the elements of the projection, in the
  * camera's space before KXTransformRay carries it:
@@ -511,7 +498,6 @@ static inline int32_t kx_divide_by_w(const KXP4 *p, KXP3 *out)
  *     orthographic:  origin (x - m03)/m00, (y - m13)/m11, 0      direction 0, 0, -1
  *
  * - Aliasing: out must be apart from all else.
- * - Null: not allowed.
  * - Degenerate: none with a projection by kx_perspective or kx_orthographic. One of another kind,
  *   skewed or combined with a view, gives another ray.
  *
@@ -544,31 +530,31 @@ static inline void kx_screen_to_ray(const KXM4 *projection, const KXM4 *placemen
 /** @} */
 
 /** @name Meshes for intersection
- * What the functions of spatial.h ask of a mesh: coordinates about the origin, large enough for
- * their absolute tolerances, and each triangle begun at the corner that loses the fewest bits. And
- * what they leave out: where on the path and where in the triangle a hit is.
+ * What the functions of spatial.h need of a mesh: coordinates around the origin, large enough for
+ * their absolute tolerances, and each triangle started at the corner that loses the fewest bits.
+ * And what they do not return: where on the path and where in the triangle a hit is.
  */
 /** @{ */
 
 /**
- * The scale and shift that bring a mesh into the range in which intersections serve best: its
- * middle to the origin, and its diagonal to 512 units or more, but less than 1024.
+ * The scale and shift that suit a mesh for intersections: its centre at the origin, and its
+ * diagonal from 512 to below 1024.
  *
  *     to:    x' = scale*x - scale*middle.x      from:  x = x'/scale + middle.x
  *
  * and likewise y and z. The scale is a power of two and costs no bit; the shift rounds once. In
- * this range KX_TOLERANCE is negligible relative to a coordinate, as its own last bits are. Carry
- * rays there with KXTransformRay, which makes their directions unit length as well, and bring
- * points of contact back.
+ * this range KX_TOLERANCE is negligible relative to a coordinate, like its own last bits. Transform
+ * rays by `to` with KXTransformRay, which also normalises their directions, and points of contact
+ * back by `from`.
  *
  * - Aliasing: the outputs must be apart from box and from each other.
  * - Null: to, from or both may be null; a null output is skipped. box must not be null.
  * - On status 1: the outputs stay untouched. The box has no extent, is inverted or not finite, or
- * is smaller than 6e-36.
+ *   is smaller than 6e-36.
  *
  * @param[in]  box   the box around the mesh, in the caller's length unit
  * @param[out] to    from the mesh's space into the range; or null
- * @param[out] from  the way back; or null
+ * @param[out] from  the inverse of it; or null
  * @return 0 for done, 1 where there is no such scale
  */
 static inline int32_t kx_fit_mesh(const KXBox *box, KXM4 *to, KXM4 *from)
@@ -609,15 +595,14 @@ static inline int32_t kx_fit_mesh(const KXBox *box, KXM4 *to, KXM4 *from)
  * KXPlaneEquation, and the corners in the order in which the test is most exact.
  *
  * The test divides by ep, the first coordinate of the first edge in the projection that the plane
- * selects. Where ep is small beside the edge but not 0, as a quarter turn in singles leaves it, the
- * rounding of beta is divided by it, and rays at the triangle's inside miss. So the record begins
- * at the corner whose edge to the next has the largest |ep|, on a tie at the earlier one. The
- * corners keep their cyclic order, first, second, third, and the plane's normal its side.
+ * selects. Where ep is small compared with the edge but not 0, as a quarter turn in singles leaves
+ * it, the rounding of beta is divided by it, and rays at the triangle's inside miss. So the record
+ * starts at the corner whose edge to the next has the largest |ep|, on a tie at the earlier one.
+ * The corners keep their cyclic order, first, second, third, and the plane's normal its side.
  *
- * The words that are the host's own become 0; fill them in afterwards, by the corners' vertices.
+ * The host's words become 0; fill them in afterwards, by the corners' vertices.
  *
  * - Aliasing: out must be apart from vertices.
- * - Null: not allowed.
  * - On status 1: the triangle has no plane, or |den|, twice its area in that projection, is below
  *   KX_TOLERANCE: no path hits it. The record is written all the same.
  *
@@ -665,12 +650,11 @@ static inline int32_t kx_triangle(const KXP3 *vertices, uint32_t first, uint32_t
 
 /**
  * How far along a ray a point is: t of the point of the ray's line that is nearest to it, so that
- * origin + t*direction is the point, as near as singles have it. With a unit direction t is the
+ * origin + t*direction is the point to within rounding. With a unit direction t is the
  * distance from the origin.
  *
  *     t = dot(point - origin, direction) / dot(direction, direction)
  *
- * - Null: not allowed.
  * - Degenerate: a direction of 0 gives 0.
  *
  * @param[in] ray    the ray
@@ -695,7 +679,6 @@ static inline double kx_ray_parameter(const KXRay *ray, const KXP3 *point)
  *
  *     t = dot(point - start, end - start) / dot(end - start, end - start)
  *
- * - Null: not allowed.
  * - Degenerate: a line of no length gives 0.
  *
  * @param[in] line   the line
@@ -717,8 +700,8 @@ static inline double kx_line_parameter(const KXLine *line, const KXP3 *point)
 
 /**
  * The barycentric coordinates of a point of a triangle: how much of each corner is in it. They sum
- * to 1; what a host keeps for each corner, a normal, a colour, a place in a picture, is at the
- * point weights[0]*corner[0]'s + weights[1]*corner[1]'s + weights[2]*corner[2]'s.
+ * to 1; what a host keeps for each corner, a normal, a colour, a texture coordinate, is at
+ * the point weights[0]*corner[0]'s + weights[1]*corner[1]'s + weights[2]*corner[2]'s.
  *
  * With hp, hq, ep, eq, fp, fq as KXRayIxTriangle has them, in the projection that it uses:
  *
@@ -729,7 +712,6 @@ static inline double kx_line_parameter(const KXLine *line, const KXP3 *point)
  * A point on an edge may get a weight a little below 0, by rounding.
  *
  * - Aliasing: weights must be apart from all else.
- * - Null: not allowed.
  * - On status 1: den is 0, and weights stay untouched.
  *
  * @param[in]  triangle  the triangle; the weights follow the order of its corners
