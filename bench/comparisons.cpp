@@ -45,6 +45,8 @@ const Kernel *kernels_of_memory()
     return kernels;
 }
 
+const Library cpp = {"kxmaths5, C++", kernels_of_cpp, nullptr, true};
+const Library calls = {"kxmaths5, C", kernels_of_kxmaths5, nullptr, true};
 const Library glm = {"GLM", kernels_of_glm};
 const Library glm_intrinsics = {"GLM with intrinsics", kernels_of_glm_intrinsics};
 const Library cglm = {"cglm, called", kernels_of_cglm};
@@ -122,6 +124,17 @@ Comparison matrix_row(const char *operation, const char *kernel, const void *rec
     return row<Record>(operation, kernel, {{records, matrices.rows}, nullptr, record_count},
                        {{records, matrices.columns}, nullptr, record_count}, tolerance,
                        std::move(peers));
+}
+
+/** Vectors, by the operators of the C++ face; the results are of one type, or floats. */
+template <typename Result>
+Comparison vector_row(const char *operation, const char *kernel, const void *second, double goal)
+{
+    const Work work = {{data().points, second}, nullptr, record_count};
+    Comparison result =
+        row<Result>(operation, kernel, work, work, 1e-4, {{glm, goal, goal}, {calls}});
+    result.library = &cpp;
+    return result;
 }
 
 Comparison algebra_row(const char *operation, const char *kernel, const Matrices &first,
@@ -214,6 +227,11 @@ std::vector<Comparison> all_comparisons()
         {glm_intrinsics, 0.70}, {glm, 0.47, 1.10}, {cglm, 0.40}, {eigen}, {imath}};
     const char *const name = "points_xyz";
     return {
+        vector_row<KXV3>("C++: sum of two vectors", "add", in.other_points, 1.1),
+        vector_row<KXV3>("C++: vector times a number", "scale", in.factors, 1.1),
+        vector_row<float>("C++: dot product", "dot", in.other_points, 0.0),
+        vector_row<KXV3>("C++: cross product", "cross", in.other_points, 0.0),
+        vector_row<float>("C++: length", "length", nullptr, 0.0),
         xyz("array of xyz points, 1,000", name, 1000, 1, false, all),
         xyz("array of xyz points, 1,000", name, 1000, 1, true, all),
         xyz("array of xyz points, 100,000", name, 100000, 1, false, all),
@@ -227,15 +245,15 @@ std::vector<Comparison> all_comparisons()
         xyzw("array of xyzw points, 1,000", "points_xyzw", 1000, 1, false,
              {{cglm, 0.60}, {glm_intrinsics, 1.15}, {glm}, {eigen}}),
         matrix_row<KXP3>("one point", "point", in.points, in.affine, 1e-4,
-                         {{cglm, 1.15}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
+                         {{cglm, 1.15}, {cpp}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
         algebra_row("4x4 product", "product", in.affine, in.general, 1e-5,
-                    {{cglm, 1.15}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
+                    {{cglm, 1.15}, {cpp}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
         algebra_row("4x4 product, each of the one before", "product_chain", in.placements,
                     in.placements, 1e-5, {{glm, 1.10}, {glm_intrinsics}, {cglm}, {eigen}, {imath}}),
         algebra_row("inverse, affine", "inverse_affine", in.affine, in.affine, of_inverses,
-                    {{imath, 0.85}, {glm, 1.6}, {glm_intrinsics}, {eigen}}),
+                    {{imath, 0.85}, {cpp}, {glm, 1.6}, {glm_intrinsics}, {eigen}}),
         algebra_row("inverse, general", "inverse_general", in.general, in.general, of_inverses,
-                    {{imath, 0.42}, {glm, 2.0}, {glm_intrinsics}, {cglm}, {eigen}}),
+                    {{imath, 0.42}, {cpp}, {glm, 2.0}, {glm_intrinsics}, {cglm}, {eigen}}),
         row<float>("4x4 determinant", "determinant", {{in.general.rows}, nullptr, record_count},
                    {{in.general.columns}, nullptr, record_count}, 1e-4,
                    {{glm, 1.2}, {glm_intrinsics}, {cglm}, {eigen}, {imath}}),
@@ -243,10 +261,11 @@ std::vector<Comparison> all_comparisons()
                          in.affine, 1e-5, {{glm, 1.6}, {cglm}}),
         matrix_row<KXBox>("box transform", "box_transform", in.boxes, in.affine, 1e-5,
                           {{cglm, 1.35}, {eigen, 0.65}, {imath, 0.65}}),
-        ray_row("ray against box, mixed", "ray_box", in.at_boxes.mixed, in.boxes, {{imath, 0.35}}),
+        ray_row("ray against box, mixed", "ray_box", in.at_boxes.mixed, in.boxes,
+                {{imath, 0.35}, {cpp}}),
         ray_row("ray against box, all hit", "ray_box", in.at_boxes.hits, in.boxes, {{imath, 0.35}}),
         ray_row("ray against triangle, mixed", "ray_triangle", in.at_triangles.mixed, in.triangles,
-                {{glm, 0.65}}),
+                {{glm, 0.65}, {cpp}}),
         ray_row("ray against triangle, all hit", "ray_triangle", in.at_triangles.hits, in.triangles,
                 {{glm, 0.9}}),
         ray_row("ray against triangle, all miss", "ray_triangle", in.at_triangles.misses,

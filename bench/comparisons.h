@@ -15,6 +15,8 @@ struct Library {
     const Kernel *(*kernels)();
     /** For a limit: the kernel that shows it, whatever the row's is. Its results mean nothing. */
     const char *limit = nullptr;
+    /** Another way to this library: it reads its layout, and its results must have its bits. */
+    bool is_ours = false;
 
     KernelFunction find(const char *kernel) const;
 };
@@ -46,6 +48,9 @@ struct Comparison {
      */
     double (*difference)(const void *ours, const void *theirs, std::size_t records);
     double tolerance; /**< What that may come to. */
+
+    /** Whose time is compared with the peers'. */
+    const Library *library = &kxmaths5;
 
     std::vector<Memory> memory = {}; /**< Kept for as long as the row. */
     /** Brings arrays that runs overwrite back to where they were; may be empty. */

@@ -38,21 +38,22 @@ std::vector<char> results_of(const Comparison &row, KernelFunction kernel, const
 
 void compare(const Comparison &row, int repetitions, Report &report)
 {
-    const KernelFunction kernel = kxmaths5.find(row.kernel);
+    const KernelFunction kernel = row.library->find(row.kernel);
     std::vector<Contender> contenders = {
-        {kxmaths5.name, [&, kernel](int) { kernel(row.ours); }, row.items()}};
+        {row.library->name, [&, kernel](int) { kernel(row.ours); }, row.items()}};
     std::vector<Checks> checks;
 
     const std::vector<char> ours = results_of(row, kernel, row.ours);
     for (const Peer &peer : row.peers) {
         const KernelFunction theirs = peer.against.find(row.kernel);
-        contenders.push_back(
-            {peer.against.name, [&, theirs](int) { theirs(row.theirs); }, row.items()});
+        const Work &work = peer.against.is_ours ? row.ours : row.theirs;
+        contenders.push_back({peer.against.name, [&, theirs](int) { theirs(work); }, row.items()});
         Checks check;
         if (peer.against.limit == nullptr) {
-            check.difference = row.difference(
-                ours.data(), results_of(row, theirs, row.theirs).data(), row.items());
-            check.agrees = check.difference <= row.tolerance;
+            const std::vector<char> results = results_of(row, theirs, work);
+            check.difference =
+                results == ours ? 0.0 : row.difference(ours.data(), results.data(), row.items());
+            check.agrees = check.difference <= (peer.against.is_ours ? 0.0 : row.tolerance);
         }
         checks.push_back(check);
     }

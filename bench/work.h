@@ -45,6 +45,7 @@ constexpr std::size_t target_count = 64;
     extern "C" __attribute__((visibility("default"))) const Kernel *kernels_of_##name()
 
 BENCH_TABLE(kxmaths5);
+BENCH_TABLE(cpp);
 BENCH_TABLE(glm);
 BENCH_TABLE(glm_intrinsics);
 BENCH_TABLE(cglm);

@@ -27,6 +27,31 @@ static_assert(sizeof(Point) == 12 && sizeof(Matrix) == 64, "records of the array
 namespace
 {
 
+void add(Point &out, const Point &a, const Point &b)
+{
+    out = a + b;
+}
+
+void scale(Point &out, const Point &v, const float &factor)
+{
+    out = v * factor;
+}
+
+void dot(float &out, const Point &a, const Point &b)
+{
+    out = glm::dot(a, b);
+}
+
+void cross(Point &out, const Point &a, const Point &b)
+{
+    out = glm::cross(a, b);
+}
+
+void length(float &out, const Point &v)
+{
+    out = glm::length(v);
+}
+
 void point(Point &out, const Point &in, const Matrix &matrix)
 {
     out = Point(matrix * Homogeneous(in.x, in.y, in.z, 1.0f));
@@ -86,6 +111,11 @@ void ray_triangle(Hit &out, const KXRay &ray, const KXTriangle &triangle, const 
 }
 
 const Kernel kernels[] = {
+    {"add", Each<add>::record},
+    {"scale", Each<scale>::record},
+    {"dot", Each<dot>::record},
+    {"cross", Each<cross>::record},
+    {"length", Each<length>::record},
     {"points_xyz", Each<point>::group},
     {"points_xyzw", Each<homogeneous>::group},
     {"point", Each<point>::record},

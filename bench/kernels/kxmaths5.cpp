@@ -2,6 +2,7 @@
 #include "work.h"
 
 #include <kxmaths5.h>
+#include <kxmaths5/everyday.h>
 
 namespace
 {
@@ -16,6 +17,31 @@ void points(const Work &work)
              static_cast<const Point *>(work.in[0]) + begin,
              static_cast<Point *>(work.out) + begin);
     }
+}
+
+void add(KXV3 &out, const KXV3 &a, const KXV3 &b)
+{
+    KXV3Combine(&a, &b, &out, 1.0f, 1.0f);
+}
+
+void scale(KXV3 &out, const KXV3 &v, const float &factor)
+{
+    KXV3Combine(&v, &v, &out, factor, 0.0f);
+}
+
+void dot(float &out, const KXV3 &a, const KXV3 &b)
+{
+    out = static_cast<float>(kx_dot(&a, &b));
+}
+
+void cross(KXV3 &out, const KXV3 &a, const KXV3 &b)
+{
+    KXV3Cross(&a, &b, &out);
+}
+
+void length(float &out, const KXV3 &v)
+{
+    out = static_cast<float>(KXV3Length(&v));
 }
 
 void point(KXP3 &out, const KXP3 &in, const KXM4 &matrix)
@@ -59,6 +85,11 @@ void ray_triangle(Hit &out, const KXRay &ray, const KXTriangle &triangle, const 
 }
 
 const Kernel kernels[] = {
+    {"add", Each<add>::record},
+    {"scale", Each<scale>::record},
+    {"dot", Each<dot>::record},
+    {"cross", Each<cross>::record},
+    {"length", Each<length>::record},
     {"points_xyz", points<KXM4NP3I1, KXP3>},
     {"points_xyzw", points<KXM4NP4, KXP4>},
     {"point", Each<point>::record},
