@@ -1,7 +1,7 @@
 #!/bin/sh
-# Holds the module's functions and records to kxmaths5.abi, which is what hosts have been compiled against.
-# Types are found in debug information alone, and abidiff says nothing where there is none; so one and the
-# same build is also changed, and the changes must be found.
+# Checks the module's functions and records against kxmaths5.abi, which hosts have been compiled for. abidiff
+# finds types only in debug information, and is silent where there is none; so the same build is also
+# changed, and the changes must be found.
 set -eu
 cd "$(dirname "$0")/../.."
 ./scripts/install abigail-tools g++ cmake ninja-build
@@ -26,7 +26,7 @@ compare() {
 control() {
     sed -i "$2" "$work/$1"
     if compare >/dev/null; then
-        echo "abidiff doesn't find that $1 is changed: $2" >&2
+        echo "abidiff does not find the change of $1: $2" >&2
         exit 1
     fi
     cp "$1" "$work/$1"

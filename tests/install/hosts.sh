@@ -21,7 +21,7 @@ control() {
     cp -R "$prefix" "$work/changed"
     "$@"
     if ./host.sh "$work/changed" C "$kind" "$block" >/dev/null 2>&1; then
-        echo "A host by '$block' is none the worse for: $*" >&2
+        echo "A host built by '$block' does not notice: $*" >&2
         exit 1
     fi
 }

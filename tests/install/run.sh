@@ -21,7 +21,7 @@ for directory in "$work/one" "$work/another/with-a-longer-name"; do
 done
 diff -r "$work/one/installed" "$work/another/with-a-longer-name/installed"
 if grep -rF "$work/one" "$work/one/installed"; then
-    echo "Something that is installed knows where it was built or installed." >&2
+    echo "An installed file contains the directory where it was built or installed." >&2
     exit 1
 fi
 

@@ -9,6 +9,6 @@ shift 2
 # Every export has a line, and the last line is the total.
 { sort "$exports_file"; echo total; } >wanted-names.txt
 { sed '$d' "$digests_file" | cut -d' ' -f1 | sort; tail -n 1 "$digests_file" | cut -d' ' -f1; } |
-    diff wanted-names.txt - || { echo "the digests are not those of the exports"; exit 1; }
+    diff wanted-names.txt - || { echo "the digests' names are not the exports"; exit 1; }
 
-"$@" | tr -d '\r' | diff "$digests_file" - || { echo "other bits than those written down"; exit 1; }
+"$@" | tr -d '\r' | diff "$digests_file" - || { echo "the bits are not the recorded ones"; exit 1; }

@@ -11,7 +11,7 @@ The headers phrase what a binding has to know in one way each:
     - Aliasing: out may be a, b or both; a and b may be one record.
     - Null: not allowed. | allowed when count is 0. | a, b or both may be null.
 
-A permission in other words is refused, so that none is passed over.
+A permission in other words is an error, so that none is missed.
 """
 import dataclasses
 import re
