@@ -154,7 +154,7 @@ private:
     }
 
     /**
-     * Whether every call depends on what stands in its one output: then that is set before each,
+     * Whether every call depends on what is in its one output: then that is set before each,
      * or lengths would grow, and boxes would grow in the first run alone.
      */
     bool reads_output() const

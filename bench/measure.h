@@ -17,7 +17,7 @@ struct Contender {
 
 enum class Clock {
     processor, /**< Time on the processor: others that run on the machine count less. */
-    wall,      /**< The only clock that tells whether threads work at the same time. */
+    wall,      /**< The only clock that shows whether threads work at the same time. */
 };
 
 /** Nanoseconds per item, one value for each repetition. */

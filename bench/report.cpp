@@ -6,7 +6,7 @@
 namespace
 {
 
-/** The family only: what the ratios depend on, and nothing that tells which machine this is. */
+/** The family only: what the ratios depend on, and nothing that identifies the machine. */
 struct Processor {
     const char *family;
     bool has_avx2;
@@ -47,7 +47,7 @@ std::string ratio(double value)
 void begin_comparisons()
 {
     std::printf("\n### Side by side\n\n"
-                "| operation | ns | beside | its ns | ratio | 10th percentile | goal | results "
+                "| operation | ns | peer | its ns | ratio | 10th percentile | goal | results "
                 "differ by | bits |\n"
                 "|---|---:|---|---:|---:|---:|---|---:|---|\n");
 }

@@ -25,7 +25,7 @@ public:
     void add(const Function &row, const Times &times);
     void add(const Scale &scale);
 
-    /** Returns whether every check passed. Goals that are missed are told, and are no failure. */
+    /** Returns whether every check passed. Missed goals are reported, and are no failure. */
     bool end() const;
 
 private:

@@ -31,7 +31,7 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR
 configure_file(${CMAKE_CURRENT_LIST_DIR}/kxmaths5.pc.in ${PROJECT_BINARY_DIR}/kxmaths5.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/kxmaths5.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-# gdb loads this with the module that it is named for, once it is told to trust the directory.
+# gdb loads this with the module that it is named for, once it trusts the directory.
 if(kind STREQUAL shared AND CMAKE_SYSTEM_NAME STREQUAL "Linux")
     install(FILES ${PROJECT_SOURCE_DIR}/debugger/kxmaths5-gdb.py DESTINATION ${CMAKE_INSTALL_LIBDIR}
         RENAME $<TARGET_FILE_NAME:kxmaths5>-gdb.py)

@@ -22,7 +22,7 @@ def number(value):
 
 
 def numbers(record, names):
-    """The members named, one behind the other in brackets."""
+    """The members named, in brackets."""
     return "(" + ", ".join(number(record[name]) for name in names.split()) + ")"
 
 
@@ -46,7 +46,7 @@ def box(record):
 
 
 def quaternion(record):
-    """The four numbers, and what they stand for: the turn about an axis, if there is one."""
+    """The four numbers, and their rotation about an axis, if there is one."""
     text = numbers(record, "x y z w")
     x, y, z, w = (float(record[name]) for name in "xyzw")
     sine = math.sqrt(x * x + y * y + z * z)

@@ -311,7 +311,7 @@ struct vec2 : KXP2 {
     {
         return {a.x - b.x, a.y - b.y};
     }
-    /** The vector turned round. */
+    /** The vector reversed. */
     [[nodiscard]] friend constexpr vec2 operator-(const vec2 &v) { return {-v.x, -v.y}; }
     /** Product with a number. */
     template <typename Number, typename Scalar = detail::Scalar<Number>>
@@ -498,7 +498,7 @@ struct vec3 : KXV3 {
     {
         return {a.x - b.x, a.y - b.y, a.z - b.z};
     }
-    /** The vector turned round. */
+    /** The vector reversed. */
     [[nodiscard]] friend constexpr vec3 operator-(const vec3 &v) { return {-v.x, -v.y, -v.z}; }
     /** Product with a number. */
     template <typename Number, typename Scalar = detail::Scalar<Number>>
@@ -669,7 +669,7 @@ struct point4 : KXP4 {
     explicit point4(detail::Unset) {}
     /** @endcond */
 
-    /** The point that it stands for; nothing where w is 0: kx_divide_by_w. */
+    /** x/w, y/w, z/w; nothing where w is 0: kx_divide_by_w. */
     template <typename Point = point3>
     [[nodiscard]] std::optional<Point> divided_by_w() const
     {

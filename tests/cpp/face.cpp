@@ -1,4 +1,4 @@
-/* Every member of the C++ face against the C function that it stands for, bit for bit. */
+/* Every member of the C++ face against its C function, bit for bit. */
 #include "kxmaths5.hpp"
 
 #include "support/check.h"

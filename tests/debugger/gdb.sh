@@ -1,6 +1,6 @@
 #!/bin/sh
 # Repeats a transcript of gdb and compares all that it shows: gdb.sh GDB OBJECT TRANSCRIPT, at the root of
-# the sources. The records stand in the object file, so that nothing needs to run.
+# the sources. The records are in the object file, so nothing needs to run.
 set -eu
 
 # Each command is echoed, as if it had been typed.

@@ -1,5 +1,5 @@
 #!/bin/sh
-# What the documents name is there: names.sh functions|scripts|version VERSION
+# What the documents name exists: names.sh functions|scripts|version VERSION
 set -eu
 cd "$(dirname "$0")/../.."
 

@@ -10,13 +10,13 @@ TEST_CASE("KXInterpolate")
     check("before", 0, 0, 10, 100, -1, 0);
     check("at the beginning", 0, 0, 10, 100, 0, 0);
     check("at the end, where the formula is off by a bit", 0.2f, 1.7f, 8.1f, 6.8f, 8.1f, 6.8f);
-    check("behind", 0, 0, 10, 100, 11, 100);
+    check("after", 0, 0, 10, 100, 11, 100);
     check("neither from 0", 1, 10, 3, 20, 2.5f, 17.5);
     check("no length, before", 5, 1, 5, 2, 4, 1);
     check("no length, there", 5, 1, 5, 2, 5, 1);
-    check("no length, behind", 5, 1, 5, 2, 6, 2);
-    check("turned round, between", 10, 0, 0, 100, 5, 0);
-    check("turned round, behind", 10, 0, 0, 100, 11, 100);
+    check("no length, after", 5, 1, 5, 2, 6, 2);
+    check("reversed, between", 10, 0, 0, 100, 5, 0);
+    check("reversed, after", 10, 0, 0, 100, 11, 100);
     check("the product first, then the quotient", 1.7f, 6.2f, 7.8f, 9.9f, 3.2f, 7.10983580660032);
     check("no product is fused with a sum", 8, 6.2f, 11.1f, -7.6f, 8.93f, 2.0599990460181692);
     check("between two values of -0", 0, -0.0f, 10, -0.0f, 5, 0);
@@ -31,7 +31,7 @@ TEST_CASE("KXDiffTime")
     const auto check = [](const char *label, std::uint32_t later, std::uint32_t earlier,
                           double time) { check_same(label, time, KXDiffTime(later, earlier)); };
     check("two seconds", 5000, 3000, 2.0000000949949026);
-    check("the other way round", 3000, 5000, -2.0000000949949026);
+    check("exchanged", 3000, 5000, -2.0000000949949026);
     check("across the wrap", 5, 0xffffffffU, 0.006000000284984708);
     check("half the range is negative", 0x80000000U, 0, -2147483.75);
     check("one less is not", 0x7fffffffU, 0, 2147483.749);

@@ -1,4 +1,4 @@
-/* Takes a point to a place and back, and tells which kind of library it has been built for. */
+/* Takes a point to a place and back, and prints which kind of library it was built for. */
 #include <kxmaths5.h>
 #include <stdio.h>
 

@@ -131,7 +131,7 @@ static const KXM4 untouched = marked<KXM4>();
 
 TEST_CASE("The last row chooses the method")
 {
-    // A block of zeros tells them apart: affine leaves out as it was, general stores the unit
+    // A block of zeros distinguishes them: affine leaves out as it was, general stores the unit
     // matrix.
     const auto zero_block_with = [](int c, float value) {
         KXM4 m = {};
@@ -173,10 +173,10 @@ TEST_CASE("What counts as singular")
     check_inverse("rows that depend on each other",
                   matrix({1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0, 0, 0, 0, 1}), 1, untouched);
     const float q = 0x1p-24f;
-    check_inverse("a determinant that is next to nothing",
+    check_inverse("a determinant that is almost 0",
                   matrix({1, 1, 1 - 5 * q, 0, 1 - q, 1, 1, 0, 1 - 2 * q, 1 - q, 1, 0, 0, 0, 0, 1}),
                   1, untouched);
-    check_inverse("a negative term that leaves next to nothing of a positive one",
+    check_inverse("a negative term that almost cancels a positive one",
                   matrix({1.14809394f, 0, 0, 0, 0, 1, 1.2321099f, 0, 0, 1.10250688f, 1.35840964f, 0,
                           0, 0, 0, 1}),
                   1, untouched);

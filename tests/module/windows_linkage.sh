@@ -16,7 +16,7 @@ want_same() {
 
 case $check in
 exports)
-    # A decorated name has an underscore before it, or an @ and a number behind it.
+    # A decorated name starts with an underscore, or ends with an @ and a number.
     want_same "these exports and no others" "$(sort "$exports_file")" \
         "$(echo "$headers" | sed -n '/Ordinal\/Name Pointer/,/^$/s/^\t\[ *[0-9]*\] //p' | sort)"
     ;;

@@ -1,5 +1,5 @@
 """A C++ source as tokens, with what the mutations need to know about each: its brackets' partners and
-the function it stands in. Enough for sources that are formatted as this library's are."""
+the function around it. Enough for sources that are formatted as this library's are."""
 import re
 
 TOKEN = re.compile(r'''
@@ -31,7 +31,7 @@ class Source:
 
     def find_structure(self):
         """Brackets, those of templates among them, and the functions: a function is what a brace
-        opens behind a parameter list."""
+        opens after a parameter list."""
         function, head, stack = None, 0, []
         for i, token in enumerate(self.tokens):
             token.function = function

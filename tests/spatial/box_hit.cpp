@@ -110,7 +110,7 @@ TEST_CASE("KXLineIxBox")
           {-1, 0.25f, 0.5f});
     check("x settles, y and z not compared", unit, {{0.5f, -1, 0.5f}, {0.5f, 0.5f, -1}}, 1,
           {0.5f, -1, 0.5f});
-    check("straddles a face by next to nothing", unit,
+    check("straddles a face by almost nothing", unit,
           {{-4e-07f, 0.5f, 0.5f}, {4e-07f, 0.6f, 0.7f}}, 0, {-4e-07f, 0.5f, 0.5f});
     check("straddles the other face", unit, {{0.5f, 1.0000004f, 0.5f}, {0.6f, 0.9999996f, 0.7f}}, 0,
           {0.5f, 1.0000004f, 0.5f});
@@ -149,7 +149,7 @@ TEST_CASE("KXLineIxBox")
 
 TEST_CASE("KXLineIxBox: both ends beyond a face, on a line that isn't finite")
 {
-    // The point tells: such a line leaves it as it was, and any other gets its start.
+    // The point shows it: such a line leaves it as it was, any other stores its start.
     const float faces[2][3] = {{1, 10, 100}, {2, 20, 200}};
     const KXBox box = {{1, 10, 100}, {2, 20, 200}};
     for (std::size_t axis = 0; axis < 3; ++axis) {

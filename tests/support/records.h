@@ -86,7 +86,7 @@ public:
         return points;
     }
 
-    /** The matrix of an array of points is one, since it stands before the count. */
+    /** The matrix of an array of points is one, since it comes before the count. */
     template <typename Pointee>
     Pointee *record(std::size_t index, bool is_vertices)
     {

@@ -157,7 +157,7 @@ bool read_components(Case &c)
     const KXM4 m = affine(turned, c.random.uniform_vector(1000));
     Matrix3 unit = block(m);
     if (fabsq(unit.determinant()) < 2e-6) {
-        return false; // Too small for a mirror to be told.
+        return false; // Too small for a mirror to be detected.
     }
     c.given(m);
     const Quad side = unit.determinant() < 0 ? -1 : 1;

@@ -143,7 +143,7 @@ private:
         bool filled;
     };
 
-    /** An array with four words before and behind it. */
+    /** An array with four words before and after it. */
     template <typename Point>
     struct Array {
         std::vector<std::uint32_t> words;

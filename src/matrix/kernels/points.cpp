@@ -3,7 +3,7 @@
  * instruction set into a namespace of its own, which the build names in KX_INSTRUCTION_SET.
  *
  * Every product in this file is of two singles, and so exact in double: here, and nowhere else, a
- * multiplication may be fused with the addition behind it.
+ * multiplication may be fused with the addition after it.
  */
 #include "matrix/kernels.h"
 
