@@ -118,6 +118,13 @@ TEST_CASE("KXM4Inverse: every rounding of both methods, every exchange")
           {0.5f, -2.2f, -0.6f, 0x1p+30f, 6.4f, -8.9f, 3.6f, 1, -11.8f, 13.4f, -8.4f, 1, 0, 0, 0, 1},
           {166019280, -166019296, -83009648, -1.78261845e+17f, 70614536, -70614544, -35307272,
            -7.58217807e+16f, -120570568, 120570584, 60285292, 1.29461662e+17f, 0, 0, 0, 1});
+    check("affine: order of the translation's terms, in each row",
+          {0x1.6cccccp+2f, 0x1.8p+2f, 0x1.99999ap+2f, -0x1.f33334p+2f, -0x1.0cccccp+3f,
+           0x1.333334p+0f, 0x1.333334p+2f, -0x1.4cccccp+2f, -0x1.24cccap+5f, -0x1.0cccccp+3f,
+           0x1.9999ap+0f, 0x1.fffffcp-21f, 0, 0, 0, 1},
+          {685123.25f, -1027684.88f, 342561.656f, 9.14242904e-09f, -2631495.75f, 3947243.75f,
+           -1315748, 0.649999917f, 1856839.5f, -2785259.25f, 928419.812f, 4.59444678e-08f, 0, 0, 0,
+           1});
     check("affine: order of the translation's terms",
           {-6.8f, -1.7f, 6.6f, 0x1p+30f, 1, -4, 4, 1, -6.3f, -3.7f, 8.6f, 0x1p+30f, 0, 0, 0, 1},
           {-1908272.12f, -954135.875f, 1908271.88f, 269389600, -3290795.5f, -1645398.12f,
@@ -224,6 +231,22 @@ TEST_CASE("KXM4Inverse undoes a matrix")
         for (int k = 0; k < 16; ++k) {
             CHECK(std::fabs(both.m[k / 4][k % 4] - unit.m[k / 4][k % 4]) < 1e-6f);
         }
+    }
+}
+
+// 8192*8192 - 8193*8191 is 1, and in singles 0.
+TEST_CASE("Of the nine cofactors only the first is a difference of singles")
+{
+    for (int i = 0; i < 9; ++i) {
+        const int r = i / 3, c = i % 3, next_r = (r + 1) % 3, next_c = (c + 1) % 3;
+        KXM3 m = {}, inverse;
+        m.m[r][c] = m.m[next_r][next_c] = 8192;
+        m.m[r][next_c] = 8193;
+        m.m[next_r][c] = 8191;
+        m.m[(r + 2) % 3][(c + 2) % 3] = 1;
+        CHECK(KXM3Inverse(&m, &inverse) == 0);
+        const bool is_first = r == 1 && c == 1;
+        CHECK(inverse.m[(c + 2) % 3][(r + 2) % 3] == (is_first ? 0.0f : 1.0f));
     }
 }
 

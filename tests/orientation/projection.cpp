@@ -26,6 +26,12 @@ TEST_CASE("KXM4Projection1")
           {{{1, 0, 0, 1}, {0, 2, 0, 4}, {0, 0, 1, 3}, {0, 0, 0, 1}}});
     check("scaled before it is shifted, slope single", {-3, -2, -3, 0, 0, 0}, 6, -2, -3,
           {{{1, 0, -0.333333343f, 2.98023224e-08f}, {0, -3, 0, 6}, {0, 0, 1, -3}, {0, 0, 0, 1}}});
+    check("a turned view: whole rows are scaled and sheared", {1, 2, 3, 0.1f, 0.2f, 0.3f}, 10, 0.5f,
+          2,
+          {{{0.934110641f, -0.263072282f, 0.246435329f, 0.649999976f},
+            {0.588087678f, 1.9011277f, -0.199666843f, 4},
+            {-0.160881355f, 0.152184173f, 0.975170374f, 3},
+            {0, 0, 0, 1}}});
     check("a y scale eight steps above 1", still, 10, 0, steps8, view(1, 0, 0));
     check("the ninth step", still, 10, 0, steps9, view(steps9, 0, 0));
     check("a y scale of 0", at_1_2_3, 10, 0, 0,

@@ -13,6 +13,13 @@ TEST_CASE("KXGenerateQuat")
     };
     check("sine and axis single", -0.125f, {-4, -6, 3},
           {0.0319883861f, 0.0479825735f, -0.0239912868f, 0.998047531f});
+    check("more than half a turn: w is negative", 4, {0, 1, 0},
+          {0, 0.909297407f, 0, -0.416146845f});
+    check("more than a whole turn: the other sign", 10, {0, 1, 0},
+          {-0.0f, -0.958924294f, -0.0f, 0.2836622f});
+    check("no angle leaves the axis its signs", 0, {-1, 2, -2}, {-0.0f, 0, -0.0f, 1});
+    check("no axis leaves w", 1, {0, 0, 0}, {0, 0, 0, 0.87758255f});
+    check("all singles", 2, {1, -2, 3}, {0.224892572f, -0.449785143f, 0.67467773f, 0.540302277f});
     check("too short to be made unit", 1, {0, -tolerance, 0},
           {0, -0x1.0163bep-21f, 0, 0.87758255f});
     // The sense of rotation is that of the matrices.
@@ -42,6 +49,13 @@ TEST_CASE("KXQuatToMatrix")
                 {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0},
                 {0, 0, 0, 1}}});
 
+    const KXQuat unit = {0.224892572f, -0.449785143f, 0.67467773f, 0.540302277f};
+    KXQuatToMatrix(&unit, &out.record);
+    out.check("a unit quaternion is divided by its squares as well",
+              {{{-0.314993501f, -0.931366563f, -0.182579875f, 0},
+                {0.526753187f, -0.0115334829f, -0.849940002f, 0},
+                {0.789499938f, -0.363900125f, 0.49423328f, 0},
+                {0, 0, 0, 1}}});
     KXQuatToMatrix(&in_order, &ordered.record);
     ordered.check("squares from left to right",
                   {{{0x1.25943ep-28f, 0x1.437e6ep-2f, -0x1.e5c79cp-1f, 0},
@@ -70,6 +84,12 @@ TEST_CASE("KXMatrixToQuat")
             {6, -0.142857149f, 1, 0},
             {0, 0, 0, 1}}},
           {-0.188982233f, -3.30718923f, 0.236227795f, 0.755928934f});
+    check("a rotation: what is read is not made unit",
+          {{{-0.314993501f, -0.931366563f, -0.182579875f, 0},
+            {0.526753187f, -0.0115334829f, -0.849940002f, 0},
+            {0.789499938f, -0.363900125f, 0.49423328f, 0},
+            {0, 0, 0, 1}}},
+          {0.224892557f, -0.449785143f, 0.67467773f, 0.540302277f});
     check("m22 the largest",
           {{{-6, -0.571428597f, -1.14285719f, 0},
             {7, 0.142857149f, 9, 0},

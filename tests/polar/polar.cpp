@@ -63,6 +63,8 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
         ea.check(label, {bits_as<float>(marker), rea.y, rea.z});
     };
     check("3 4 5", {3, 4, 0}, {5, 0.92729522f, half_pi});
+    check("near the zenith: neither an arcsine nor an arctangent in single", {0.9f, 89.1f, 0.8f},
+          {89.1081314f, 1.55728543f, 0.844153941f});
     check("straight up", {0, 1, 0}, {1, half_pi, 0});
     check("straight down", {0, -1, 0}, {1, -half_pi, 0});
     check("behind", {0, 0, -1}, {1, 0, pi});
@@ -110,6 +112,8 @@ TEST_CASE("KXREAToPoint and KXEAToVector")
     unit.check("a vector", general);
     KXEAToVector(0, half_pi, &unit.record);
     unit.check("small cosines stay", {1, 0, -4.37113883e-08f});
+    KXEAToVector(-0.5f, 0.7f, &unit.record);
+    unit.check("not made unit", {0.565354228f, -0.47942555f, 0.671212196f});
 }
 
 TEST_CASE("KXREAToPoint and KXEAToVector go there, KXPointsToREA and KXVectorToEA back")

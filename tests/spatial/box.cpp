@@ -29,6 +29,8 @@ TEST_CASE("KXTransformBox")
     };
     check("a negative element swaps the ends; the fourth row plays no part", {{1, 2, 3}, {4, 5, 6}},
           mirrored, {{12, 15, 31.5f}, {18, 18, 33}});
+    check("an identity adds its zeros", {{-0.0f, -0.0f, -0.0f}, {1, 1, 1}},
+          {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, {{0, 0, 0}, {1, 1, 1}});
     check("one point", {{1, 2, 3}, {1, 2, 3}}, mirrored, {{12, 18, 31.5f}, {12, 18, 31.5f}});
     const KXBox along_x = {{2, 0, 0}, {1, 1, 1}};
     check("inverted along x", along_x, mirrored, along_x);

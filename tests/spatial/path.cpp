@@ -13,6 +13,8 @@ TEST_CASE("KXTransformLine")
         return [&m](const KXLine *in, KXLine *out) { KXTransformLine(in, &m, out); };
     };
     check_in_out("scaled and moved", line, {{12, 26, 42}, {18, 35, 54}}, by(scaled));
+    check_in_out<KXLine>("an identity adds its zeros", {{-0.0f, 1, 2}, {3, 4, -0.0f}},
+                         {{0, 1, 2}, {3, 4, 0}}, by(unit));
     check_in_out("the fourth row plays no part", line, {{6, 8, 10}, {9, 11, 13}}, by(perspective));
 }
 
@@ -26,6 +28,8 @@ TEST_CASE("KXTransformRay")
     check("the direction becomes unit", scaled, {{1, 2, 3}, {0, 3, 4}},
           {{12, 26, 42}, {0, 0.49026123f, 0.87157553f}});
     check("under the unit matrix too", unit, {{1, 2, 3}, {3, 0, 4}}, {{1, 2, 3}, {0.6f, 0, 0.8f}});
+    check("and next to unit length", unit, {{-0.0f, 0, 0}, {1.0000005f, 0, 0}},
+          {{0, 0, 0}, {1, 0, 0}});
     check("the translation turns no direction", perspective, {{1, 2, 3}, {0, 2, 0}},
           {{6, 8, 10}, {0, 1, 0}});
     check("no direction", scaled, {{0, 0, 0}, {0, -0.0f, 0}}, {{10, 20, 30}, {0, 0, 0}});

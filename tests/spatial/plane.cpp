@@ -61,6 +61,7 @@ TEST_CASE("KXRotateInPlane")
     check("about X, +Y towards +Z", {0, 1, 0}, {1, 0, 0}, quarter, {0, -4.37113883e-08f, 1});
     check("about Y, +Z towards +X", {0, 0, 1}, {0, 1, 0}, quarter, {1, 0, -4.37113883e-08f});
     check("no angle", {1, 2, 3}, {0.6f, 0, 0.8f}, 0, {1, 2, 3});
+    check("no angle, about an axis far from unit length", {1, 2, 3}, {1e10f, 0, 0}, 0, {0, 2, 3});
     check("no axis: times the cosine", {1, 2, -4}, {0, 0, 0}, 1,
           {0.540302277f, 1.08060455f, -2.16120911f});
     check("each single, and each that is not", {-6, -3, 4}, {0.4f, 0.4f, -0.8f}, 2.5f,
