@@ -72,6 +72,9 @@ TEST_CASE("KXTransformBox")
     Guarded<KXBox> out;
     KXTransformBox(&along_x, nullptr, &out.record);
     out.check("no matrix", along_x);
+    const KXBox unknown = {{0, 0, 0}, {not_a_number, 1, 1}};
+    KXTransformBox(&unknown, &mirrored, &out.record);
+    CHECK(out.record.minimum.y != out.record.minimum.y); // a NaN is not inverted, and spreads
 }
 
 TEST_CASE("KXPutPointInBox")
@@ -97,6 +100,8 @@ TEST_CASE("KXPutPointInBox")
     check("a zero of the other sign moves nothing", {-0.0f, 0, 0}, unit, unit, 0);
     check("the first point of an empty box", {1, 2, 3},
           {{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}}, {{1, 2, 3}, {1, 2, 3}}, 1);
+    check("an inverted box: each corner by itself", {0, 0, 0}, {{9, -9, 9}, {-9, 9, -9}},
+          {{0, -9, 0}, {0, 9, 0}}, 1);
     check("a NaN moves nothing", {not_a_number, 2, not_a_number}, unit, {{0, 0, 0}, {1, 2, 1}}, 1);
 }
 
@@ -114,6 +119,9 @@ TEST_CASE("KXCombineBoxes")
     };
     check("union", one, other, {{-1, 1, 1}, {4, 4, 6}});
     check("an inverted box takes part with its numbers", one, inverted, {{0, -9, 2}, {3, 9, 5}});
+    check("so does the box itself", inverted, one, {{0, -9, 2}, {3, 9, 5}});
+    check("a NaN or a zero of the other sign moves nothing", one,
+          {{-0.0f, not_a_number, 2}, {not_a_number, 4, 5}}, one);
     Guarded<KXBox> same;
     same.record = one;
     KXCombineBoxes(&same.record, &same.record);
@@ -133,8 +141,11 @@ TEST_CASE("KXBoxMidPoint and KXBoxDiagonal")
     };
     check("ordinary", {{0, 1, 2}, {3, 5, 9}}, {1.5f, 3, 5.5f}, {3, 4, 7});
     check("inverted", {{3, 5, 9}, {0, 1, 2}}, {1.5f, 3, 5.5f}, {-3, -4, -7});
-    check("a sum that overflows a single", {{0x1p127f, 0, 0}, {0x1p127f, 0, 0}}, {0x1p127f, 0, 0},
-          {0, 0, 0});
+    check("sums that overflow a single",
+          {{0x1p127f, 0x1p127f, 0x1p127f}, {0x1p127f, 0x1p127f, 0x1p127f}},
+          {0x1p127f, 0x1p127f, 0x1p127f}, {0, 0, 0});
+    check("halves that no single holds; -0", {{0x1p-149f, -0.0f, 0}, {0x3p-149f, -0.0f, 0}},
+          {0x1p-148f, -0.0f, 0}, {0x1p-148f, 0, 0});
 }
 
 TEST_CASE("KXIsValidBox")

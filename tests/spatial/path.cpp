@@ -15,6 +15,8 @@ TEST_CASE("KXTransformLine")
     check_in_out("scaled and moved", line, {{12, 26, 42}, {18, 35, 54}}, by(scaled));
     check_in_out<KXLine>("an identity adds its zeros", {{-0.0f, 1, 2}, {3, 4, -0.0f}},
                          {{0, 1, 2}, {3, 4, 0}}, by(unit));
+    const KXLine far = {{0x1p30f, 1, 2}, {1, 0x1p30f, 3}};
+    check_in_out("the end by itself, not by the step to it", far, far, by(unit));
     check_in_out("the fourth row plays no part", line, {{6, 8, 10}, {9, 11, 13}}, by(perspective));
 }
 
@@ -30,6 +32,10 @@ TEST_CASE("KXTransformRay")
     check("under the unit matrix too", unit, {{1, 2, 3}, {3, 0, 4}}, {{1, 2, 3}, {0.6f, 0, 0.8f}});
     check("and next to unit length", unit, {{-0.0f, 0, 0}, {1.0000005f, 0, 0}},
           {{0, 0, 0}, {1, 0, 0}});
+    check("the direction is single before it becomes unit",
+          {{{1.5f, -0.7f, -0.5f, 0}, {-0.8f, -0.6f, 0.4f, 0}, {-0.8f, -1.3f, 1, 0}, {0, 0, 0, 1}}},
+          {{0, 0, 0}, {0.7f, 0.4f, 0.4f}},
+          {{0, 0, 0}, {0.521009862f, -0.584993482f, -0.621555626f}});
     check("the translation turns no direction", perspective, {{1, 2, 3}, {0, 2, 0}},
           {{6, 8, 10}, {0, 1, 0}});
     check("no direction", scaled, {{0, 0, 0}, {0, -0.0f, 0}}, {{10, 20, 30}, {0, 0, 0}});
