@@ -5,14 +5,12 @@
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
 #include "orientation/sine_cosine.h"
+#include "outcomes.h"
 
 using namespace kx;
 
 namespace
 {
-
-constexpr int32_t done = 0;
-constexpr int32_t singular = 1;
 
 bool is_small(float value)
 {

@@ -10,6 +10,7 @@ namespace kx
 {
 
 typedef __m256d Double4;
+constexpr bool four_fit_a_register = true;
 
 KX_INLINE Double4 lanes(double a, double b, double c, double d)
 {

@@ -10,6 +10,7 @@ namespace kx
 struct Double4 {
     Double2 low, high;
 };
+constexpr bool four_fit_a_register = false;
 
 KX_INLINE Double4 lanes(double a, double b, double c, double d)
 {

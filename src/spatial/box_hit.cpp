@@ -1,17 +1,19 @@
 /*
- * Lines and rays against boxes. Both clip the path's parameter against the box's three slabs, the
- * space between two opposite faces, x first; they differ in what comes before and after.
+ * Lines and rays against boxes, by the slab method: the path's parameter is clipped against the
+ * three slabs, the spaces between two opposite faces, x first. Lines and rays differ in what comes
+ * before and after.
  *
- * Whether a path meets a box is a coin's toss to the processor, and a branch guessed wrongly costs
- * more than a slab. So a path that is finite and still on no axis is clipped against all three
- * slabs before its outcome is looked at, and the outcome picks the point without a branch. Nothing
- * it computes can be invalid, so neither the bits nor the exception flags can tell. All other paths
- * go slab by slab: there a slab that rejects keeps those behind it from being looked at.
+ * Whether a path meets a box is unpredictable, and a mispredicted branch costs more than a slab. So
+ * a path that is finite and still on no axis is clipped against all three slabs before its outcome
+ * is looked at, and the outcome picks the point without a branch. Nothing it computes can be
+ * invalid, so bits and exception flags are the same. All other paths go slab by slab: there a slab
+ * that rejects keeps those after it from being looked at.
  */
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
-#include "spatial/inverted.h"
+#include "outcomes.h"
+#include "spatial/box.h"
 
 #include <string.h>
 
@@ -19,9 +21,6 @@ using namespace kx;
 
 namespace
 {
-
-constexpr int32_t contact = 1;
-constexpr int32_t miss = 0;
 
 bool is_finite(const KXP3 &p)
 {
@@ -107,8 +106,8 @@ struct Interval {
         far = lower(z.leave(), lower(y.leave(), lower(x.leave(), far)));
     }
     /**
-     * Whether anything in front of the start is left: far at or above both near and 0. Further
-     * slabs never make it true again. A slab behind the start puts far below 0.
+     * Whether anything ahead of the start is left: far at or above both near and 0. Further slabs
+     * never make it true again. A slab that the path has left before its start puts far below 0.
      */
     bool is_met() const
     {
@@ -116,7 +115,7 @@ struct Interval {
     }
 };
 
-/** How a path fares that goes slab by slab. */
+/** The result of clipping slab by slab. */
 struct Clip {
     enum Outcome { missed, settled, open } outcome; /**< Settled: in contact, with its start. */
     Interval inside;
@@ -177,16 +176,26 @@ int beyond(double start, double end, double lo, double hi)
     return ((start < lo) & (end < lo)) | ((start > hi) & (end > hi));
 }
 
-/** The same on any axis, for lines that are not finite: compares no end without need. */
-bool beyond_in_order(const Xyz &s, const Xyz &e, const Xyz &lo, const Xyz &hi)
+/** The same of any face. A line that is not finite has no end compared without need. */
+bool is_beyond(bool finite, const Xyz &s, const Xyz &e, const Xyz &lo, const Xyz &hi)
 {
+    if (finite) {
+        return beyond(s.x, e.x, lo.x, hi.x) + beyond(s.y, e.y, lo.y, hi.y) +
+                   beyond(s.z, e.z, lo.z, hi.z) !=
+               0;
+    }
     return (s.x < lo.x && e.x < lo.x) || (s.y < lo.y && e.y < lo.y) || (s.z < lo.z && e.z < lo.z) ||
            (s.x > hi.x && e.x > hi.x) || (s.y > hi.y && e.y > hi.y) || (s.z > hi.z && e.z > hi.z);
 }
 
-int within(double start, double lo, double hi)
+int within(double value, double lo, double hi)
 {
-    return (start >= lo) & (start <= hi);
+    return (value >= lo) & (value <= hi);
+}
+
+bool is_inside(const Xyz &p, const Xyz &lo, const Xyz &hi)
+{
+    return within(p.x, lo.x, hi.x) + within(p.y, lo.y, hi.y) + within(p.z, lo.z, hi.z) == 3;
 }
 
 } // namespace
@@ -195,20 +204,16 @@ int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
 {
     const Xyz s = widen(line->start), e = widen(line->end);
     const Xyz lo = widen(box->minimum), hi = widen(box->maximum);
-    if (is_inverted(lo, hi)) {
-        return miss;
-    }
     const bool finite = is_finite(line->start) && is_finite(line->end);
-    if (finite ? beyond(s.x, e.x, lo.x, hi.x) + beyond(s.y, e.y, lo.y, hi.y) +
-                         beyond(s.z, e.z, lo.z, hi.z) !=
-                     0
-               : beyond_in_order(s, e, lo, hi)) {
+    if (is_inverted(lo, hi) || is_beyond(finite, s, e, lo, hi)) {
         return miss;
     }
-    if (within(s.x, lo.x, hi.x) + within(s.y, lo.y, hi.y) + within(s.z, lo.z, hi.z) == 3) {
+    if (is_inside(s, lo, hi)) {
         store(point, line->start);
-        return contact;
+        return hit;
     }
+
+    // Clipping: the parameters at which start + t*delta is inside the box.
     const KXV3 delta = narrow(Xyz{e.x - s.x, e.y - s.y, e.z - s.z});
     const Xyz d = widen(delta);
     const Axis x = {s.x, d.x, lo.x, hi.x}, y = {s.y, d.y, lo.y, hi.y}, z = {s.z, d.z, lo.z, hi.z};
@@ -219,14 +224,16 @@ int32_t KXLineIxBox(const KXLine *line, const KXBox *box, KXP3 *point)
         store(point, line->start);
         const Clip clip = clip_in_order(line->start, delta, *box);
         if (clip.outcome != Clip::open) {
-            return clip.outcome == Clip::settled ? contact : miss;
+            return clip.outcome == Clip::settled ? hit : miss;
         }
         inside = clip.inside;
     }
+
+    // Contact, where the line enters.
     const double last = inside.far < 1.0 ? inside.far : 1.0;
     const bool met = (inside.near >= 0.0) & (inside.near <= last);
     store_reached(point, line->start, x, y, z, met ? inside.near : 0.0, met);
-    return met ? contact : miss;
+    return met ? hit : miss;
 }
 
 int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point)
@@ -236,6 +243,8 @@ int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point)
     if (is_inverted(lo, hi)) {
         return miss;
     }
+
+    // Clipping: the parameters at which origin + t*direction is inside the box.
     const Axis x = {o.x, d.x, lo.x, hi.x}, y = {o.y, d.y, lo.y, hi.y}, z = {o.z, d.z, lo.z, hi.z};
     Interval inside;
     if (is_finite(ray->origin) && moves_on_each_axis(ray->direction)) {
@@ -244,13 +253,14 @@ int32_t KXRayIxBox(const KXRay *ray, const KXBox *box, KXP3 *point)
         store(point, ray->origin);
         const Clip clip = clip_in_order(ray->origin, ray->direction, *box);
         if (clip.outcome != Clip::open) {
-            return clip.outcome == Clip::settled ? contact : miss;
+            return clip.outcome == Clip::settled ? hit : miss;
         }
         inside = clip.inside;
     }
+
+    // Contact, where the ray enters; from inside the box, where it leaves.
     const bool met = inside.is_met();
-    // From inside the box the contact is the way out.
     const double t = inside.near < 0.0 ? inside.far : inside.near;
     store_reached(point, ray->origin, x, y, z, met ? t : 0.0, met);
-    return met ? contact : miss;
+    return met ? hit : miss;
 }

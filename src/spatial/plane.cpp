@@ -2,6 +2,7 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
+#include "outcomes.h"
 
 using namespace kx;
 
@@ -35,9 +36,6 @@ KXPlane plane_through(const Xyz &point, const Xyz &normal)
 
 int32_t KXPlaneEquation(const KXP3 *first, const KXP3 *second, const KXP3 *third, KXPlane *out)
 {
-    constexpr int32_t done = 0;
-    constexpr int32_t no_plane = 1;
-
     const Xyz through = widen(*second);
     const Xyz A = rounded_difference(through, widen(*first));
     const Xyz B = rounded_difference(widen(*third), through);

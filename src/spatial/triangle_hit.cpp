@@ -2,16 +2,17 @@
  * Lines and rays against a triangle of the host's mesh. The first half finds where the path crosses
  * the triangle's plane; the second, which both share, works in the plane.
  *
- * What chance decides is decided without a branch where that can be done: from which side a path
- * comes, which axis is dropped, on which side of the rectangle the point lies. A branch guessed
- * wrongly costs more than the arithmetic behind it. The divisions stay behind their guards, and so
- * does all that follows the rectangle, which most paths miss: to do it for every path, with the
+ * What is unpredictable is decided without a branch where that can be done: from which side a path
+ * comes, which axis is dropped, on which side of the rectangle the point lies. A mispredicted
+ * branch costs more than the arithmetic that it skips. The divisions stay after their guards, and
+ * so does all that follows the rectangle, which most paths miss: to do it for every path, with the
  * operands of a division made harmless where it is guarded, is slower for hits and misses alike,
  * and quicker only where as many hit as miss.
  */
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
+#include "outcomes.h"
 #include "simd/two.h"
 
 #include <stddef.h>
@@ -21,9 +22,6 @@ using namespace kx;
 namespace
 {
 
-constexpr int32_t hit = 1;
-constexpr int32_t miss = 0;
-
 bool too_small(double value)
 {
     return magnitude(value) < tolerance;
@@ -31,7 +29,7 @@ bool too_small(double value)
 
 /**
  * Which two coordinates are left when the one along which the plane's normal is largest is dropped,
- * as indices: to pick them by a branch would be to guess. On a tie x is dropped before y, and y
+ * as indices, since a branch would be unpredictable. On a tie x is dropped before y, and y
  * before z.
  */
 struct Projection {
@@ -61,14 +59,21 @@ bool out_of_range(double beta)
     return (beta < 0.0) | (beta > 1.0);
 }
 
-int32_t verdict(double alpha, double beta)
+/** Whether a point with these barycentric coordinates lies in the triangle; beta is in range. */
+int32_t outcome(double alpha, double beta)
 {
     return ((alpha < 0.0) | (alpha + beta > 1.0)) ? miss : hit;
 }
 
 /**
- * Whether a point of the plane lies in the triangle. With k0, k1, k2 the corners, alpha and beta
- * are its coordinates in h = k0 + alpha*(k1 - k0) + beta*(k2 - k0). Beta is single, alpha is not.
+ * Whether a point of the plane lies in the triangle with the corners k0, k1, k2: by its barycentric
+ * coordinates alpha, of k1, and beta, of k2. In each of the two coordinates that are left, with h
+ * the point, e = k1 and f = k2, all less k0:
+ *
+ *     hp = alpha*ep + beta*fp
+ *     hq = alpha*eq + beta*fq
+ *
+ * Beta is single, alpha is not.
  */
 inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
                                  const KXP3 *vertices)
@@ -78,21 +83,24 @@ inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
     const Float2 k0 = project(vertices[triangle.corner[0].vertex]);
     const Float2 k1 = project(vertices[triangle.corner[1].vertex]);
     const Float2 k2 = project(vertices[triangle.corner[2].vertex]);
-    // Of all corners before anything is compared with them, so that a NaN among them raises its
-    // flag.
+
+    // The rectangle around the triangle: of all corners before anything is compared with it, so
+    // that a NaN among them raises its flag.
     const Float2 lowest = min(min(k0, k1), k2);
     const Float2 highest = max(max(k0, k1), k2);
     if (any_outside(at, lowest, highest)) {
         return miss;
     }
 
+    // In each pair p, then q.
     const Double2 h = widen(subtract(at, k0));
     const Double2 e = widen(subtract(k1, k0));
     const Double2 f = widen(subtract(k2, k0));
     const double ep = low(e);
     if (ep == 0.0) {
-        // The first edge runs along q alone, so p gives beta by itself. The tolerance looks at two
-        // lengths here, and at an area below.
+        // The first edge runs along q alone:
+        //     beta = hp / fp,  alpha = (hq - beta*fq) / eq
+        // The tolerance is for two lengths here, and for an area below.
         const double eq = high(e), fp = low(f);
         if (too_small(fp)) {
             return miss;
@@ -101,9 +109,11 @@ inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
         if (too_small(eq) || out_of_range(beta)) {
             return miss;
         }
-        return verdict((high(h) - beta * high(f)) / eq, beta);
+        return outcome((high(h) - beta * high(f)) / eq, beta);
     }
-    // fq*ep - eq*fp and hq*ep - eq*hp, side by side.
+
+    //     beta = (hq*ep - eq*hp) / (fq*ep - eq*fp),  alpha = (hp - beta*fp) / ep
+    // Side by side are fq*ep and fp*eq, and hq*ep and hp*eq; then divisor and dividend.
     const Double2 f_terms = swap_lanes(f) * e, h_terms = swap_lanes(h) * e;
     const Double2 areas = unpack_low(f_terms, h_terms) - unpack_high(f_terms, h_terms);
     const double den = low(areas);
@@ -114,7 +124,7 @@ inline int32_t point_in_triangle(const KXP3 &point, const KXTriangle &triangle,
     if (out_of_range(beta)) {
         return miss;
     }
-    return verdict((low(h) - beta * low(f)) / ep, beta);
+    return outcome((low(h) - beta * low(f)) / ep, beta);
 }
 
 /** A start and a step from it; x and y, which take the same way, side by side. */
@@ -124,13 +134,14 @@ struct Path {
 };
 
 /**
- * Whether a path crosses a plane in front of its start, and if so, after how many steps. A NaN
+ * Whether a path crosses a plane ahead of its start, and if so, after how many steps. A NaN
  * never crosses, so that what follows has a plane without NaN.
  */
 inline bool crosses(const KXPlane &plane, const Path &path, double *steps)
 {
     const Double2 ab = load2(&plane.a), cd = load2(&plane.c);
     const double c = low(cd), d = high(cd);
+    // a*x + b*y + c*z of the step, and then of the start, with + d
     const Double2 towards = ab * path.step_xy;
     const double denom = round_to_single(low(towards) + high(towards) + c * path.step_z);
     if (!(magnitude(denom) >= tolerance)) {

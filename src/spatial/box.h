@@ -1,6 +1,6 @@
 /* The first test of every function for boxes. */
-#ifndef KX_SPATIAL_INVERTED_H
-#define KX_SPATIAL_INVERTED_H
+#ifndef KX_SPATIAL_BOX_H
+#define KX_SPATIAL_BOX_H
 
 #include "numeric.h"
 
