@@ -87,7 +87,7 @@ namespace KX_INSTRUCTION_SET
 
 void transform_box(const KXBox *box, const KXM4 *matrix, KXBox *out)
 {
-    if constexpr (four_fit_a_register) {
+    if (four_fit_a_register) {
         transform_together(box->minimum, box->maximum, *matrix, out);
     } else {
         transform_in_pairs(box->minimum, box->maximum, *matrix, out);
