@@ -78,16 +78,16 @@ struct SineCosine {
 static inline SineCosine sine_cosine(double angle)
 {
     const uint64_t size = bits_of(magnitude(angle));
-    // Zeros, of which the C library keeps the sign, less 1 are above all others.
+    // Zeros, whose sign the C library keeps, are above all others once 1 is subtracted.
     if (size - 1U < bits_of(0x1p22)) {
-        // The sine and the cosine side by side.
+        // The sine and the cosine next to each other.
         Double2 quarters;
         const Double2 r = reduce(splat2(angle), splat2, &quarters), t = r * r;
         const Double2 r_and_t = low_and_high(r, t);
         const Double2 sc =
             polynomial(t, [](int i) { return lanes(sine_terms[i], cosine_terms[i]); });
         Double2 sines = r_and_t * lanes(1.0, -0.5) + lanes(0.0, 1.0) + r_and_t * t * sc;
-        // A cosine is the sine of an angle that is larger by a quarter turn, whose cosine is -sine.
+        // A cosine is the sine of the angle plus a quarter turn, whose cosine is -sine.
         Double2 cosines = negate_high(swap_lanes(sines));
         add_quarter_turns(quarters, &sines, &cosines);
         if (!any_above(eighth_turn, r)) {

@@ -5,9 +5,9 @@
  *
  * Whether a path meets a box is unpredictable, and a mispredicted branch costs more than a slab. So
  * a path that is finite and still on no axis is clipped against all three slabs before its outcome
- * is looked at, and the outcome picks the point without a branch. Nothing it computes can be
+ * is tested, and the outcome selects the point without a branch. Nothing it computes can be
  * invalid, so bits and exception flags are the same. All other paths go slab by slab: there a slab
- * that rejects keeps those after it from being looked at.
+ * that rejects keeps those after it from being tested.
  */
 #include "kxmaths5/spatial.h"
 
@@ -39,7 +39,7 @@ bool moves_on_each_axis(const KXV3 &step)
     return moves(step.x) && moves(step.y) && moves(step.z);
 }
 
-/** One axis of the job. */
+/** One axis of the test. */
 struct Axis {
     double start, step;
     double lo, hi;
@@ -48,7 +48,7 @@ struct Axis {
     {
         return start < lo || start > hi;
     }
-    /** The path moves too little here to tell when it meets the slab: the start alone decides. */
+    /** The path moves too little on this axis: only its start decides. */
     bool is_still() const
     {
         return magnitude(step) < tolerance;
@@ -98,7 +98,7 @@ struct Interval {
     }
     /**
      * All three, in that order. Compilers make this six minimums and maximums; two choices by the
-     * same comparison side by side become a branch.
+     * same comparison next to each other become a branch.
      */
     void narrow(const Crossing &x, const Crossing &y, const Crossing &z)
     {
@@ -170,7 +170,7 @@ void store_reached(KXP3 *point, const KXP3 &start, const Axis &x, const Axis &y,
     *point = {choice(met, at.x, start.x), choice(met, at.y, start.y), choice(met, at.z, start.z)};
 }
 
-/** Both ends beyond one and the same face. */
+/** Both ends beyond the same face. */
 int beyond(double start, double end, double lo, double hi)
 {
     return ((start < lo) & (end < lo)) | ((start > hi) & (end > hi));

@@ -68,7 +68,7 @@ int32_t outcome(double alpha, double beta)
 /**
  * Whether a point of the plane lies in the triangle with the corners k0, k1, k2: by its barycentric
  * coordinates alpha, of k1, and beta, of k2. In each of the two coordinates that are left, with h
- * the point, e = k1 and f = k2, all less k0:
+ * the point, e = k1 and f = k2, all minus k0:
  *
  *     hp = alpha*ep + beta*fp
  *     hq = alpha*eq + beta*fq

@@ -1,4 +1,4 @@
-/* From three angles to the block of a matrix and that of its inverse. */
+/* The 3x3 block of a rotation from three angles, and that of its inverse. */
 #include "orientation/kernels.h"
 
 #include "orientation/sine_cosine.h"
@@ -14,7 +14,7 @@ struct Rotations {
     const double *sine, *minus_sine, *cosine;
 };
 
-/** Sines and cosines of the three angles, as singles. The fourth lanes are of no use. */
+/** Sines and cosines of the three angles, as singles. The fourth lanes are unused. */
 KX_INLINE void sines_and_cosines(float x, float y, float z, Double4 *sine, Double4 *cosine)
 {
     const Double4 xyz = lanes(widen(x), widen(y), widen(z), 0.0);
@@ -40,8 +40,7 @@ KX_INLINE Double4 sum_of_products(Double4 a0, Double4 b0, Double4 a1, Double4 b1
 }
 
 /**
- * Of the rotation about an axis, the element that is in that row and not on the diagonal: the sine
- * or its negative.
+ * The element of a rotation that is in this row and not on the diagonal: the sine or its negative.
  */
 template <int Axis, int Row>
 double off_diagonal(const Rotations &about)
@@ -59,8 +58,8 @@ double off_diagonal(const Rotations &about)
  *     r      0  rm  rr      r      rl   0  rr      r       0   0   1
  *
  * A vector is a row. Each row of a product is a sum of three: the rows of the second factor, each
- * times an element of the first. Products by 0 decide the sign of a sum that is 0, and that alone;
- * for that their order does not matter, nor whether one of several that are alike is left out.
+ * times an element of the first. Products with 0 decide only the sign of a sum that is 0; neither
+ * their order matters, nor how many equal ones there are.
  */
 template <int Left, int Middle, int Right>
 KX_INLINE void write_block(const Rotations &about, KXM4 *out)
@@ -99,7 +98,9 @@ KX_INLINE void write_block(const Rotations &about, KXM4 *out)
     store(out->m[Right], narrow(sum_of_products(left_rm, inner_m, left_rr, inner_r) + zeros_l));
 }
 
-/** Those that are wanted. An inverse turns backwards, about the axes in the opposite order. */
+/**
+ * Writes the outputs that are wanted. An inverse rotates by the negative angles in reverse order.
+ */
 template <int Left, int Middle, int Right>
 KX_INLINE void write_blocks(const Rotations &about, KXM4 *matrix, KXM4 *inverse)
 {
@@ -123,11 +124,11 @@ void orientation(KXM4 *matrix, KXM4 *inverse, float x, float y, float z, KXRotat
     Double4 sine, cosine;
     sines_and_cosines(x, y, z, &sine, &cosine);
     // Exact zeros for what would be zero but for rounding, such as the cosine of a quarter turn.
-    // The bound is the double 1e-07, below the single of that name. A NaN is not at or above it, so
-    // that an infinite angle gives a finite matrix.
+    // The bound is the double 1e-07, below the single 1e-07. A NaN is not at or above it, so an
+    // infinite angle gives a finite matrix.
     sine = flush_below(1e-07, sine);
     cosine = flush_below(1e-07, cosine);
-    // In memory, from where a load brings an element into all lanes.
+    // In memory, since a load can broadcast an element to all lanes.
     double sines[4], minus_sines[4], cosines[4];
     store(sines, sine);
     store(minus_sines, negate(sine));

@@ -9,8 +9,8 @@ namespace
 {
 
 /**
- * What elements of the matrix add to the coordinates of the box: of their products with its two
- * ends the lower to the lowest, the other to the highest. Only that with the maximum is single.
+ * What a matrix element adds to the lowest and the highest coordinates: the lower and the higher of
+ * its products with both ends of the box. Only the product with the maximum is single.
  */
 template <typename Doubles, typename Floats>
 KX_INLINE void multiply(Floats elements, Doubles minimum, Floats maximum, Doubles *lower,
@@ -29,7 +29,7 @@ KX_INLINE auto sum(Doubles translation, Doubles x, Doubles y, Doubles z)
     return narrow(round_to_single(round_to_single(translation + x) + y) + z);
 }
 
-/** All three coordinates side by side. */
+/** All three coordinates next to each other. */
 KX_INLINE void transform_together(const KXP3 &minimum, const KXP3 &maximum, const KXM4 &m,
                                   KXBox *out)
 {
@@ -47,7 +47,7 @@ KX_INLINE void transform_together(const KXP3 &minimum, const KXP3 &maximum, cons
     store3(&out->maximum.x, highest);
 }
 
-/** X and Y side by side, and then the lowest and the highest Z: no lane is of no use. */
+/** X and Y next to each other, and then the lowest and the highest Z: no lane is unused. */
 KX_INLINE void transform_in_pairs(const KXP3 &minimum, const KXP3 &maximum, const KXM4 &m,
                                   KXBox *out)
 {
