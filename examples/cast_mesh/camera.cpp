@@ -2,6 +2,7 @@
 
 #include "failure.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace example
@@ -11,8 +12,8 @@ namespace
 {
 
 /**
- * How the world is turned before an eye that looks along +Z: about Y until the eye's azimuth lies
- * behind, then about X by its elevation. That is RX*RY; the viewing matrix wants RY*RX*RZ.
+ * How the world is turned before an eye that looks along +Z: about Y until the eye's azimuth is
+ * at its back, then about X by its elevation. That is RX*RY; the viewing matrix wants RY*RX*RZ.
  */
 KXPosition turned_before(float azimuth, float elevation)
 {
@@ -24,39 +25,50 @@ KXPosition turned_before(float azimuth, float elevation)
     return position;
 }
 
+/** The least distance from which all points are in the picture, with a margin around them. They are
+ * about the mesh's middle, in the eye's axes. */
+double distance_for(const std::vector<KXP3> &points, double half_width, double half_height)
+{
+    constexpr double margin = 1.0 / 0.92;
+    double distance = 0.0;
+    for (const KXP3 &p : points) {
+        const double x = p.x, y = p.y, z = p.z;
+        const double needed = std::max(std::fabs(x) / half_width, std::fabs(y) / half_height);
+        distance = std::max(distance, margin * needed - z);
+    }
+    return distance;
+}
+
 } // namespace
 
 Camera::Camera(const Scene &scene, const CameraOptions &options)
-    : distance(options.distance > 0.0f ? static_cast<double>(options.distance)
-                                       : 2.3 * scene.diagonal),
-      pixel(2.0 * std::tan(0.5 * static_cast<double>(options.field_of_view)) / options.width),
+    : pixel(2.0 * std::tan(0.5 * static_cast<double>(options.field_of_view)) / options.width),
       centre_column(0.5 * options.width), centre_row(0.5 * options.height)
 {
-    // The turned world is moved until the mesh's middle stands straight ahead of the eye.
     KXPosition before = turned_before(options.azimuth, options.elevation);
-    const auto ahead = static_cast<float>(distance);
-    const KXP3 place = {0.0f, 0.0f, ahead};
     KXM4 turned;
-    KXP3 middle;
     KXM4Orientation(&turned, nullptr, before.rotateX, before.rotateY, before.rotateZ, KX_ORDER_YXZ);
-    KXM4P3I0(&turned, &scene.middle, &middle);
-    KXV3 step;
-    KXV3Combine(&place, &middle, &step, 1.0f, -1.0f);
-    before.x = step.x;
-    before.y = step.y;
-    before.z = step.z;
+    KXM4Mult(&turned, &scene.turn, &turned);
+    std::vector<KXP3> points(scene.mesh_points);
+    KXM4NP3I0(&turned, scene.mesh_points, scene.points.data(), points.data());
+    distance = options.distance > 0.0f
+                   ? scene.scale * static_cast<double>(options.distance)
+                   : distance_for(points, pixel * centre_column, pixel * centre_row);
 
-    // The offset shears the world so that an eye beside the origin sees what this one does from the
-    // origin; what stands as far away as the mesh's middle stays where it is. X runs to the left.
+    // The turned world is moved until the mesh's middle is straight ahead of the eye.
+    const auto ahead = static_cast<float>(distance);
+    before.z = ahead;
+    // The offset shears the world so that an eye next to the origin sees what this one does from
+    // the origin; what is as far away as the mesh's middle stays where it is. X runs to the left.
+    const auto offset = static_cast<float>(scene.scale * static_cast<double>(options.eye_offset));
     KXM4 view;
-    KXM4Projection1(&view, &before, ahead, -options.eye_offset, 1.0f);
-    KXM4Mult(&view, &scene.to_world, &view);
+    KXM4Projection1(&view, &before, ahead, -offset, 1.0f);
+    KXM4Mult(&view, &scene.turn, &view);
+    const KXP3 origin = {0.0f, 0.0f, 0.0f};
     if (KXM4Inverse(&view, &eye_to_scene) != 0) {
         throw Failure("the mesh cannot be seen from there");
     }
-    const KXP3 origin = {0.0f, 0.0f, 0.0f};
-    KXM4P3I1(&eye_to_scene, &origin, &eye_in_world);
-    KXM4P3I1(&scene.to_world, &eye_in_world, &eye_in_world);
+    KXM4P3I1(&eye_to_scene, &origin, &eye);
 }
 
 KXRay Camera::ray_through(double column, double row) const

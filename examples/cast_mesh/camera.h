@@ -8,18 +8,20 @@ namespace example
 {
 
 struct CameraOptions {
-    float azimuth = 0.6f;       /**< Where the eye is, seen from the mesh's middle, in radians. */
-    float elevation = 0.35f;    /**< And how high. */
-    float distance = 0.0f;      /**< How far away, in the world's unit; 0: so that all is seen. */
-    float field_of_view = 0.6f; /**< From the picture's left side to its right, in radians. */
-    float eye_offset = 0.0f;    /**< How far to the right it stands, for one of two pictures. */
+    /** Where the eye is, seen from the mesh's middle, in radians. */
+    float azimuth = 35 * radians_per_degree;
+    float elevation = 20 * radians_per_degree; /**< And how high. */
+    float distance = 0.0f; /**< How far away, in the world's unit; 0: so that all is seen. */
+    /** From the picture's left side to its right, in radians. */
+    float field_of_view = 35 * radians_per_degree;
+    float eye_offset = 0.0f; /**< How far to the right it is, for one of two pictures. */
     int width = 1280;
     int height = 720;
 };
 
 /**
  * The eye's space has the eye at its origin, looking along +Z, with Y up; so X runs to the left of
- * the picture.
+ * the picture. Its unit is the scene's.
  */
 class Camera
 {
@@ -30,8 +32,8 @@ public:
     /** The ray through a place in the picture, in columns and rows, in the scene's space. */
     KXRay ray_through(double column, double row) const;
 
-    double distance; /**< From the eye to the mesh's middle. */
-    KXP3 eye_in_world;
+    double distance; /**< From the eye to the mesh's middle, in the scene's unit. */
+    KXP3 eye;        /**< In the scene's space. */
 
 private:
     KXM4 eye_to_scene;

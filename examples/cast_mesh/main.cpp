@@ -1,6 +1,6 @@
 /*
- * cast_mesh: draws a placed mesh by casting rays at it, with a light and its shadows, and tells
- * what stands behind a pixel.
+ * cast_mesh: draws a placed mesh by casting rays at it, with a light and its shadows, and reports
+ * what a pixel shows.
  *
  * A host of kxmaths5: the geometry is the library's. What is left to it are colours, and the cosine
  * between two unit vectors.
@@ -12,8 +12,10 @@
 #include "render.h"
 #include "report.h"
 
+#include <algorithm>
 #include <cmath>
 #include <optional>
+#include <tuple>
 
 namespace
 {
@@ -23,6 +25,7 @@ using namespace example;
 struct Options : PlacedMeshOptions {
     CameraOptions camera;
     Light light;
+    std::optional<float> crease; /**< For smooth shading, in radians. */
     std::string picture;
     std::optional<std::array<int, 2>> pick; /**< Column and row. */
 };
@@ -34,28 +37,57 @@ void add_angle(CommandLine &line, const std::string &name, float &radians, const
         .add_option_function<float>(
             name, [&radians](float degrees) { radians = degrees * radians_per_degree; },
             help + ", in degrees")
-        ->type_name("NUMBER");
+        ->type_name("NUMBER")
+        ->default_str(text_of("%.3g", in_degrees(static_cast<double>(radians))));
 }
 
 std::optional<Options> read_options(int argc, char **argv)
 {
     Options options;
     CameraOptions &camera = options.camera;
-    CommandLine line("Draws a mesh by casting rays at it, and tells what stands behind a pixel.");
+    CommandLine line("Draws a mesh by casting rays at it, and reports what a pixel shows.",
+                     "  cast_mesh part.stl --up z --from mm --to mm --smooth 30 -o part.png\n"
+                     "  cast_mesh house.obj --azimuth 120 --elevation 10 --pick 640 360");
     add_angle(line, "--azimuth", camera.azimuth,
               "where the eye is as seen from the mesh, from +Z towards +X");
     add_angle(line, "--elevation", camera.elevation, "how high the eye is as seen from the mesh");
-    add_angle(line, "--field-of-view", camera.field_of_view, "from the left side to the right");
-    line.app.add_option("--distance", camera.distance, "from the eye to the mesh's middle");
-    line.app.add_option("--eye-offset", camera.eye_offset,
-                        "how far the eye stands to the right, for one of a pair of pictures");
+    add_angle(line, "--field-of-view", camera.field_of_view,
+              "from the picture's left side to its right, 0.1 to 170");
+    const auto lengths = {
+        std::tuple("--distance", &camera.distance,
+                   "from the eye to the mesh's middle, in the unit of --to; 0: so that the whole "
+                   "mesh is in the picture"),
+        std::tuple("--eye-offset", &camera.eye_offset,
+                   "how far the eye is to the right, in the unit of --to, for one of a pair of "
+                   "pictures")};
+    for (const auto &[name, value, help] : lengths) {
+        line.app.add_option(name, *value, help)->type_name("NUMBER")->capture_default_str();
+    }
     add_angle(line, "--light-azimuth", options.light.azimuth, "where the light comes from");
-    add_angle(line, "--light-elevation", options.light.elevation, "how high the light stands");
-    line.app.add_option("--width", camera.width, "of the picture")->check(CLI::Range(1, 16384));
-    line.app.add_option("--height", camera.height, "of the picture")->check(CLI::Range(1, 16384));
+    add_angle(line, "--light-elevation", options.light.elevation, "how high the light is");
+    float crease = 0.0f;
+    const CLI::Option *smooth =
+        line.app
+            .add_option("--smooth", crease,
+                        "shade smoothly, but for edges with a larger angle than this between "
+                        "their triangles, in degrees; the file's normals come first")
+            ->type_name("NUMBER")
+            ->check(CLI::Range(0.0f, 180.0f));
+    const auto sizes = {std::pair("--width", &camera.width), std::pair("--height", &camera.height)};
+    for (const auto &[name, value] : sizes) {
+        line.app.add_option(name, *value, "of the picture, in pixels")
+            ->type_name("NUMBER")
+            ->check(CLI::Range(1, 16384))
+            ->capture_default_str();
+    }
     std::array<int, 2> pixel = {};
     const CLI::Option *pick =
-        line.app.add_option("--pick", pixel, "tell what stands behind this column and row");
+        line.app
+            .add_option("--pick", pixel,
+                        "report what the pixel in this column and row shows, counted from 0 at "
+                        "the upper left")
+            ->type_name("COLUMN ROW")
+            ->type_size(2);
     line.add_picture(options.picture, "cast_mesh.png");
     if (!line.parse(argc, argv, options)) {
         return std::nullopt;
@@ -72,6 +104,9 @@ std::optional<Options> read_options(int argc, char **argv)
     if (camera.distance < 0.0f) {
         throw Failure("--distance takes a positive number");
     }
+    if (smooth->count() > 0) {
+        options.crease = crease * radians_per_degree;
+    }
     if (pick->count() > 0) {
         if (pixel[0] < 0 || pixel[0] >= camera.width || pixel[1] < 0 || pixel[1] >= camera.height) {
             throw Failure(text_of("--pick takes a pixel of the picture, which has %d by %d",
@@ -82,21 +117,33 @@ std::optional<Options> read_options(int argc, char **argv)
     return options;
 }
 
-std::vector<ReportLine> told_of(const Scene &scene, const Camera &camera, const std::string &unit)
+/** A place in the scene, in the world. */
+KXP3 in_world(const Scene &scene, const KXP3 &point)
+{
+    const KXV3 step = scene.from_middle(point);
+    KXP3 place;
+    KXV3Combine(&scene.middle, &step, &place, 1.0f, 1.0f);
+    return place;
+}
+
+std::vector<ReportLine> report(const Scene &scene, const Camera &camera, const std::string &unit)
 {
     std::vector<ReportLine> lines = {
-        {"mesh", scene.name + ": " + with_commas(scene.mesh_triangles) + " triangles"},
-        {"scale", text_of("%g, about the mesh's middle", static_cast<double>(scene.scale))},
-        {"eye", text_of(camera.eye_in_world) + unit + text_of(", %.6g", camera.distance) + unit +
+        {"mesh", scene.name + ": " + count_of(scene.mesh_triangles, "triangle")},
+        {"enlarged", text_of("%g times for the casting, to a diagonal of %.4g: the library's "
+                             "tolerances are absolute",
+                             scene.scale, scene.diagonal)},
+        {"eye", text_of(in_world(scene, camera.eye)) + unit +
+                    text_of(", %.6g", camera.distance / scene.scale) + unit +
                     " from the mesh's middle"}};
     if (scene.unseen_triangles > 0) {
-        lines.push_back({"not seen", with_commas(scene.unseen_triangles) +
-                                         " of the triangles, too small or too flat to be hit"});
+        lines.push_back({"not seen", count_of(scene.unseen_triangles, "triangle") +
+                                         ", too small or too flat to be hit"});
     }
     return lines;
 }
 
-/** What stands behind the middle of a pixel. */
+/** What the middle of a pixel shows. */
 std::vector<ReportLine> picked(const Scene &scene, const Hierarchy &hierarchy, const Camera &camera,
                                const std::array<int, 2> &pixel, const std::string &unit)
 {
@@ -105,17 +152,30 @@ std::vector<ReportLine> picked(const Scene &scene, const Hierarchy &hierarchy, c
     if (!hit) {
         return {{title, "nothing"}};
     }
-    KXP3 point;
-    KXM4P3I1(&scene.to_world, &hit->point, &point);
+    // About the mesh's middle, not the world's origin, from which both may be far away.
+    const KXP3 eye = scene.from_middle(camera.eye), point = scene.from_middle(hit->point);
     float range, elevation, azimuth;
-    KXPointsToREA(&camera.eye_in_world, &point, &range, &elevation, &azimuth);
-    const double bearing = KXBearing(&point, &camera.eye_in_world);
+    KXPointsToREA(&eye, &point, &range, &elevation, &azimuth);
+    const double bearing = KXBearing(&point, &eye);
     return {{title, scene.is_floor(hit->triangle) ? std::string("the floor")
                                                   : "triangle " + std::to_string(hit->triangle)},
-            {"point", text_of(point) + unit},
+            {"point", text_of(in_world(scene, hit->point)) + unit},
             {"from the eye", text_of("range %.6g%s, bearing %.5g, elevation %.5g degrees",
                                      static_cast<double>(range), unit.c_str(), in_degrees(bearing),
                                      in_degrees(static_cast<double>(elevation)))}};
+}
+
+/** Normals for the corners of the scene's triangles, which need not begin where the mesh's do. */
+std::vector<CornerNormals> normals_for(const Scene &scene, const Mesh &mesh, float crease)
+{
+    std::vector<CornerNormals> normals = smooth_normals(mesh, crease);
+    for (std::size_t i = 0; i < normals.size(); ++i) {
+        const std::uint32_t first = scene.triangles[i].corner[0].vertex;
+        const auto &corners = mesh.triangles[i];
+        const auto begin = std::find(corners.begin(), corners.end(), first) - corners.begin();
+        std::rotate(normals[i].begin(), normals[i].begin() + begin, normals[i].end());
+    }
+    return normals;
 }
 
 void run(int argc, char **argv)
@@ -127,17 +187,22 @@ void run(int argc, char **argv)
     const std::string symbol = unit_symbol(options->to);
     const std::string unit = symbol.empty() ? "" : " " + symbol;
 
-    const Scene scene(mesh_named(options->mesh), *options);
+    const Mesh mesh = mesh_for(*options);
+    const Scene scene(mesh, *options);
     const Camera camera(scene, options->camera);
     const Hierarchy hierarchy = scene.hierarchy(camera.distance);
-    std::vector<ReportLine> lines = told_of(scene, camera, unit);
+    std::vector<ReportLine> lines = report(scene, camera, unit);
     if (options->pick) {
         for (const ReportLine &line : picked(scene, hierarchy, camera, *options->pick, unit)) {
             lines.push_back(line);
         }
     }
-    const Picture picture = render(scene, hierarchy, camera, options->light, options->camera.width,
-                                   options->camera.height);
+    std::vector<CornerNormals> normals;
+    if (options->crease) {
+        normals = normals_for(scene, mesh, *options->crease);
+    }
+    const Picture picture = render(scene, hierarchy, camera, normals, options->light,
+                                   options->camera.width, options->camera.height);
     write_png(options->picture, picture);
     lines.push_back(line_for(options->picture, picture));
     print(lines);

@@ -11,13 +11,18 @@ namespace example
 {
 
 struct Light {
-    float azimuth = -0.5f; /**< Where it comes from, in the world, in radians. */
-    float elevation = 0.9f;
+    /** Where it comes from, in the world, in radians. */
+    float azimuth = -30 * radians_per_degree;
+    float elevation = 50 * radians_per_degree;
 };
 
-/** Casts rays through every pixel, on all cores, with a progress bar. */
+/**
+ * Casts rays through every pixel, on all cores, with a progress bar. normals: those of the corners
+ * of the scene's triangles, for smooth shading, or none.
+ */
 Picture render(const Scene &scene, const Hierarchy &hierarchy, const Camera &camera,
-               const Light &light, int width, int height);
+               const std::vector<CornerNormals> &normals, const Light &light, int width,
+               int height);
 
 } // namespace example
 

@@ -1,125 +1,87 @@
 #include "scene.h"
 
 #include "failure.h"
-#include "report.h"
+
+#include <kxmaths5/everyday.h>
 
 #include <cmath>
 
 namespace example
 {
 
-namespace
+Scene::Scene(const Mesh &mesh, const PlacedMeshOptions &options)
+    : name(mesh.name), points(mesh.points), mesh_points(mesh.point_count()),
+      mesh_triangles(static_cast<std::uint32_t>(mesh.triangles.size()))
 {
+    const KXBox own_box = box_around(points);
+    KXM4 to_scene;
+    if (kx_fit_mesh(&own_box, &to_scene, nullptr) != 0) {
+        throw Failure(name + " has no extent, or one beyond what can be drawn");
+    }
+    KXM4NP3I1(&to_scene, mesh_points, points.data(), points.data());
+    scale = static_cast<double>(to_scene.m[0][0]);
 
-/** The power of two that makes a length 512 to 1024. */
-float scale_for(double length)
-{
-    int exponent = 0;
-    std::frexp(length, &exponent);
-    return std::ldexp(1.0f, 10 - exponent);
-}
-
-} // namespace
-
-Scene::Scene(Mesh mesh, const PlacedMeshOptions &options) : name(mesh.name)
-{
-    KXP3ChangeNUnits(options.from, options.to, mesh.point_count(), mesh.points.data());
-    const KXBox own_box = box_around(mesh);
     KXP3 own_middle;
     KXV3 own_diagonal;
     KXBoxMidPoint(&own_box, &own_middle);
     KXBoxDiagonal(&own_box, &own_diagonal);
-    diagonal = KXV3Length(&own_diagonal);
-    if (!(diagonal > 1e-30 && diagonal < 1e30)) {
-        throw Failure(name + text_of(" has an extent of %g, which cannot be drawn", diagonal));
-    }
-    scale = scale_for(diagonal);
+    diagonal = scale * KXV3Length(&own_diagonal);
 
-    // Scene to world: back to the mesh's own size, back to its own middle, to its place.
-    KXM4 placement, way_back, step;
-    KXM4Position(&placement, &way_back, &options.position, options.order);
-    KXM4Translate(own_middle.x, own_middle.y, own_middle.z, &step);
-    KXM4Mult(&placement, &step, &to_world);
-    KXM4Scale(1.0f / scale, 1.0f / scale, 1.0f / scale, &step);
-    KXM4Mult(&to_world, &step, &to_world);
-    // World to scene: the same steps the other way round.
-    KXM4Translate(-own_middle.x, -own_middle.y, -own_middle.z, &step);
-    KXM4Mult(&step, &way_back, &from_world);
-    KXM4Scale(scale, scale, scale, &step);
-    KXM4Mult(&step, &from_world, &from_world);
+    KXPosition position = options.position;
+    KXM4 placement;
+    KXM4Position(&placement, nullptr, &position, options.order);
     KXM4P3I1(&placement, &own_middle, &middle);
-
-    // The points go there in two steps: far from the origin a single matrix would lose their bits.
-    points = std::move(mesh.points);
-    const auto count = static_cast<std::uint32_t>(points.size());
-    KXM4 to_middle;
-    KXM4Translate(-own_middle.x, -own_middle.y, -own_middle.z, &to_middle);
-    KXM4NP3I1(&to_middle, count, points.data(), points.data());
-    KXM4NP3I1(&step, count, points.data(), points.data());
+    if (!std::isfinite(KXV3Length(&middle))) {
+        throw Failure("the mesh is placed too far away: a coordinate goes beyond 3.4e38");
+    }
+    position.x = position.y = position.z = 0.0f;
+    KXM4Position(&turn, &turn_back, &position, options.order);
 
     triangles.reserve(mesh.triangles.size() + 2);
     for (const auto &corner : mesh.triangles) {
         add_triangle(corner[0], corner[1], corner[2]);
     }
-    mesh_triangles = static_cast<std::uint32_t>(triangles.size());
-    for (const KXTriangle &triangle : triangles) {
-        unseen_triangles += !can_be_hit(triangle);
-    }
-
-    KXBox placed_box;
-    KXTransformBox(&own_box, &placement, &placed_box);
-    add_floor(placed_box);
+    add_floor();
 }
 
 void Scene::add_triangle(std::uint32_t a, std::uint32_t b, std::uint32_t c)
 {
-    KXTriangle triangle = {};
-    triangle.corner[0].vertex = a;
-    triangle.corner[1].vertex = b;
-    triangle.corner[2].vertex = c;
-    // Corners that define no plane get a plane all the same; can_be_hit tells.
-    KXPlaneEquation(&points[a], &points[b], &points[c], &triangle.plane);
+    KXTriangle triangle;
+    unseen_triangles += kx_triangle(points.data(), a, b, c, &triangle) != 0;
     triangles.push_back(triangle);
 }
 
-bool Scene::can_be_hit(const KXTriangle &triangle) const
+void Scene::add_floor()
 {
-    // Straight at its middle, from a unit away along the normal: a triangle that is missed from
-    // there is below the tolerances, which look at the triangle and not at the ray.
-    const KXP3 &a = points[triangle.corner[0].vertex];
-    const KXP3 &b = points[triangle.corner[1].vertex];
-    const KXP3 &c = points[triangle.corner[2].vertex];
-    const KXV3 normal = {triangle.plane.a, triangle.plane.b, triangle.plane.c};
-    KXP3 centre, point;
-    KXV3Combine(&a, &b, &centre, 1.0f / 3, 1.0f / 3);
-    KXV3Combine(&centre, &c, &centre, 1.0f, 1.0f / 3);
-    KXRay ray;
-    KXV3Combine(&centre, &normal, &ray.origin, 1.0f, 1.0f);
-    KXV3Combine(&normal, &normal, &ray.direction, -1.0f, 0.0f);
-    return KXRayIxTriangle(&ray, &triangle, points.data(), &point) == 1;
-}
-
-void Scene::add_floor(const KXBox &placed_box)
-{
-    // A square under the mesh, level in the world.
+    // A square level in the world, under the mesh by so little that no one sees it: a mesh that
+    // is flat below would share its place with the floor.
+    std::vector<KXP3> turned(mesh_points);
+    KXM4NP3I0(&turn, mesh_points, points.data(), turned.data());
+    const float y = box_around(turned).minimum.y - static_cast<float>(1e-4 * diagonal);
     const auto half = static_cast<float>(floor_reach * diagonal);
-    const float y = placed_box.minimum.y;
-    const auto first = static_cast<std::uint32_t>(points.size());
     for (const auto &[x, z] :
          {std::pair{-half, -half}, {half, -half}, {half, half}, {-half, half}}) {
-        const KXP3 corner = {middle.x + x, y, middle.z + z};
+        const KXP3 corner = {x, y, z};
         points.emplace_back();
-        KXM4P3I1(&from_world, &corner, &points.back());
+        KXM4P3I0(&turn_back, &corner, &points.back());
     }
-    add_triangle(first, first + 2, first + 1);
-    add_triangle(first, first + 3, first + 2);
+    add_triangle(mesh_points, mesh_points + 2, mesh_points + 1);
+    add_triangle(mesh_points, mesh_points + 3, mesh_points + 2);
+}
+
+KXV3 Scene::from_middle(const KXP3 &point) const
+{
+    KXV3 step;
+    KXM4P3I0(&turn, &point, &step);
+    const auto unit = static_cast<float>(1.0 / scale);
+    KXV3Combine(&step, &step, &step, unit, 0.0f);
+    return step;
 }
 
 Hierarchy Scene::hierarchy(double eye_distance) const
 {
     // To the far corners of the floor, 1.5 times as far away as its sides.
-    const double reach = eye_distance + 1.5 * floor_reach * diagonal;
-    return {triangles, points, static_cast<float>(reach * static_cast<double>(scale))};
+    return {triangles, points, static_cast<float>(eye_distance + 1.5 * floor_reach * diagonal)};
 }
 
 } // namespace example

@@ -2,6 +2,8 @@
 #ifndef EXAMPLES_COMMAND_LINE_H
 #define EXAMPLES_COMMAND_LINE_H
 
+#include "mesh.h"
+
 #include <kxmaths5.h>
 
 #include <CLI/CLI.hpp>
@@ -21,10 +23,14 @@ struct PlacedMeshOptions {
     std::string mesh; /**< Empty: the default mesh. */
     KXUnit from = KX_UNIT_METRE;
     KXUnit to = KX_UNIT_METRE;
+    bool z_is_up = false;                     /**< In the file. */
     KXPosition position = {0, 0, 0, 0, 0, 0}; /**< Angles in radians, as the library wants them. */
     KXRotationOrder order = KX_ORDER_YXZ;
     std::string order_name = "YXZ";
 };
+
+/** The mesh that is asked for, with Y up and in the unit to work in. Throws Failure. */
+Mesh mesh_for(const PlacedMeshOptions &options);
 
 /**
  * The options for a placed mesh, and the reading of a command line: add it to an app, add more
@@ -33,10 +39,12 @@ struct PlacedMeshOptions {
 class CommandLine
 {
 public:
-    explicit CommandLine(const std::string &purpose);
+    /** examples: the end of the help text. */
+    CommandLine(const std::string &purpose, const std::string &examples);
 
-    /** Three finite floats behind one option, and not a fourth: a file name may follow. */
-    void add_triple(const std::string &name, Triple &triple, const std::string &help);
+    /** Three finite floats after one option, and not a fourth: a file name may follow. */
+    void add_triple(const std::string &name, Triple &triple, const std::string &type,
+                    const std::string &help);
 
     void add_picture(std::string &path, const std::string &default_path);
 
@@ -46,9 +54,10 @@ public:
     CLI::App app;
 
 private:
-    std::string from = "m", to = "m";
+    std::string from = "m", to = "m", up = "y", order = "YXZ";
     Triple position = {}, degrees = {};
-    std::string mesh, order = "YXZ";
+    std::string mesh;
+    std::string *picture = nullptr;
     std::vector<const Triple *> triples;
 };
 

@@ -17,10 +17,10 @@ constexpr const char *bunny = "/usr/share/glmark2/models/bunny.obj";
 Mesh mesh_named(const std::string &path)
 {
     if (!path.empty()) {
-        return read_obj(path);
+        return read_mesh(path);
     }
     if (std::filesystem::exists(bunny)) {
-        return read_obj(bunny);
+        return read_mesh(bunny);
     }
     std::printf("No mesh was named and %s is not there (package glmark2-data), so this is a "
                 "trefoil knot.\n",

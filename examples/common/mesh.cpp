@@ -1,14 +1,37 @@
 #include "mesh.h"
 
+#include <kxmaths5/everyday.h>
+
+#include <algorithm>
+#include <cmath>
+
 namespace example
 {
 
-KXBox box_around(const Mesh &mesh)
+namespace
+{
+
+/** The angle of a triangle at one of its corners. */
+double corner_angle(const Mesh &mesh, std::size_t triangle, std::size_t corner)
+{
+    const auto &corners = mesh.triangles[triangle];
+    const KXP3 &origin = mesh.points[corners[corner]];
+    KXV3 one, other;
+    KXV3Combine(&mesh.points[corners[(corner + 1) % 3]], &origin, &one, 1.0f, -1.0f);
+    KXV3Combine(&mesh.points[corners[(corner + 2) % 3]], &origin, &other, 1.0f, -1.0f);
+    KXV3Normalise(&one, &one);
+    KXV3Normalise(&other, &other);
+    return std::acos(std::clamp(kx_dot(&one, &other), -1.0, 1.0));
+}
+
+} // namespace
+
+KXBox box_around(const std::vector<KXP3> &points)
 {
     // From the first point, not from a box turned inside out: that one holds only coordinates
     // within its own bounds, and a file may go beyond any.
-    KXBox box = {mesh.points.front(), mesh.points.front()};
-    for (const KXP3 &point : mesh.points) {
+    KXBox box = {points.front(), points.front()};
+    for (const KXP3 &point : points) {
         KXPutPointInBox(&point, &box);
     }
     return box;
@@ -28,6 +51,40 @@ std::vector<KXV3> triangle_normals(const Mesh &mesh)
         KXV3Normalise(&across, &across);
         KXV3Cross(&along, &across, &normals[i]);
         KXV3Normalise(&normals[i], &normals[i]);
+    }
+    return normals;
+}
+
+std::vector<CornerNormals> smooth_normals(const Mesh &mesh, float crease)
+{
+    const std::vector<KXV3> flat = triangle_normals(mesh);
+    struct Corner {
+        std::size_t triangle;
+        float weight;
+    };
+    std::vector<std::vector<Corner>> around(mesh.points.size());
+    for (std::size_t i = 0; i < mesh.triangles.size(); ++i) {
+        for (std::size_t k = 0; k < 3; ++k) {
+            around[mesh.triangles[i][k]].push_back(
+                {i, static_cast<float>(corner_angle(mesh, i, k))});
+        }
+    }
+    std::vector<CornerNormals> normals = mesh.normals;
+    normals.resize(mesh.triangles.size());
+    const double least = std::cos(static_cast<double>(crease));
+    for (std::size_t i = 0; i < normals.size(); ++i) {
+        for (std::size_t k = 0; k < 3; ++k) {
+            KXV3 &normal = normals[i][k];
+            if (KXV3Length(&normal) > 0.5) {
+                continue; // the file's
+            }
+            for (const Corner &corner : around[mesh.triangles[i][k]]) {
+                if (kx_dot(&flat[i], &flat[corner.triangle]) >= least) {
+                    KXV3Combine(&normal, &flat[corner.triangle], &normal, 1.0f, corner.weight);
+                }
+            }
+            KXV3Normalise(&normal, &normal);
+        }
     }
     return normals;
 }

@@ -12,10 +12,15 @@
 namespace example
 {
 
+/** One normal for each corner of a triangle. */
+using CornerNormals = std::array<KXV3, 3>;
+
 struct Mesh {
     std::string name;
     std::vector<KXP3> points;
     std::vector<std::array<std::uint32_t, 3>> triangles;
+    /** For each triangle, zero where the file has none; or empty. */
+    std::vector<CornerNormals> normals;
 
     /** The count that the library's array forms take. */
     std::uint32_t point_count() const
@@ -24,14 +29,21 @@ struct Mesh {
     }
 };
 
-/** The box around all points of a mesh that has at least one. */
-KXBox box_around(const Mesh &mesh);
+/** The box around points, of which there is at least one. */
+KXBox box_around(const std::vector<KXP3> &points);
 
 /** The unit normal of each triangle, by the right-hand rule; zero for a triangle with no area. */
 std::vector<KXV3> triangle_normals(const Mesh &mesh);
 
-/** Reads an OBJ file. Polygons are split into triangles. Throws Failure. */
-Mesh read_obj(const std::string &path);
+/**
+ * Normals for smooth shading: the file's where it has them, else the mean of the triangles that
+ * meet at the corner and whose normals differ by less than `crease` radians from this triangle's.
+ */
+std::vector<CornerNormals> smooth_normals(const Mesh &mesh, float crease);
+
+/** Reads a file of any kind that Assimp reads. Polygons are split into triangles, and points in the
+ * same place are one. Throws Failure. */
+Mesh read_mesh(const std::string &path);
 
 /** A tube along a trefoil knot: a shape for when there is no file. It has no symmetry to hide a
  * wrong rotation, and its mirror image is a different knot. */

@@ -1,5 +1,7 @@
 #include "report.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 
@@ -30,8 +32,11 @@ std::string text_of(const char *format, ...)
 
 std::string text_of(const KXP3 &p)
 {
-    return text_of("(%.6g, %.6g, %.6g)", static_cast<double>(p.x), static_cast<double>(p.y),
-                   static_cast<double>(p.z));
+    const double x = static_cast<double>(p.x), y = static_cast<double>(p.y),
+                 z = static_cast<double>(p.z);
+    const double noise = 1.2e-7 * std::max({std::fabs(x), std::fabs(y), std::fabs(z)});
+    const auto clean = [noise](double value) { return std::fabs(value) <= noise ? 0.0 : value; };
+    return text_of("(%.6g, %.6g, %.6g)", clean(x), clean(y), clean(z));
 }
 
 std::string text_of(const KXBox &box)
@@ -39,18 +44,18 @@ std::string text_of(const KXBox &box)
     return text_of(box.minimum) + " to " + text_of(box.maximum);
 }
 
-std::string with_commas(std::size_t count)
+std::string count_of(std::size_t count, const std::string &what)
 {
     std::string digits = std::to_string(count);
     for (std::size_t i = digits.size(); i > 3; i -= 3) {
         digits.insert(i - 3, ",");
     }
-    return digits;
+    return digits + " " + what + (count == 1 ? "" : "s");
 }
 
 double in_degrees(double radians)
 {
-    return radians * 57.29577951308232 + 0.0; // -0 would be shown as such
+    return std::round(radians * 57.29577951308232 * 1e4) / 1e4 + 0.0; // -0 would be shown as such
 }
 
 } // namespace example

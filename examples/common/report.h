@@ -24,15 +24,16 @@ void print(const std::vector<ReportLine> &lines);
 /** As printf does it. */
 std::string text_of(const char *format, ...) __attribute__((format(printf, 1, 2)));
 
-/** A point or vector as "(1, 2, 3)". */
+/** A point or vector as "(1, 2, 3)". What is below the last bit of its largest coordinate is 0. */
 std::string text_of(const KXP3 &p);
 
 /** A box as its two corners. */
 std::string text_of(const KXBox &box);
 
-/** 34835 as "34,835". */
-std::string with_commas(std::size_t count);
+/** 34835 and "triangle" as "34,835 triangles". */
+std::string count_of(std::size_t count, const std::string &what);
 
+/** Degrees to four digits after the point, which is what singles are good for; never -0. */
 double in_degrees(double radians);
 
 } // namespace example

@@ -21,7 +21,7 @@ void run(int argc, char **argv)
     if (!options) {
         return;
     }
-    const Placement placement = place(mesh_named(options->mesh), *options);
+    const Placement placement = place(mesh_for(*options), *options);
     std::vector<ReportLine> lines = report(placement, *options);
     const std::vector<ReportLine> readings = report(read_back(placement.matrix));
     lines.insert(lines.end(), readings.begin(), readings.end());

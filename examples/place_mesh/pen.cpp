@@ -2,6 +2,8 @@
 
 #include "failure.h"
 
+#include <algorithm>
+
 namespace example
 {
 
@@ -41,24 +43,42 @@ void Pen::line(double x0, double y0, double x1, double y1, const Colour &c, doub
     cairo_stroke(cairo.get());
 }
 
-void Pen::disc(double x, double y, double radius, const Colour &c)
-{
-    colour(c);
-    cairo_arc(cairo.get(), x, y, radius, 0.0, 6.2831853);
-    cairo_fill(cairo.get());
-}
-
 void Pen::text(double x, double y, const std::string &words, double size, const Colour &c,
                double anchor, bool bold)
+{
+    const double width = select_font(words, size, bold);
+    colour(c);
+    cairo_move_to(cairo.get(), x - anchor * width, y);
+    cairo_show_text(cairo.get(), words.c_str());
+}
+
+void Pen::fitted_text(double x, double y, std::string words, double size, const Colour &c,
+                      double width)
+{
+    constexpr double smallest = 10.0;
+    while (size > smallest && select_font(words, size, false) > width) {
+        size -= 0.5;
+    }
+    const std::string whole = words;
+    for (std::size_t begin = 1; select_font(words, size, false) > width; ++begin) {
+        // Not within a character: these bytes continue one in UTF-8.
+        while (begin < whole.size() &&
+               (static_cast<unsigned char>(whole[begin]) & 0xc0U) == 0x80U) {
+            ++begin;
+        }
+        words = "\u2026" + whole.substr(std::min(begin, whole.size()));
+    }
+    text(x, y, words, size, c);
+}
+
+double Pen::select_font(const std::string &words, double size, bool bold)
 {
     cairo_select_font_face(cairo.get(), "DejaVu Sans", CAIRO_FONT_SLANT_NORMAL,
                            bold ? CAIRO_FONT_WEIGHT_BOLD : CAIRO_FONT_WEIGHT_NORMAL);
     cairo_set_font_size(cairo.get(), size);
     cairo_text_extents_t extents;
     cairo_text_extents(cairo.get(), words.c_str(), &extents);
-    colour(c);
-    cairo_move_to(cairo.get(), x - anchor * extents.x_advance, y);
-    cairo_show_text(cairo.get(), words.c_str());
+    return extents.x_advance;
 }
 
 void Pen::image(double x, double y, double magnification, const Image &image)

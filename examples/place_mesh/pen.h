@@ -31,11 +31,15 @@ public:
     void outline(const Rectangle &r, const Colour &c, double width, double dash = 0.0);
     void line(double x0, double y0, double x1, double y1, const Colour &c, double width,
               double dash = 0.0);
-    void disc(double x, double y, double radius, const Colour &c);
 
     /** anchor: the part of the text's width that lies left of x. */
     void text(double x, double y, const std::string &words, double size, const Colour &c,
               double anchor = 0.0, bool bold = false);
+
+    /** Text made to fit in a width: smaller and, where that would not be readable, without its
+     * beginning. */
+    void fitted_text(double x, double y, std::string words, double size, const Colour &c,
+                     double width);
 
     /** The image at a magnification below 1, from an upper left corner on. */
     void image(double x, double y, double magnification, const Image &image);
@@ -61,6 +65,7 @@ private:
     using Surface = std::unique_ptr<cairo_surface_t, Destroy>;
 
     void colour(const Colour &c);
+    double select_font(const std::string &words, double size, bool bold);
     void prepare(const Colour &c, double width, double dash);
 
     Surface surface;

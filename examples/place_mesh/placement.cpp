@@ -25,16 +25,27 @@ Placement place(Mesh mesh, const Options &options)
     std::vector<KXP3> &points = p.mesh.points;
     const std::uint32_t count = p.mesh.point_count();
 
-    KXP3ChangeNUnits(options.from, options.to, count, points.data());
-    p.own_box = box_around(p.mesh);
+    p.own_box = box_around(points);
     KXBoxMidPoint(&p.own_box, &p.own_mid_point);
     KXBoxDiagonal(&p.own_box, &p.own_diagonal);
 
     KXM4Position(&p.matrix, &p.inverse, &options.position, options.order);
-    KXM4NP3I1(&p.matrix, count, points.data(), points.data());
+    std::vector<KXP3> placed(points.size());
+    KXM4NP3I1(&p.matrix, count, points.data(), placed.data());
     KXTransformBox(&p.own_box, &p.matrix, &p.carried_box);
-    p.tight_box = box_around(p.mesh);
+    p.tight_box = box_around(placed);
     KXM4P3I1(&p.matrix, &p.own_mid_point, &p.mid_point);
+
+    KXM4 to_middle, turn;
+    KXPosition no_move = options.position;
+    no_move.x = no_move.y = no_move.z = 0.0f;
+    KXM4Position(&turn, nullptr, &no_move, options.order);
+    KXM4Translate(-p.own_mid_point.x, -p.own_mid_point.y, -p.own_mid_point.z, &to_middle);
+    KXM4NP3I1(&to_middle, count, points.data(), points.data());
+    KXM4NP3I0(&turn, count, points.data(), points.data());
+    KXTransformBox(&p.own_box, &to_middle, &p.carried_box_here);
+    KXTransformBox(&p.carried_box_here, &turn, &p.carried_box_here);
+    p.tight_box_here = box_around(points);
 
     p.ground_range = KXRange(&p.mid_point, &options.observer);
     p.bearing = KXBearing(&p.mid_point, &options.observer);
@@ -58,8 +69,8 @@ std::vector<ReportLine> report(const Placement &p, const Options &options)
     const auto box = [&unit](const KXBox &b) { return text_of(b) + unit; };
 
     return {
-        {"mesh", p.mesh.name + ": " + with_commas(p.mesh.points.size()) + " points, " +
-                     with_commas(p.mesh.triangles.size()) + " triangles"},
+        {"mesh", p.mesh.name + ": " + count_of(p.mesh.points.size(), "point") + ", " +
+                     count_of(p.mesh.triangles.size(), "triangle")},
         {"own box", box(p.own_box)},
         {"mid-point", point(p.own_mid_point)},
         {"diagonal",

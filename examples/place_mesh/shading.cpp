@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace example
 {
@@ -62,7 +63,10 @@ public:
         const auto [left, right] = std::minmax({a.x, b.x, c.x});
         const auto [top, bottom] = std::minmax({a.y, b.y, c.y});
         for (int y = first(top); y < last(bottom, image.height); ++y) {
-            for (int x = first(left); x < last(right, image.width); ++x) {
+            // Between the edges at the pixels' middle, and one more on each side for rounding.
+            const auto [from, to] = crossed(y + 0.5, a, b, c);
+            for (int x = first(std::max(left, from - 1.5f));
+                 x < last(std::min(right, to + 1.5f), image.width); ++x) {
                 // The weights of the corners at the pixel's middle; one is negative outside.
                 const double px = x + 0.5, py = y + 0.5;
                 const double wa = cross(b, c, px, py) / area;
@@ -98,13 +102,28 @@ private:
         return (qx - px) * (y - py) - (qy - py) * (x - px);
     }
 
+    /** Where a row crosses a triangle; the wrong way round where it doesn't. */
+    static std::pair<float, float> crossed(double row, const KXP3 &a, const KXP3 &b, const KXP3 &c)
+    {
+        std::pair<float, float> range = {std::numeric_limits<float>::max(),
+                                         std::numeric_limits<float>::lowest()};
+        for (const auto &[p, q] : {std::pair(&a, &b), std::pair(&b, &c), std::pair(&c, &a)}) {
+            const double py = p->y, qy = q->y, px = p->x, qx = q->x;
+            if ((py <= row) != (qy <= row)) {
+                const auto x = static_cast<float>(px + (row - py) / (qy - py) * (qx - px));
+                range = {std::min(range.first, x), std::max(range.second, x)};
+            }
+        }
+        return range;
+    }
+
     static int first(float low)
     {
-        return std::max(0, static_cast<int>(std::floor(low)));
+        return static_cast<int>(std::clamp(std::floor(low), 0.0f, 1e6f));
     }
     static int last(float high, int size)
     {
-        return std::min(size, static_cast<int>(std::ceil(high)));
+        return std::min(size, static_cast<int>(std::clamp(std::ceil(high), 0.0f, 1e6f)));
     }
 };
 

@@ -40,7 +40,7 @@ struct View {
     /** Where the view is drawn within its panel; the rest is for labels. */
     Rectangle plot() const
     {
-        return {panel.x + 64, panel.y + 40, panel.width - 64 - 16, panel.height - 40 - 32};
+        return {panel.x + 92, panel.y + 40, panel.width - 92 - 20, panel.height - 40 - 54};
     }
 };
 
@@ -91,47 +91,34 @@ double round_length(double length)
 std::string number(double value)
 {
     char text[32];
-    std::snprintf(text, sizeof text, "%.6g", value);
+    std::snprintf(text, sizeof text, "%.6g", value + 0.0); // -0 would be shown as such
     return text;
 }
 
-/** The placed mesh about its own middle: far from the origin a float has too few bits for it. */
+/** What the views show of a placement, all at one scale. */
 struct Scene {
-    Mesh mesh;
+    const Placement &placement;
     std::vector<KXV3> normals;
-    KXBox carried_box, tight_box;
-    KXP3 centre;  /**< What was taken off every coordinate. */
     double scale; /**< Pixels of the sheet for one length unit. */
 };
 
-Scene centred(const Placement &placement)
+Scene scene_of(const Placement &placement)
 {
-    Scene scene;
-    KXBox whole = placement.carried_box;
-    KXCombineBoxes(&whole, &placement.tight_box);
-    KXBoxMidPoint(&whole, &scene.centre);
-
-    KXM4 to_centre;
-    KXM4Translate(-scene.centre.x, -scene.centre.y, -scene.centre.z, &to_centre);
-    scene.mesh = placement.mesh;
-    std::vector<KXP3> &points = scene.mesh.points;
-    KXM4NP3I1(&to_centre, scene.mesh.point_count(), points.data(), points.data());
-    KXTransformBox(&placement.carried_box, &to_centre, &scene.carried_box);
-    KXTransformBox(&placement.tight_box, &to_centre, &scene.tight_box);
-    scene.normals = triangle_normals(scene.mesh);
-
+    KXBox whole = placement.carried_box_here;
     KXV3 extent;
+    KXCombineBoxes(&whole, &placement.tight_box_here);
     KXBoxDiagonal(&whole, &extent);
     const Rectangle plot = three_views()[0].plot();
     const double across = std::max(extent.x, extent.z), up = std::max(extent.y, extent.z);
-    scene.scale = 0.84 * std::min(plot.width / across, plot.height / up);
-    if (!std::isfinite(scene.scale)) {
-        scene.scale = 1.0; // a mesh without extent is one dot at any scale
+    double scale = 0.9 * std::min(plot.width / across, plot.height / up);
+    if (!(scale > 1e-30 && scale < 1e30)) {
+        scale = 1.0; // a mesh without extent is one dot at any scale
     }
-    return scene;
+    return {placement, triangle_normals(placement.mesh), scale};
 }
 
-/** From the centred space to a view's columns, rows and nearness, magnified and from its corner. */
+/** From about the mid-point to a view's columns, rows and nearness, magnified and from its corner.
+ */
 KXM4 pixel_matrix(const View &view, const Scene &scene, double magnification, double x, double y)
 {
     const auto zoom = static_cast<float>(scene.scale * magnification);
@@ -145,7 +132,14 @@ KXM4 pixel_matrix(const View &view, const Scene &scene, double magnification, do
     return pixels;
 }
 
-/** Lines at round coordinates, with the numbers beside them; the one at 0 in its axis's colour. */
+/** Where an axis's labels count from: the origin or, where so many digits would be needed that all
+ * labels look alike, the mesh's mid-point. */
+double label_base(double middle, double step)
+{
+    return std::fabs(middle) > 1e5 * step ? middle : 0.0;
+}
+
+/** Lines at round coordinates, with the numbers next to them; the one at 0 in its axis's colour. */
 void draw_grid(Pen &pen, const View &view, const Scene &scene, double step)
 {
     const Rectangle plot = view.plot();
@@ -153,18 +147,20 @@ void draw_grid(Pen &pen, const View &view, const Scene &scene, double step)
         const bool across = row == 0;
         const ScreenAxis screen = screen_axis(view, row);
         const Colour &zero_line = axis_ink[screen_axis(view, 1 - row).axis];
-        const double middle = coordinate(scene.centre, screen.axis);
+        const double middle = coordinate(scene.placement.mid_point, screen.axis);
+        const double base = label_base(middle, step);
         const double half = (across ? plot.width : plot.height) / 2;
         const double reach = half / scene.scale;
-        const double last = std::floor((middle + reach) / step);
-        for (double k = std::ceil((middle - reach) / step); k <= last; k += 1.0) {
-            const double offset = (k * step - middle) * scene.scale * screen.sign;
-            const Colour &c = k == 0.0 ? zero_line : grid;
-            const double width = k == 0.0 ? 1.6 : 1.0;
+        const double last = std::floor((middle - base + reach) / step);
+        for (double k = std::ceil((middle - base - reach) / step); k <= last; k += 1.0) {
+            const double offset = (k * step - (middle - base)) * scene.scale * screen.sign;
+            const bool is_zero = k == 0.0 && base == 0.0;
+            const Colour &c = is_zero ? zero_line : grid;
+            const double width = is_zero ? 1.6 : 1.0;
             if (across) {
                 const double x = plot.x + half + offset;
                 pen.line(x, plot.y, x, plot.y + plot.height, c, width);
-                pen.text(x, plot.y + plot.height + 20, number(k * step), 12, faint_ink, 0.5);
+                pen.text(x, plot.y + plot.height + 18, number(k * step), 12, faint_ink, 0.5);
             } else {
                 const double y = plot.y + half - offset;
                 pen.line(plot.x, y, plot.x + plot.width, y, c, width);
@@ -174,41 +170,53 @@ void draw_grid(Pen &pen, const View &view, const Scene &scene, double step)
     }
 }
 
-/** Which way the three axes run in a view; the one that comes at the viewer is a dot. */
-void draw_axes(Pen &pen, const View &view)
+/** An arrow from a point on. */
+void draw_arrow(Pen &pen, double x0, double y0, double right, double up, const Colour &c)
 {
-    const Rectangle plot = view.plot();
-    const double x0 = plot.x + 76, y0 = plot.y + plot.height - 76;
-    constexpr double length = 46.0;
-    for (int axis = 0; axis < 3; ++axis) {
-        const auto i = static_cast<std::size_t>(axis);
-        const double right = static_cast<double>(view.rotation.m[0][axis]);
-        const double up = static_cast<double>(view.rotation.m[1][axis]);
-        if (right == 0.0 && up == 0.0) {
-            pen.disc(x0, y0, 5.0, axis_ink[i]);
-            pen.text(x0 + 8, y0 + 18, axis_name[i], 14, axis_ink[i], 0.5, true);
-            continue;
-        }
-        const double x = x0 + right * length, y = y0 - up * length;
-        pen.line(x0, y0, x, y, axis_ink[i], 2.5);
-        for (const double side : {-1.0, 1.0}) {
-            pen.line(x, y, x - 9 * right + 5 * side * up, y + 9 * up + 5 * side * right,
-                     axis_ink[i], 2.5);
-        }
-        pen.text(x + 14 * right, y - 14 * up + 5, axis_name[i], 14, axis_ink[i], 0.5, true);
+    constexpr double length = 30.0;
+    const double x = x0 + right * length, y = y0 - up * length;
+    pen.line(x0, y0, x, y, c, 2.5);
+    for (const double side : {-1.0, 1.0}) {
+        pen.line(x, y, x - 8 * right + 4 * side * up, y + 8 * up + 4 * side * right, c, 2.5);
     }
 }
 
+/** Which axis runs across and up a view and which way, below and left of the plot. */
+void draw_axes(Pen &pen, const View &view, const Scene &scene, double step)
+{
+    const Rectangle plot = view.plot();
+    for (const int row : {0, 1}) {
+        const ScreenAxis screen = screen_axis(view, row);
+        const Colour &c = axis_ink[screen.axis];
+        const double base = label_base(coordinate(scene.placement.mid_point, screen.axis), step);
+        const std::string from = base == 0.0 ? "" : " from " + number(base);
+        if (row == 0) {
+            const double x = plot.x + plot.width / 2, y = plot.y + plot.height + 42;
+            pen.text(x, y, axis_name[screen.axis], 14, c, 0.5, true);
+            draw_arrow(pen, x + screen.sign * 16, y - 5, screen.sign, 0.0, c);
+            pen.text(plot.x + plot.width, y, from.empty() ? "" : axis_name[screen.axis] + from, 12,
+                     faint_ink, 1.0);
+        } else {
+            const double x = view.panel.x + 20, y = plot.y + plot.height / 2;
+            pen.text(x, y, axis_name[screen.axis], 14, c, 0.5, true);
+            draw_arrow(pen, x, y - 5 - screen.sign * 14, 0.0, screen.sign, c);
+            pen.text(view.panel.x + 16, plot.y + plot.height + 42,
+                     from.empty() ? "" : axis_name[screen.axis] + from, 12, faint_ink);
+        }
+    }
+}
+
+/** Above the plot, where neither mesh nor boxes are. */
 void draw_scale_bar(Pen &pen, const View &view, const Scene &scene, double step,
                     const std::string &unit)
 {
     const Rectangle plot = view.plot();
-    const double x1 = plot.x + plot.width - 16, x0 = x1 - step * scene.scale;
-    const double y = plot.y + plot.height - 16;
+    const double x1 = plot.x + plot.width, x0 = x1 - step * scene.scale;
+    const double y = view.panel.y + 22;
     pen.line(x0, y, x1, y, ink, 3.0);
     pen.line(x0, y - 6, x0, y + 6, ink, 2.0);
     pen.line(x1, y - 6, x1, y + 6, ink, 2.0);
-    pen.text((x0 + x1) / 2, y - 10, number(step) + (unit.empty() ? "" : " " + unit), 13, ink, 0.5);
+    pen.text(x0 - 10, y + 5, number(step) + (unit.empty() ? "" : " " + unit), 13, ink, 1.0);
 }
 
 void draw_box(Pen &pen, const KXBox &box, const KXM4 &pixels, const Colour &c, double dash)
@@ -231,16 +239,18 @@ void draw_view(Pen &pen, const View &view, const Scene &scene, const std::string
     pen.text(view.panel.x + 16, view.panel.y + 27, view.title, 17, ink, 0.0, true);
     draw_grid(pen, view, scene, step);
 
-    const Image shaded = shade(scene.mesh, scene.normals, view.rotation,
+    const Placement &placement = scene.placement;
+    const Image shaded = shade(placement.mesh, scene.normals, view.rotation,
                                pixel_matrix(view, scene, oversampling, plot.x, plot.y),
                                static_cast<int>(plot.width) * oversampling,
                                static_cast<int>(plot.height) * oversampling, progress);
+    pen.confine(plot);
     pen.image(plot.x, plot.y, 1.0 / oversampling, shaded);
-
     const KXM4 pixels = pixel_matrix(view, scene, 1.0, 0.0, 0.0);
-    draw_box(pen, scene.carried_box, pixels, carried_box_ink, 0.0);
-    draw_box(pen, scene.tight_box, pixels, tight_box_ink, 6.0);
-    draw_axes(pen, view);
+    draw_box(pen, placement.carried_box_here, pixels, carried_box_ink, 0.0);
+    draw_box(pen, placement.tight_box_here, pixels, tight_box_ink, 6.0);
+    pen.release();
+    draw_axes(pen, view, scene, step);
     draw_scale_bar(pen, view, scene, step, unit);
     pen.outline(plot, faint_ink, 1.0);
 }
@@ -256,7 +266,7 @@ void draw_report(Pen &pen, const Rectangle &panel, const std::vector<ReportLine>
     for (const ReportLine &line : lines) {
         y += 26;
         pen.text(left, y, line.title, 14, faint_ink);
-        pen.text(left + 122, y, line.text, 14, ink);
+        pen.fitted_text(left + 122, y, line.text, 14, ink, panel.width - 24 - 122 - 12);
     }
     y += 40;
     pen.line(left, y - 5, left + 60, y - 5, carried_box_ink, 2.0);
@@ -272,9 +282,9 @@ void draw_report(Pen &pen, const Rectangle &panel, const std::vector<ReportLine>
 Picture draw_sheet(const Placement &placement, const std::vector<ReportLine> &lines,
                    const std::string &unit)
 {
-    const Scene scene = centred(placement);
+    const Scene scene = scene_of(placement);
     const std::array<View, 3> views = three_views();
-    Progress progress("drawing", views.size() * scene.mesh.triangles.size());
+    Progress progress("drawing", views.size() * placement.mesh.triangles.size());
     Pen pen(sheet_width, sheet_height);
     for (const View &view : views) {
         draw_view(pen, view, scene, unit, progress);

@@ -1,7 +1,8 @@
 #!/bin/sh
-# The ray-casting host on a cube whose picks are known: cast_mesh.sh PROGRAM
+# The ray-casting host on a cube whose picks are known: cast_mesh.sh PROGRAM PIXEL-READER
 set -eu
 program=$1
+pixel=$2
 . "$(dirname "$0")/common.sh"
 
 # A cube of 1 m. Triangles 0 and 1 are its front; the last face is a triangle of no area.
@@ -35,12 +36,12 @@ front='--azimuth 0 --elevation 0 --distance 10'
 "$program" $view $front --pick 70 60 cube.obj --output cube.png >report.txt
 diff - report.txt <<'TEXT' || fail "the report is wrong"
 mesh           cube.obj: 13 triangles
-scale          512, about the mesh's middle
+enlarged       512 times for the casting, to a diagonal of 886.8: the library's tolerances are absolute
 eye            (0.5, 0.5, 10.5) m, 10 m from the mesh's middle
-not seen       1 of the triangles, too small or too flat to be hit
+not seen       1 triangle, too small or too flat to be hit
 pixel 70 60    triangle 0
 point          (0.829165, 0.335417, 1) m
-from the eye   range 9.50713 m, bearing 178.02, elevation -0.99193 degrees
+from the eye   range 9.50713 m, bearing 178.02, elevation -0.9919 degrees
 picture        cube.png, 101 x 101 pixels
 TEXT
 is_png cube.png 101 101
@@ -70,13 +71,100 @@ pick "in units so small that no triangle could be hit as it is" "triangle 1" --f
 # An eye to the right sees the near face further to the left; what is as far as the middle stays.
 pick "an eye to the right" "triangle 10" $front --eye-offset 2 --pick 79 30 cube.obj
 
+pick "far from the origin" "triangle 1" $front --position 1e16 0 0 --pick 40 30 cube.obj
+pick "the file's Z is up: its front is the cube's Y = 0" "triangle 5" $front --up z --pick 40 30 cube.obj
+
+# An L, 3 by 3 by 1 m, seen from the front and a little from above, with the light from the left:
+# what is drawn and what is picked are the same, and neither mirrored, upside down, shifted, without
+# shadow nor with its colours exchanged. The front is one concave polygon.
+echo 'v 0 0 1
+v 3 0 1
+v 3 1 1
+v 1 1 1
+v 1 3 1
+v 0 3 1
+v 0 0 0
+v 3 0 0
+v 3 1 0
+v 1 1 0
+v 1 3 0
+v 0 3 0
+f 3 4 5 6 1 2
+f 12 11 10 9 8 7
+f 1 7 8 2
+f 2 8 9 3
+f 3 9 10 4
+f 4 10 11 5
+f 5 11 12 6
+f 6 12 7 1' >L.obj
+view='--width 160 --height 120 --azimuth 0 --elevation 20'
+"$program" L.obj $view --light-azimuth -60 --light-elevation 40 --output L.png >L.txt
+pixels L.png <<'TEXT'
+80 5 227 233 242 the sky
+90 40 205 208 212 the notch, with the floor at the back of it
+40 60 174 163 144 the front
+62 60 116 108 96 the side away from the light
+65 60 194 197 200 the floor in the light, next to it
+45 8 217 202 179 the top
+100 79 217 202 179 the lower top
+75 79 140 131 116 its part in the shadow
+138 95 126 127 129 the shadow on the floor
+10 95 194 197 200 the floor on the other side
+132 100 174 163 144 the front at its right edge
+136 100 126 127 129 the shadow next to it
+80 110 174 163 144 the front at its lower edge
+80 117 194 197 200 the floor before it
+TEXT
+pick "the sky" "nothing" L.obj --pick 80 5
+pick "the notch" "the floor" L.obj --pick 90 40
+pick "the front at its right edge" "triangle 0" L.obj --pick 132 100
+pick "the shadow next to it" "the floor" L.obj --pick 136 100
+pick "the front at its lower edge" "triangle 3" L.obj --pick 80 110
+pick "the floor before it" "the floor" L.obj --pick 80 117
+
+# The whole of a mesh is in the picture, from wherever it is seen and whatever its proportions are.
+# framed WIDTH HEIGHT OPTION...: nothing of it at the border.
+framed() {
+    width=$1
+    height=$2
+    shift 2
+    for at in "0 0" "$((width - 1)) 0" "0 $((height - 1))" "$((width - 1)) $((height - 1))" \
+        "$((width / 2)) 0" "0 $((height / 2))" "$((width - 1)) $((height / 2))" "$((width / 2)) $((height - 1))"; do
+        # shellcheck disable=SC2086 # a column and a row
+        case $("$program" --width "$width" --height "$height" --output framed.png "$@" --pick $at |
+            grep '^pixel') in
+        *triangle*) fail "framed $*: the mesh reaches pixel $at" ;;
+        esac
+    done
+}
+framed 160 120 cube.obj
+framed 90 200 L.obj --azimuth 45
+framed 200 90 L.obj --field-of-view 100 --elevation 60
+framed 160 120 L.obj --rotate 0 0 45
+
+# Two triangles that meet at 60 degrees: smooth shading makes their edge disappear, unless the angle
+# is a crease.
+printf 'v -1 0 0\nv 0 -1 0.6\nv 0 1 0.6\nv 1 0 0\nf 1 2 3\nf 2 4 3\n' >fold.obj
+"$program" fold.obj $view --light-azimuth 20 --smooth 90 --output smooth.png >report.txt
+"$program" fold.obj $view --light-azimuth 20 --smooth 30 --output crease.png >report.txt
+"$program" fold.obj $view --light-azimuth 20 --output flat.png >report.txt
+cmp -s crease.png flat.png || fail "a crease is shaded smoothly"
+# shellcheck disable=SC2046 # two lines of three numbers
+[ $("$pixel" smooth.png 78 50 82 50 | awk 'NR == 1 { a = $1 } NR == 2 { print ($1 - a) ^ 2 < 100 }') = 1 ] ||
+    fail "a fold is not shaded smoothly"
+[ $("$pixel" flat.png 78 50 82 50 | awk 'NR == 1 { a = $1 } NR == 2 { print ($1 - a) ^ 2 < 100 }') = 0 ] ||
+    fail "a fold is shaded smoothly unasked"
+
 refused "no faces" /dev/null --output out/bad.png
 refused "a pixel outside" cube.obj --pick 1280 0 --output out/bad.png
 refused "a picture of no size" cube.obj --width 0 --output out/bad.png
 refused "a field of view that sees nothing" cube.obj --field-of-view 180 --output out/bad.png
 refused "an infinite distance" cube.obj --distance inf --output out/bad.png
 refused "a distance behind" cube.obj --distance -1 --output out/bad.png
-refused "a place too far" cube.obj --position 3e38 3e38 3e38 --output out/bad.png
+printf 'v 2e38 0 0\nv 3e38 0 0\nv 2e38 1e38 0\nf 1 2 3\n' >far.obj
+refused "a place too far" far.obj --position 2e38 0 0 --output out/bad.png
+refused "a picture that is no PNG file" cube.obj --output out/bad.jpg
+refused "one number for two" --output out/bad.png cube.obj --pick 1
 printf 'v 1 2 3\nv 1 2 3\nv 1 2 3\nf 1 2 3\n' >point.obj
 refused "a mesh of no extent" point.obj --output out/bad.png
 

@@ -30,3 +30,13 @@ is_png() {
         grep -q "^89504e470d0a1a0a0000000d49484452$(printf '%08x%08x' "$2" "$3")\$" ||
         fail "$1 is not a PNG of $2 by $3"
 }
+
+# pixels FILE <<: each line a column, a row and the colour wanted there, to 2 of 255, with what it is.
+pixels() {
+    while read -r column row red green blue what; do
+        "$pixel" "$1" "$column" "$row" | awk -v r="$red" -v g="$green" -v b="$blue" '
+            function off(x, y) { return x > y + 2 || y > x + 2 }
+            { if (off($1, r) || off($2, g) || off($3, b)) { print; exit 1 } }' >colour.txt ||
+            fail "$1, pixel $column $row: wanted $red $green $blue ($what), got $(cat colour.txt)"
+    done
+}

@@ -1,8 +1,9 @@
 #!/bin/sh
 # The example host on a small mesh whose numbers are known, and on everything that can be wrong:
-# place_mesh.sh PROGRAM
+# place_mesh.sh PROGRAM PIXEL-READER
 set -eu
 program=$1
+pixel=$2
 . "$(dirname "$0")/common.sh"
 
 # A wedge, 1 by 2 by 4 m, with a polygon of four corners among its faces.
@@ -64,6 +65,70 @@ by columns     X 20, Y 30, Z 40 degrees, scale (1, 1, 1)
 built again    from each of the three: at most 6.0e-08 off
 TEXT
 
+# The sheet: what is where, and that it is neither mirrored, upside down, shifted nor without its boxes.
+"$program" wedge.obj --from m --to cm --position 1000 0 0 --rotate 20 30 40 --output sheet.png >report.txt
+pixels sheet.png <<'TEXT'
+450 250 166 155 138 from above: a face
+480 380 255 255 255 from above: paper, next to the mesh
+700 102 216 91 95 from above: the line of Z = 0
+400 512 225 115 25 from above: the carried box
+330 850 75 70 63 from the front: a face away from the light
+450 900 244 228 203 from the front: one towards it
+1300 870 246 230 205 from the right: a face
+1350 950 112 105 93 from the right: the other
+1016 900 225 115 25 from the right: the carried box
+1200 727 225 116 27 from the right: its upper side
+1426 700 85 173 107 from the right: the line of Z = 0
+700 41 43 51 64 the scale bar
+40 850 33 148 61 the arrow up, along Y
+1186 1162 30 97 215 the arrow to the left, along Z
+TEXT
+# The dashed box: from the right, a line between Y = 143 and 144, half of it ink.
+dashes=$(seq 1125 1435 | sed 's/$/ 784/' | xargs "$pixel" sheet.png | awk '$3 > $1 + 60' | wc -l)
+[ "$dashes" -gt 100 ] || fail "the box around the points is not drawn: $dashes dots"
+
+# So far out that a single has no digits for the shape, the drawing is the same and the labels count
+# from the mesh.
+"$program" wedge.obj --position 1e16 0 0 --output far.png >report.txt
+"$program" wedge.obj --output near.png >report.txt
+[ "$("$pixel" far.png 330 850 450 250 1300 900)" = "$("$pixel" near.png 330 850 450 250 1300 900)" ] ||
+    fail "a mesh far from the origin is drawn differently"
+
+# What people's files have: a byte order mark, continued lines, old line ends, comments, textures
+# without normals, several objects, numbers without a digit before the point, a concave polygon.
+read_as() {
+    wanted=$1
+    what=$2
+    printf '%b' "$3" >"$4"
+    shift 3
+    got=$("$program" "$@" --output read.png | grep -E '^(mesh|own box)' | sed 's/^[^:]*: //; s/^own box  *//')
+    [ "$got" = "$wanted" ] || fail "$what: wanted $wanted, got $got"
+}
+one='3 points, 1 triangle
+(0, 0, 0) to (1, 1, 0) m'
+read_as "$one" "a byte order mark" '\0357\0273\0277v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n' a.obj
+read_as "$one" "continued lines" 'v 0 \\\n0 0\nv 1 0 0\nv 0 1 0\nf 1 2 \\\n 3' a.obj
+read_as "$one" "old line ends" 'v 0 0 0\rv 1 0 0\rv 0 1 0\rf 1 2 3\r' a.obj
+read_as "$one" "comments" 'v 0 0 0 # a\nv 1 0 0\nv 0 1 0\nf 1 2 3 # b\n' a.obj
+read_as "$one" "textures" 'v 0 0 0\nv 1 0 0\nv 0 1 0\nvt 0 0\nf 1/ 2/1 3/1/\n' a.obj
+read_as "$one" "numbers" 'v .0 -0 +0.\nv 1e0 0 0\nv 0 +1 0\nf 1 2 3\n' a.obj
+read_as "$one" "faces first" 'f 1 2 3\nv 0 0 0\nv 1 0 0\nv 0 1 0\n' a.obj
+read_as '4 points, 2 triangles
+(0, 0, 0) to (1, 1, 0) m' "two objects" \
+    'o a\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\no b\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 4 5 6\n' a.obj
+stl='solid\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n'
+read_as "$one" "STL" "${stl}endsolid\n" a.stl
+ply='ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n0 0 0\n1 0 0\n'
+read_as "$one" "PLY" "${ply}0 1 0\n3 0 1 2\n" a.ply
+read_as '3 points, 1 triangle
+(0, 0, -1) to (1, 0, 0) m' "Z up" 'v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n' a.obj --up z
+# The same triangle in glTF: its positions as three times three singles.
+gltf='{"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
+"meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],
+"accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[1,1,0]}],
+"bufferViews":[{"buffer":0,"byteLength":36}],"buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"}]}'
+read_as "$one" "glTF" "$gltf" a.gltf
+
 # Everything that can be wrong.
 refused_mesh() {
     printf '%b' "$2" >bad.obj
@@ -84,6 +149,27 @@ refused_mesh "a word for a coordinate" "v 0 0 0\nv 1 0 x\nv 0 1 0\nf 1 2 3\n"
 refused_mesh "not a number" "v 0 0 0\nv 1 0 nan\nv 0 1 0\nf 1 2 3\n"
 refused_mesh "infinite" "v 0 0 0\nv 1 0 inf\nv 0 1 0\nf 1 2 3\n"
 refused_mesh "beyond a float" "v 0 0 0\nv 1 0 1e39\nv 0 1 0\nf 1 2 3\n"
+# refused_with WORDS WHAT FILE CONTENTS: the sentence names the file and what is wrong.
+refused_with() {
+    printf '%b' "$4" >"$3"
+    refused "$2" "$3" --output out/bad.png
+    grep -q "^place_mesh: $3$1" stderr.txt || fail "$2: $(cat stderr.txt)"
+}
+refused_with ', line 4: .*three corners' "a cut face" bad.obj "${triangle}f 1 2"
+refused_with ', line 5: .*vertex 9' "a corner outside" bad.obj "${triangle}f 1 2 3\nf 1 2 9"
+refused_with ', line 3: .*three finite numbers' "a cut vertex after a continued line" bad.obj \
+    'v 0 0 \\\n0\nv 1 0'
+refused_with ' is cut off: .*header' "a PLY header cut off" bad.ply 'ply\nformat ascii 1.0\nelement vertex 3\n'
+refused_with ' is cut off.*2 of 3.*vertex' "PLY vertices cut off" bad.ply "$ply"
+refused_with ' is cut off.*0 of 1.*face' "a PLY face cut off" bad.ply "${ply}0 1 0\n3 0 1"
+refused_with ' cannot be read.*range' "a PLY corner outside" bad.ply "${ply}0 1 0\n3 0 1 9\n"
+refused_with ' is cut off.*endsolid' "a text STL cut off" bad.stl "$stl"
+refused_with ' is cut off.*0 of its 1 ' "a binary STL cut off" bad.stl \
+    "$(printf '%080d' 0)\0001\0000\0000\0000abc"
+refused_with ' is damaged' "glTF cut off" bad.gltf "$(echo "$gltf" | head -c 200)"
+refused_with ' has no triangles' "points alone" bad.ply \
+    'ply\nformat ascii 1.0\nelement vertex 1\nproperty float x\nproperty float y\nproperty float z\nend_header\n0 0 0\n'
+refused "a picture that is no PNG file" wedge.obj --output out/bad.svg
 refused "a binary file" "$program" --output out/bad.png
 refused "no such unit" wedge.obj --from furlong --output out/bad.png
 refused "no such order" wedge.obj --order XYY --output out/bad.png
