@@ -340,7 +340,7 @@ KX_API void KXM3Rotate2(float c, float s, KXM3 *out);
  *                    translation -(inverse block)*t   pivot: the row's first element from the
  *                                                     diagonal on with a magnitude above
  *                                                     KX_TOLERANCE, not the largest
- *     last row       taken as 0 0 0 1                 inverted with the rest
+ *     last row       taken and stored as 0 0 0 1      inverted with the rest
  *     singular when  D is 0, or |D / S| is below      a row has no pivot, so the scale matters
  *                    1e-15
  *     on status 1    out untouched                    out meaningless; the identity if row 0
