@@ -13,6 +13,8 @@ KX_DECLARE_COPIES(
 
     void product(const KXM4 *a, const KXM4 *b, KXM4 *out);
 
+    void position(const KXM4 *m, const KXP3 *p, KXP3 *out);
+
     void directions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);
     void positions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);
     void directions(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out);

@@ -1,34 +1,50 @@
-/* Matrices applied to points, one at a time and in arrays. */
+/* Matrices applied to points. All but the shortest are in kernels/points.cpp. */
 #include "kxmaths5/matrix.h"
 
-#include "matrix/forms.h"
 #include "matrix/kernels.h"
+#include "matrix/transform_point.h"
 
 using namespace kx;
 
 void KXM3P2I0(const KXM3 *m, const KXP2 *p, KXP2 *out)
 {
-    *out = direction(*m, *p);
+    *out = Transform2<false>(*m)(*p);
 }
 
 void KXM3P2I1(const KXM3 *m, const KXP2 *p, KXP2 *out)
 {
-    *out = position(*m, *p);
+    *out = Transform2<true>(*m)(*p);
 }
 
 void KXM4P3I0(const KXM4 *m, const KXP3 *p, KXP3 *out)
 {
-    *out = direction(*m, *p);
+    // Rows 0 and 1 side by side; the last column is not read.
+    const Double2 xy = load2(&p->x);
+    const double z = widen(p->z);
+    const Double2 a = load2(m->m[0]) * xy, b = load2(m->m[1]) * xy, c = load2(m->m[2]) * xy;
+    const Double2 ends = lanes(widen(m->m[0][2]), widen(m->m[1][2])) * splat2(z);
+    store(&out->x, narrow(unpack_low(a, b) + unpack_high(a, b) + ends));
+    out->z = narrow(low(c) + high(c) + widen(m->m[2][2]) * z);
 }
 
 void KXM4P3I1(const KXM4 *m, const KXP3 *p, KXP3 *out)
 {
-    *out = position(*m, *p);
+    KX_DISPATCH(position(m, p, out));
 }
 
 void KXM4P4(const KXM4 *m, const KXP4 *p, KXP4 *out)
 {
-    *out = homogeneous(*m, *p);
+    // Two rows side by side.
+    const Double2 xy = load2(&p->x), zw = load2(&p->z);
+    const auto rows = [xy, zw](const float *row_a, const float *row_b) {
+        const Double2 a = load2(row_a) * xy, a_end = load2(row_a + 2) * zw;
+        const Double2 b = load2(row_b) * xy, b_end = load2(row_b + 2) * zw;
+        return narrow(unpack_low(a, b) + unpack_high(a, b) + unpack_low(a_end, b_end) +
+                      unpack_high(a_end, b_end));
+    };
+    const Float2 image_xy = rows(m->m[0], m->m[1]), image_zw = rows(m->m[2], m->m[3]);
+    store(&out->x, image_xy);
+    store(&out->z, image_zw);
 }
 
 void KXM3NP2I0(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)

@@ -74,6 +74,20 @@ KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
     return _mm256_castsi256_pd(
         _mm256_unpackhi_epi64(_mm256_castpd_si256(a), _mm256_castpd_si256(b)));
 }
+/** The low half of a and then that of b, or the high halves. */
+KX_INLINE Double4 join_low(Double4 a, Double4 b)
+{
+    return _mm256_permute2f128_pd(a, b, 0x20);
+}
+KX_INLINE Double4 join_high(Double4 a, Double4 b)
+{
+    return _mm256_permute2f128_pd(a, b, 0x31);
+}
+/** The same in the first three lanes, and 1 in the last. */
+KX_INLINE Double4 with_last_1(Double4 v)
+{
+    return _mm256_blend_pd(v, _mm256_set1_pd(1.0), 8);
+}
 /** Lane 0 of the first, and the others of the second. */
 KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
 {
@@ -182,11 +196,7 @@ KX_INLINE Double4 load4(const float *from)
 /** Three floats, widened, and 0; the float after them is not read. */
 KX_INLINE Double4 load3(const float *from)
 {
-#if defined(__AVX512VL__)
-    return _mm256_cvtps_pd(_mm_maskz_loadu_ps(7, from));
-#else
-    return _mm256_cvtps_pd(_mm_movelh_ps(load_floats2(from), _mm_load_ss(from + 2)));
-#endif
+    return widen(load_floats3(from));
 }
 /** One float, widened, in all lanes. */
 KX_INLINE Double4 broadcast4(const float *from)
@@ -198,6 +208,12 @@ KX_INLINE Double4 broadcast4(const float *from)
 #else
     return _mm256_cvtps_pd(_mm_broadcast_ss(from));
 #endif
+}
+
+/** One double in all lanes. */
+KX_INLINE Double4 broadcast4(const double *from)
+{
+    return _mm256_set1_pd(*from);
 }
 
 /** Four rows from their columns, rounded. */

@@ -31,6 +31,11 @@ KX_INLINE Double4 sum_of_products(Double4 a0, Double4 b0, Double4 a1, Double4 b1
 {
     return add_exact_product(a2, b2, add_exact_product(a1, b1, a0 * b0));
 }
+KX_INLINE Double4 sum_of_products(Double4 a0, Double4 b0, Double4 a1, Double4 b1, Double4 a2,
+                                  Double4 b2, Double4 a3, Double4 b3)
+{
+    return add_exact_product(a3, b3, sum_of_products(a0, b0, a1, b1, a2, b2));
+}
 
 } // namespace kx
 

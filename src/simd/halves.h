@@ -92,6 +92,18 @@ KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
 {
     return {unpack_high(a.low, b.low), unpack_high(a.high, b.high)};
 }
+KX_INLINE Double4 join_low(Double4 a, Double4 b)
+{
+    return {a.low, b.low};
+}
+KX_INLINE Double4 join_high(Double4 a, Double4 b)
+{
+    return {a.high, b.high};
+}
+KX_INLINE Double4 with_last_1(Double4 v)
+{
+    return {v.low, low_and_high(v.high, splat2(1.0))};
+}
 KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
 {
     return {low_and_high(value, v.low), v.high};
@@ -168,6 +180,11 @@ KX_INLINE Double4 broadcast4(const float *from)
 {
     const Double2 both = splat2(widen(*from));
     return {both, both};
+}
+
+KX_INLINE Double4 broadcast4(const double *from)
+{
+    return splat4(*from);
 }
 
 KX_INLINE void store_columns(float *row0, float *row1, float *row2, float *row3, Double4 a,

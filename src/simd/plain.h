@@ -216,6 +216,10 @@ KX_INLINE Float4 load_floats4(const float *from)
 {
     return {load_floats2(from), load_floats2(from + 2)};
 }
+KX_INLINE Float4 load_floats3(const float *from)
+{
+    return {load_floats2(from), {from[2], 0.0f}};
+}
 KX_INLINE void store(float *to, Float4 v)
 {
     store(to, v.low);

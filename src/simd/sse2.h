@@ -231,6 +231,14 @@ KX_INLINE Float4 load_floats4(const float *from)
 {
     return {_mm_loadu_ps(from)};
 }
+/**
+ * Three floats and 0; the float that follows them isn't read. With a mask it would be one load, but
+ * one that waits for stores to those floats to reach the cache.
+ */
+KX_INLINE Float4 load_floats3(const float *from)
+{
+    return {_mm_movelh_ps(load_floats2(from), _mm_load_ss(from + 2))};
+}
 KX_INLINE void store(float *to, Float4 v)
 {
     _mm_storeu_ps(to, v.floats);
@@ -248,12 +256,8 @@ KX_INLINE void store_high(float *to, Float4 v)
 /** The first three lanes; the float after them stays untouched. */
 KX_INLINE void store3(float *to, Float4 v)
 {
-#if defined(__AVX512VL__)
-    _mm_mask_storeu_ps(to, 7, v.floats);
-#else
     _mm_storel_pi(reinterpret_cast<__m64 *>(to), v.floats);
     _mm_store_ss(to + 2, _mm_movehl_ps(v.floats, v.floats));
-#endif
 }
 /** The same float in all lanes. */
 KX_INLINE Float4 broadcast_floats4(const float *from)

@@ -108,23 +108,6 @@ KX_INLINE void store(float *to, Doubles<N> value)
     }
 }
 
-/** One float in all lanes. */
-template <size_t N>
-KX_INLINE Doubles<N> broadcast(const float *from)
-{
-    if constexpr (N == 2) {
-        return splat2(widen(*from));
-#if defined(__AVX__)
-    } else if constexpr (N == 4) {
-        return _mm256_cvtps_pd(_mm_broadcast_ss(from));
-#endif
-#if defined(__AVX512F__)
-    } else if constexpr (N == 8) {
-        return _mm512_cvtps_pd(_mm256_broadcast_ss(from));
-#endif
-    }
-}
-
 /** A group of floats in every group of lanes. */
 template <size_t N, size_t Group>
 KX_INLINE Doubles<N> broadcast_group(const float *from)
@@ -200,17 +183,19 @@ KX_INLINE Vector add_exact_product(Vector a, Vector b, Vector c)
     return a * b + c;
 }
 
-template <size_t N>
-KX_INLINE Doubles<N> broadcast(const float *from)
-{
-    Doubles<N> everywhere;
-    for (size_t lane = 0; lane < N; ++lane) {
-        everywhere[lane] = widen(*from);
-    }
-    return everywhere;
-}
-
 #endif
+
+template <size_t N>
+KX_INLINE Doubles<N> splat(double value)
+{
+    if constexpr (N == 2) {
+        return Doubles<N>{value, value};
+    } else if constexpr (N == 4) {
+        return Doubles<N>{value, value, value, value};
+    } else {
+        return Doubles<N>{value, value, value, value, value, value, value, value};
+    }
+}
 
 /** Exact products, added up from left to right. */
 template <typename Vector>

@@ -1,13 +1,17 @@
-/* Every instruction set's copy of the kernels against the forms for one point and one product. */
+/*
+ * Every instruction set's copy of the kernels: arrays and the product against their plain formulas,
+ * the others against the baseline's copy.
+ */
 #include "matrix/kernels.h"
 
-#include "matrix/forms.h"
 #include "support/check.h"
 #include "support/digest.h"
 #include "support/inputs.h"
 
 #include <cfenv>
 #include <cstring>
+#include <limits>
+#include <string>
 #include <vector>
 
 #if defined(__linux__)
@@ -88,12 +92,51 @@ struct Room {
 };
 #endif
 
+/**
+ * Each coordinate as one sum of products in double, from left to right. A row has as many elements
+ * as Columns says, and a coordinate that the point doesn't have is 1.
+ */
+template <std::size_t Columns, typename Matrix, typename Point>
+Point plain_form(const Matrix &m, const Point &p)
+{
+    constexpr std::size_t size = sizeof(Point) / 4;
+    Point image;
+    const float *const in = &p.x;
+    for (std::size_t r = 0; r < size; ++r) {
+        double sum = double{m.m[r][0]} * double{in[0]};
+        for (std::size_t c = 1; c < Columns; ++c) {
+            sum += c < size ? double{m.m[r][c]} * double{in[c]} : double{m.m[r][c]};
+        }
+        (&image.x)[r] = static_cast<float>(sum);
+    }
+    return image;
+}
+
+KXM4 plain_product(const KXM4 &a, const KXM4 &b)
+{
+    KXM4 product;
+    for (int r = 0; r < 4; ++r) {
+        for (int c = 0; c < 4; ++c) {
+            double sum = double{a.m[r][0]} * double{b.m[0][c]};
+            for (int k = 1; k < 4; ++k) {
+                sum += double{a.m[r][k]} * double{b.m[k][c]};
+            }
+            product.m[r][c] = static_cast<float>(sum);
+        }
+    }
+    return product;
+}
+
 /** Any count, any start, in place and not, with floats around the arrays that must stay. */
-template <typename Matrix, typename Point>
-void check_arrays(const char *label, Point (*form)(const Matrix &, const Point &),
+template <std::size_t Columns, typename Matrix, typename Point>
+void check_arrays(const char *label,
                   void (*kernel)(const Matrix *, std::uint32_t, const Point *, Point *))
 {
     constexpr std::size_t floats = sizeof(Point) / 4;
+    constexpr std::size_t matrix_columns = sizeof(Matrix::m[0]) / 4;
+    // What the formula doesn't need isn't read: memory ends there, and signalling NaNs raise
+    // nothing.
+    constexpr std::size_t read_of_matrix = ((floats - 1) * matrix_columns + Columns) * 4;
     Inputs inputs(label);
     Room matrix_room, room;
     for (const Kind kind : kinds) {
@@ -102,6 +145,11 @@ void check_arrays(const char *label, Point (*form)(const Matrix &, const Point &
                 inputs.use(kind);
                 Matrix m;
                 inputs.fill(&m);
+                for (std::size_t r = 0; r < floats; ++r) {
+                    for (std::size_t c = Columns; c < matrix_columns; ++c) {
+                        m.m[r][c] = std::numeric_limits<float>::signaling_NaN();
+                    }
+                }
                 std::vector<float> in(start + count * floats + 16), out(in.size());
                 for (float &f : in) {
                     f = inputs.number();
@@ -112,11 +160,12 @@ void check_arrays(const char *label, Point (*form)(const Matrix &, const Point &
                 };
                 const int plain = raised_by([&] {
                     for (std::uint32_t i = 0; i < count; ++i) {
-                        points(wanted)[i] = points(wanted_in_place)[i] = form(m, points(in)[i]);
+                        points(wanted)[i] = points(wanted_in_place)[i] =
+                            plain_form<Columns>(m, points(in)[i]);
                     }
                 });
                 const auto *last_matrix =
-                    static_cast<const Matrix *>(matrix_room.copy_at_end(&m, sizeof m));
+                    static_cast<const Matrix *>(matrix_room.copy_at_end(&m, read_of_matrix));
                 const auto *last =
                     static_cast<const Point *>(room.copy_at_end(points(in), count * sizeof(Point)));
                 const int fast = raised_by([&] { kernel(last_matrix, count, last, points(out)); });
@@ -145,8 +194,8 @@ void check_product(const char *label, void (*product)(const KXM4 *, const KXM4 *
         KXM4 a, b, wanted, square, out;
         inputs.fill(&a);
         inputs.fill(&b);
-        const int plain = raised_by([&] { kx::multiply<4>(&a, &b, &wanted); });
-        kx::multiply<4>(&a, &a, &square);
+        const int plain = raised_by([&] { wanted = plain_product(a, b); });
+        square = plain_product(a, a);
         const int fast = raised_by([&] { product(&a, &b, &out); });
         KXM4 in_a = a, in_b = b, in_both = a;
         product(&in_a, &b, &in_a);
@@ -165,6 +214,35 @@ void check_product(const char *label, void (*product)(const KXM4 *, const KXM4 *
     }
 }
 
+/** Inverses and determinants of all kinds of matrices, and single points. */
+void check_as_baseline(double (*determinant)(const KXM4 *),
+                       std::int32_t (*inverse)(const KXM4 *, KXM4 *),
+                       void (*position)(const KXM4 *, const KXP3 *, KXP3 *))
+{
+    Inputs inputs("copies");
+    for (int i = 0; i < 100000; ++i) {
+        inputs.use(kinds[i % 4]);
+        KXM4 m;
+        KXP3 p;
+        inputs.fill(&m);
+        inputs.fill(&p);
+        std::vector<float> wanted(20, 1.25f), got = wanted;
+        const auto run = [&](std::vector<float> &out, auto d, auto n, auto t) {
+            const double value = d(&m);
+            out[0] = static_cast<float>(n(&m, reinterpret_cast<KXM4 *>(&out[1])));
+            t(&m, &p, reinterpret_cast<KXP3 *>(&out[17]));
+            return value;
+        };
+        const double wanted_d =
+            run(wanted, kx::baseline::determinant, kx::baseline::inverse, kx::baseline::position);
+        const double got_d = run(got, determinant, inverse, position);
+        const std::string fault = difference(wanted, got);
+        REQUIRE_MESSAGE(fault.empty(), i, fault);
+        REQUIRE_MESSAGE((std::memcmp(&wanted_d, &got_d, sizeof got_d) == 0 || wanted_d != wanted_d),
+                        i, ", determinant ", got_d);
+    }
+}
+
 } // namespace
 
 #define CHECK_COPY(instruction_set, runs)                                                          \
@@ -174,14 +252,14 @@ void check_product(const char *label, void (*product)(const KXM4 *, const KXM4 *
             MESSAGE("skipped: not on this processor, or not in this build");                       \
             return;                                                                                \
         }                                                                                          \
-        check_arrays<KXM3, KXP2>("KXP2 directions", kx::direction,                                 \
-                                 kx::instruction_set::directions);                                 \
-        check_arrays<KXM3, KXP2>("KXP2 positions", kx::position, kx::instruction_set::positions);  \
-        check_arrays<KXM4, KXP3>("KXP3 directions", kx::direction,                                 \
-                                 kx::instruction_set::directions);                                 \
-        check_arrays<KXM4, KXP3>("KXP3 positions", kx::position, kx::instruction_set::positions);  \
-        check_arrays<KXM4, KXP4>("KXP4", kx::homogeneous, kx::instruction_set::homogeneous);       \
-        check_product("product", kx::instruction_set::product);                                    \
+        using namespace kx::instruction_set;                                                       \
+        check_arrays<2, KXM3, KXP2>("KXP2 directions", directions);                                \
+        check_arrays<3, KXM3, KXP2>("KXP2 positions", positions);                                  \
+        check_arrays<3, KXM4, KXP3>("KXP3 directions", directions);                                \
+        check_arrays<4, KXM4, KXP3>("KXP3 positions", positions);                                  \
+        check_arrays<4, KXM4, KXP4>("KXP4", homogeneous);                                          \
+        check_product("product", product);                                                         \
+        check_as_baseline(determinant, inverse, position);                                         \
     }
 
 CHECK_COPY(baseline, true)

@@ -6,6 +6,7 @@
 #include "support/check.h"
 
 #include <cfenv>
+#include <limits>
 
 using namespace test;
 
@@ -92,6 +93,17 @@ TEST_CASE("Guarded paths raise neither division by zero nor an invalid operation
         KXRayIxBox(&ray, &box, &vector);
         KXLineIxBox(&beside, &box, &vector);
         KXLineIxBox(&from_inside, &box, &vector);
+    });
+    check_quiet("the translation that directions leave out", [] {
+        const float unread = std::numeric_limits<float>::signaling_NaN();
+        const KXM4 m = {{{1, 0, 0, unread}, {0, 1, 0, unread}, {0, 0, 1, unread}, {}}};
+        const KXM3 plane = {{{1, 0, unread}, {0, 1, unread}, {}}};
+        const KXP2 in_plane = {1, 2};
+        KXP2 turned;
+        KXM4P3I0(&m, &up, &vector);
+        KXM4NP3I0(&m, 1, &up, &vector);
+        KXM3P2I0(&plane, &in_plane, &turned);
+        KXM3NP2I0(&plane, 1, &in_plane, &turned);
     });
     check_quiet("no point wanted, and none that would be valid", [] {
         const KXRay ray = {{0.5f, 0.5f, 0.5f}, {infinity, 1, 1}};

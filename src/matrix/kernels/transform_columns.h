@@ -6,12 +6,61 @@
 #define KX_MATRIX_KERNELS_TRANSFORM_COLUMNS_H
 
 #include "kxmaths5/types.h"
+#include "matrix/transform_point.h"
+#include "simd/four.h"
 #include "simd/widest.h"
 
 namespace kx
 {
 namespace
 {
+
+/** A matrix by columns. */
+struct Columns4 {
+    Double4 x, y, z, w;
+
+    KX_INLINE_MEMBER explicit Columns4(const KXM4 &m)
+    {
+        Float4 a = load_floats4(m.m[0]), b = load_floats4(m.m[1]);
+        Float4 c = load_floats4(m.m[2]), d = load_floats4(m.m[3]);
+        transpose(a, b, c, d);
+        x = widen(a);
+        y = widen(b);
+        z = widen(c);
+        w = widen(d);
+    }
+
+    KX_INLINE_MEMBER Float4 image(Double4 px, Double4 py, Double4 pz, Double4 pw) const
+    {
+        return narrow(sum_of_products(x, px, y, py, z, pz, w, pw));
+    }
+};
+
+#if !KX_HAS_LANES
+
+template <bool Moved>
+KX_INLINE uint32_t transform_blocks(const KXM3 &, uint32_t, const KXP2 *, KXP2 *)
+{
+    return 0;
+}
+
+KX_INLINE uint32_t transform_blocks(const KXM4 &, uint32_t, const KXP4 *, KXP4 *)
+{
+    return 0;
+}
+
+KX_INLINE void multiply(const KXM4 *a, const KXM4 *b, KXM4 *out)
+{
+    const Double4 row0 = load4(b->m[0]), row1 = load4(b->m[1]);
+    const Double4 row2 = load4(b->m[2]), row3 = load4(b->m[3]);
+    for (int r = 0; r < 4; ++r) {
+        const float *const e = a->m[r];
+        store(out->m[r], narrow(sum_of_products(row0, broadcast4(&e[0]), row1, broadcast4(&e[1]),
+                                                row2, broadcast4(&e[2]), row3, broadcast4(&e[3]))));
+    }
+}
+
+#else
 
 using All = AllLanes<width>;
 
@@ -31,18 +80,19 @@ KX_INLINE Vector splat_in_groups(Vector v, LaneNumbers<Lane...>)
 
 /** A point of two coordinates is two lanes. */
 template <bool Moved>
-uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
+KX_INLINE uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
     const Vector x_column = gather_strided<2>(&m.m[0][0], 3, All());
     const Vector y_column = gather_strided<2>(&m.m[0][1], 3, All());
-    const Vector translation = gather_strided<2>(&m.m[0][2], 3, All());
+    // Directions have nothing to do with the translation, and don't read it.
+    const Vector translation = Moved ? gather_strided<2>(&m.m[0][2], 3, All()) : x_column;
     constexpr uint32_t points = width / 2;
     uint32_t done = 0;
     for (; count - done >= points; done += points) {
         const Vector p = load<width>(&in[done].x);
-        const Vector turned_only = sum_of_products(x_column, splat_in_groups<2, 0>(p, All()),
-                                                   y_column, splat_in_groups<2, 1>(p, All()));
-        store<width>(&out[done].x, Moved ? turned_only + translation : turned_only);
+        const Vector turned = sum_of_products(x_column, splat_in_groups<2, 0>(p, All()), y_column,
+                                              splat_in_groups<2, 1>(p, All()));
+        store<width>(&out[done].x, Moved ? turned + translation : turned);
     }
     return done;
 }
@@ -91,7 +141,33 @@ KX_INLINE uint32_t sum_columns(const PackedXyzw (&columns)[4], uint32_t count, c
     return done;
 }
 
-uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
+#if KX_HAS_DOUBLE4 && !defined(__AVX512F__)
+
+/** Four points at a time are widened into memory, from where a load fills all lanes. */
+KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
+{
+    Columns4 columns(m);
+    alignas(32) double widened[4][4];
+    uint32_t done = 0;
+    for (; count - done >= 4; done += 4) {
+#pragma GCC unroll 4
+        for (size_t i = 0; i < 4; ++i) {
+            store(widened[i], load4(&in[done + i].x));
+        }
+        read_back(widened);
+#pragma GCC unroll 4
+        for (size_t i = 0; i < 4; ++i) {
+            const double *const p = widened[i];
+            store(&out[done + i].x, columns.image(broadcast4(&p[0]), broadcast4(&p[1]),
+                                                  broadcast4(&p[2]), broadcast4(&p[3])));
+        }
+    }
+    return done;
+}
+
+#else
+
+KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
     PackedXyzw columns[4];
 #pragma GCC unroll 4
@@ -103,8 +179,10 @@ uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *o
     return sum_columns(columns, count, &in[0].x, &out[0].x);
 }
 
+#endif
+
 /** The rows of a are four points, for a matrix whose columns are the rows of b. */
-void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
+KX_INLINE void multiply(const KXM4 *a, const KXM4 *b, KXM4 *out)
 {
     PackedXyzw rows[4];
 #pragma GCC unroll 4
@@ -114,6 +192,41 @@ void multiply_by_rows(const KXM4 *a, const KXM4 *b, KXM4 *out)
         }
     }
     sum_columns(rows, 4, &a->m[0][0], &out->m[0][0]);
+}
+
+#endif
+
+template <bool Moved>
+KX_INLINE void transform(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
+{
+    if (count == 0) {
+        return; // nothing is read then, and any address may be null
+    }
+    uint32_t done = transform_blocks<Moved>(m, count, in, out);
+    if (done == count) {
+        return;
+    }
+    Transform2<Moved> form(m);
+    for (; done < count; ++done) {
+        out[done] = form(in[done]);
+    }
+}
+
+KX_INLINE void transform(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
+{
+    if (count == 0) {
+        return; // nothing is read then, and any address may be null
+    }
+    uint32_t done = transform_blocks(m, count, in, out);
+    if (done == count) {
+        return;
+    }
+    Columns4 columns(m);
+    for (; done < count; ++done) {
+        const KXP4 &p = in[done];
+        store(&out[done].x, columns.image(broadcast4(&p.x), broadcast4(&p.y), broadcast4(&p.z),
+                                          broadcast4(&p.w)));
+    }
 }
 
 } // namespace

@@ -1,17 +1,117 @@
-/*
- * Blocks of points of three coordinates, for the kernels: as many points at a time as a vector has
- * lanes.
- */
+/* Points with three coordinates, for the kernels: one at a time, and arrays of them in blocks. */
 #ifndef KX_MATRIX_KERNELS_TRANSFORM_XYZ_H
 #define KX_MATRIX_KERNELS_TRANSFORM_XYZ_H
 
 #include "kxmaths5/types.h"
+#include "simd/four.h"
 #include "simd/widest.h"
 
 namespace kx
 {
 namespace
 {
+
+/** The first three rows of a matrix by columns; the last lane is that before it again. */
+template <bool Moved>
+struct Columns {
+    Double4 x, y, z, translation;
+
+    KX_INLINE_MEMBER explicit Columns(const KXM4 &m)
+    {
+        Float4 a = load_row(m.m[0]), b = load_row(m.m[1]), c = load_row(m.m[2]), d = c;
+        transpose(a, b, c, d);
+        x = widen(a);
+        y = widen(b);
+        z = widen(c);
+        translation = widen(d);
+    }
+    /** Directions have nothing to do with the translation, and don't read it. */
+    KX_INLINE Float4 load_row(const float *row)
+    {
+        return Moved ? load_floats4(row) : load_floats3(row);
+    }
+
+    KX_INLINE_MEMBER Float4 image(const double *p) const
+    {
+        return image(broadcast4(p), broadcast4(p + 1), broadcast4(p + 2));
+    }
+    /** (column x)*x + (column y)*y + (column z)*z, and the translation. */
+    KX_INLINE_MEMBER Float4 image(Double4 px, Double4 py, Double4 pz) const
+    {
+        const Double4 turned = sum_of_products(x, px, y, py, z, pz);
+        return narrow(Moved ? turned + translation : turned);
+    }
+};
+
+/** Prefetches the lines that are written soon; an address past the end is harmless. */
+KX_INLINE void prefetch_output(const float *to)
+{
+#if defined(__GNUC__)
+    const uintptr_t ahead = reinterpret_cast<uintptr_t>(to) + 2048;
+    __builtin_prefetch(reinterpret_cast<const void *>(ahead), 1);
+    __builtin_prefetch(reinterpret_cast<const void *>(ahead + 64), 1);
+#else
+    static_cast<void>(to);
+#endif
+}
+
+#if !KX_HAS_LANES
+
+template <bool Moved>
+KX_INLINE uint32_t transform_blocks(const KXM4 &, uint32_t, const KXP3 *, KXP3 *)
+{
+    return 0;
+}
+
+#elif KX_HAS_DOUBLE4 && !defined(__AVX512F__)
+
+/*
+ * With AVX2 eight points are widened into memory, from where a load brings a coordinate into all
+ * lanes. Nothing is shuffled: what shuffles is one unit, and the conversions need it.
+ */
+constexpr uint32_t block = 8;
+
+KX_INLINE void widen_block(const KXP3 *in, double (&to)[3 * block])
+{
+#pragma GCC unroll 6
+    for (size_t i = 0; i < 3 * block; i += 4) {
+        store(to + i, load4(&in->x + i));
+    }
+}
+
+template <bool Moved>
+KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
+{
+    if (count < block) {
+        return 0;
+    }
+    Columns<Moved> columns(m);
+    alignas(32) double widened[2][3 * block];
+    widen_block(in, widened[0]);
+    read_back(widened);
+    uint32_t done = 0;
+    size_t now = 0;
+    for (; count - done >= 2 * block; done += block) {
+        prefetch_output(&out[done].x);
+        // The arrays may be the same, and the fourth lane of a point goes where the next point's x
+        // will: the next block is read before this one is stored.
+        widen_block(in + done + block, widened[1 - now]);
+#pragma GCC unroll 8
+        for (size_t i = 0; i < block; ++i) {
+            store(&out[done + i].x, columns.image(widened[now] + 3 * i));
+        }
+        now = 1 - now;
+        read_back(widened);
+    }
+#pragma GCC unroll 7
+    for (size_t i = 0; i + 1 < block; ++i) {
+        store(&out[done + i].x, columns.image(widened[now] + 3 * i));
+    }
+    store3(&out[done + block - 1].x, columns.image(widened[now] + 3 * (block - 1)));
+    return done + block;
+}
+
+#else
 
 using All = AllLanes<width>;
 
@@ -75,14 +175,11 @@ KX_INLINE void store_coordinate(float *to, const Vector &value)
 
 /*
  * Stores of single lanes replace eight shuffles and save a fifth of the time. They would wait for
- * cache lines that are not in the first cache, so these are prefetched 2 KiB ahead; a prefetch past
- * the end is harmless.
+ * cache lines that are not in the first cache, so these are prefetched 2 KiB ahead.
  */
 KX_INLINE void store_xyz(float *to, const Vector &x, const Vector &y, const Vector &z)
 {
-    const auto ahead = reinterpret_cast<uintptr_t>(to) + 2048;
-    __builtin_prefetch(reinterpret_cast<const void *>(ahead), 1);
-    __builtin_prefetch(reinterpret_cast<const void *>(ahead + 64), 1);
+    prefetch_output(to);
     store_coordinate(to, x);
     store_coordinate(to + 1, y);
     store_coordinate(to + 2, z);
@@ -110,39 +207,65 @@ KX_INLINE void store_xyz(float *to, const Vector &x, const Vector &y, const Vect
 
 #endif
 
+/** As many points at a time as a vector has lanes. */
 template <bool Moved>
-uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
+KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
     if (count < width) {
         return 0;
     }
+    // Each element in all lanes, by way of memory too.
+    alignas(32) double rows[3][4];
+    for (int r = 0; r < 3; ++r) {
+        store(rows[r], Moved ? load4(m.m[r]) : load3(m.m[r]));
+    }
+    read_back(rows);
     Vector e[3][4];
 #pragma GCC unroll 3
     for (int r = 0; r < 3; ++r) {
 #pragma GCC unroll 4
         for (int c = 0; c < 4; ++c) {
-            e[r][c] = broadcast<width>(&m.m[r][c]);
+            e[r][c] = splat<width>(rows[r][c]);
         }
     }
     const auto row = [&e](int r, const Vector &x, const Vector &y, const Vector &z) {
-        const Vector turned_only = sum_of_products(e[r][0], x, e[r][1], y, e[r][2], z);
-        return Moved ? turned_only + e[r][3] : turned_only;
+        const Vector turned = sum_of_products(e[r][0], x, e[r][1], y, e[r][2], z);
+        return Moved ? turned + e[r][3] : turned;
     };
     uint32_t done = 0;
-    PackedXyz block = load_xyz(&in[0].x);
+    PackedXyz next = load_xyz(&in[0].x);
     for (bool more = true; more; done += width) {
-        const Vector x = coordinate_of<0>(block, All());
-        const Vector y = coordinate_of<1>(block, All());
-        const Vector z = coordinate_of<2>(block, All());
+        const Vector x = coordinate_of<0>(next, All());
+        const Vector y = coordinate_of<1>(next, All());
+        const Vector z = coordinate_of<2>(next, All());
         // The arrays may be the same: a block is read whole before it is stored. The next block is
         // read before that too, so that no load waits for a store next to it.
         more = count - done >= 2 * width;
         if (more) {
-            block = load_xyz(&in[done + width].x);
+            next = load_xyz(&in[done + width].x);
         }
         store_xyz(&out[done].x, row(0, x, y, z), row(1, x, y, z), row(2, x, y, z));
     }
     return done;
+}
+
+#endif
+
+template <bool Moved>
+KX_INLINE void transform(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
+{
+    if (count == 0) {
+        return; // nothing is read then, and any address may be null
+    }
+    uint32_t done = transform_blocks<Moved>(m, count, in, out);
+    if (done == count) {
+        return;
+    }
+    Columns<Moved> columns(m);
+    for (; done < count; ++done) {
+        const KXP3 &p = in[done];
+        store3(&out[done].x, columns.image(broadcast4(&p.x), broadcast4(&p.y), broadcast4(&p.z)));
+    }
 }
 
 } // namespace
