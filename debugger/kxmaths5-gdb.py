@@ -1,6 +1,7 @@
 """Shows kxmaths5's records in gdb; docs/debugging.md says how to load it."""
 
 import math
+import pathlib
 import struct
 
 import gdb
@@ -125,3 +126,8 @@ class Records(gdb.printing.PrettyPrinter):
 
 
 gdb.printing.register_pretty_printer(gdb.current_objfile(), Records(), replace=True)
+
+# Debug information names the sources from this directory's parent on, where they are.
+sources = pathlib.Path(__file__).resolve().parent.parent
+if (sources / "src" / "exports.txt").is_file():
+    gdb.execute(f"directory {sources}", to_string=True)

@@ -4,7 +4,6 @@
 set -eu
 cd "$(dirname "$0")/../.."
 ./scripts/install g++ cmake ninja-build pkg-config
-export CMAKE_GENERATOR=Ninja
 
 work=build/install
 rm -rf "$work"
