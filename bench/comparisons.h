@@ -1,4 +1,4 @@
-/* Rows in which this library and its peers do the same job. */
+/* The rows of the tables: what this library and its peers do alike, and every function alone. */
 #ifndef BENCH_COMPARISONS_H
 #define BENCH_COMPARISONS_H
 
@@ -65,5 +65,15 @@ struct Comparison {
 };
 
 std::vector<Comparison> all_comparisons();
+
+/** A function of the catalogue by itself. */
+struct Function {
+    const char *name;
+    const char *unit;  /**< What the time is given for: a call, or a record of an array. */
+    std::size_t items; /**< How many of them a run has. */
+    std::function<void()> run;
+};
+
+std::vector<Function> all_functions();
 
 #endif

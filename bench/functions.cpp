@@ -2,9 +2,8 @@
  * Operands are chosen by their types and places, so that a function of the catalogue needs no line
  * here. The first of its sharings says which are arrays.
  */
-#include "functions.h"
-
 #include "comparisons.h"
+
 #include "data.h"
 
 #include "support/catalogue.h"

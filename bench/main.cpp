@@ -3,10 +3,8 @@
  * check that fails makes the program fail; a goal that is missed does not.
  */
 #include "comparisons.h"
-#include "functions.h"
 #include "measure.h"
 #include "report.h"
-#include "scale.h"
 
 #include <CLI/CLI.hpp>
 

@@ -3,9 +3,7 @@
 #define BENCH_REPORT_H
 
 #include "comparisons.h"
-#include "functions.h"
 #include "measure.h"
-#include "scale.h"
 
 /** What a row's checks came to. */
 struct Checks {

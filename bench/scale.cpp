@@ -1,8 +1,7 @@
-#include "scale.h"
+#include "measure.h"
 
 #include "comparisons.h"
 #include "data.h"
-#include "measure.h"
 
 #include <kxmaths5/matrix.h>
 

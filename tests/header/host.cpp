@@ -1,2 +1,0 @@
-/* The same host in C++. */
-#include "host.c"
