@@ -110,8 +110,8 @@ TEST_CASE("KXLineIxBox")
           {-1, 0.25f, 0.5f});
     check("x settles, y and z not compared", unit, {{0.5f, -1, 0.5f}, {0.5f, 0.5f, -1}}, 1,
           {0.5f, -1, 0.5f});
-    check("straddles a face by almost nothing", unit,
-          {{-4e-07f, 0.5f, 0.5f}, {4e-07f, 0.6f, 0.7f}}, 0, {-4e-07f, 0.5f, 0.5f});
+    check("straddles a face by almost nothing", unit, {{-4e-07f, 0.5f, 0.5f}, {4e-07f, 0.6f, 0.7f}},
+          0, {-4e-07f, 0.5f, 0.5f});
     check("straddles the other face", unit, {{0.5f, 1.0000004f, 0.5f}, {0.6f, 0.9999996f, 0.7f}}, 0,
           {0.5f, 1.0000004f, 0.5f});
     check("from infinity, y settles", unit, {{-infinity, 0.5f, 0.5f}, {2, 0.5f, 0.5f}}, 1,
