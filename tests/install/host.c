@@ -1,5 +1,6 @@
 /* Takes a point to a place and back, and prints which kind of library it was built for. */
 #include <kxmaths5.h>
+#include <kxmaths5/everyday.h>
 #include <stdio.h>
 
 int main(void)
@@ -10,7 +11,7 @@ int main(void)
     KXP3 out;
     KXM4Position(&there, &back, &place, KX_ORDER_YXZ);
     KXM4P3I1(&there, &point, &out);
-    if (out.x != 10.5f || out.y != 2.0f) {
+    if (out.x != 10.5f || out.y != 2.0f || kx_distance(&out, &point) < 10.6) {
         return 1;
     }
     KXM4P3I1(&back, &out, &out);
