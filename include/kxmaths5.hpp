@@ -1233,8 +1233,9 @@ struct box : KXBox {
     /** The box around an array of points; the empty box around none. */
     [[nodiscard]] static box around(const point3 *points, std::size_t count)
     {
-        box out;
-        for (std::size_t i = 0; i < count; ++i) {
+        // From the first point, since the empty box takes no coordinate beyond KX_HUGE.
+        box out = count > 0 ? box(points[0], points[0]) : box();
+        for (std::size_t i = 1; i < count; ++i) {
             out.include(points[i]);
         }
         return out;

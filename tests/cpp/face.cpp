@@ -825,6 +825,8 @@ TEST_CASE("arrays")
     const point3 points[] = {{1, 5, -2}, {0, 7, 3}, {4, 6, 1}};
     CHECK(box::around(points, 3) == box({0, 5, -2}, {4, 7, 3}));
     CHECK(!box::around(points, 0).is_valid());
+    const point3 far_away(1e30f, -1e30f, 0);
+    CHECK(box::around(&far_away, 1) == box(far_away, far_away));
 }
 
 namespace
