@@ -1,3 +1,4 @@
+# shellcheck shell=sh
 # What every script begins with: --help prints the comment at its top; work goes on in the root directory.
 
 case ${1-} in
