@@ -198,7 +198,7 @@ inline bool equal(const float *a, const float *b, int count)
     return true;
 }
 
-/** Copies a matrix, or what lies at the places of its transpose. */
+/** Copies a matrix, or its transpose. */
 template <int size>
 void copy(const float *from, float *to, bool transposed)
 {
@@ -402,7 +402,7 @@ struct point2 : KXP2 {
     }
 };
 
-/** A free vector: a direction and a length, no place. */
+/** A free vector: a direction and a length, without a place. */
 struct vec3 : KXV3 {
     /** The zero vector. */
     constexpr vec3() : KXV3{0.0f, 0.0f, 0.0f} {}
@@ -447,12 +447,12 @@ struct vec3 : KXV3 {
         }
         return v;
     }
-    /** A unit vector in the XZ plane at right angles to this one: KXV3Perpendicular. */
+    /** A unit vector in the XZ plane perpendicular to this one: KXV3Perpendicular. */
     [[nodiscard]] vec3 perpendicular() const
     {
         return detail::result<vec3>(KXV3Perpendicular, this);
     }
-    /** Turned about an axis, a unit vector, by radians: KXRotateInPlane. */
+    /** Rotated about an axis, a unit vector, by radians: KXRotateInPlane. */
     [[nodiscard]] vec3 rotated(const vec3 &axis, float angle) const
     {
         vec3 v = *this;
@@ -732,7 +732,7 @@ struct quat : KXQuat {
         return detail::result<quat>(KXGenerateQuat, angle, &axis);
     }
 
-    /** The rotation back, of a unit quaternion: kx_quat_conjugate. */
+    /** The inverse rotation, of a unit quaternion: kx_quat_conjugate. */
     [[nodiscard]] constexpr quat conjugate() const { return xyzw(-x, -y, -z, w); }
     /** The unit quaternion; nothing if this one is too short: kx_quat_normalise. */
     template <typename Quat = quat>
@@ -765,7 +765,7 @@ struct quat : KXQuat {
     {
         return detail::result<point3>(kx_quat_rotate, &q, &p);
     }
-    /** From a to b by the shorter way: kx_quat_slerp. */
+    /** From a to b along the shorter arc: kx_quat_slerp. */
     [[nodiscard]] friend quat slerp(const quat &a, const quat &b, float t)
     {
         return detail::result<quat>(kx_quat_slerp, &a, &b, t);
@@ -782,7 +782,7 @@ struct quat : KXQuat {
     }
 };
 
-/** A transform of the plane, homogeneous 3x3, row by row. */
+/** A transform of the plane, homogeneous 3x3, row-major. */
 struct mat3 : KXM3 {
     /** The identity, which leaves every point where it is. */
     constexpr mat3() : KXM3{{{1.0f, 0.0f, 0.0f}, {0.0f, 1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}}} {}
@@ -798,14 +798,14 @@ struct mat3 : KXM3 {
     explicit mat3(detail::Unset) {}
     /** @endcond */
 
-    /** From nine floats that lie row by row. */
+    /** From nine row-major floats. */
     [[nodiscard]] static mat3 from_rows(const float *floats)
     {
         mat3 out{detail::Unset()};
         detail::copy<3>(floats, &out.m[0][0], false);
         return out;
     }
-    /** From nine floats that lie column by column. */
+    /** From nine column-major floats. */
     [[nodiscard]] static mat3 from_columns(const float *floats)
     {
         mat3 out{detail::Unset()};
@@ -839,14 +839,14 @@ struct mat3 : KXM3 {
     [[nodiscard]] constexpr float operator()(int row, int column) const { return m[row][column]; }
     /** The element in a row and a column. */
     [[nodiscard]] constexpr float &operator()(int row, int column) { return m[row][column]; }
-    /** Writes nine floats, row by row. */
+    /** Writes nine floats row-major. */
     void to_rows(float *floats) const { detail::copy<3>(&m[0][0], floats, false); }
-    /** Writes nine floats, column by column. */
+    /** Writes nine floats column-major. */
     void to_columns(float *floats) const { detail::copy<3>(&m[0][0], floats, true); }
 
     /** Determinant, in double: KXM3Determinant. */
     [[nodiscard]] double determinant() const { return KXM3Determinant(this); }
-    /** Whether it is the identity, give or take KX_TOLERANCE: KXM3IsUnit. */
+    /** Whether it is the identity, within KX_TOLERANCE: KXM3IsUnit. */
     [[nodiscard]] bool is_identity() const { return KXM3IsUnit(this) != 0; }
     /** Rows and columns exchanged: KXM3Transpose. */
     [[nodiscard]] mat3 transposed() const { return detail::result<mat3>(KXM3Transpose, this); }
@@ -908,7 +908,7 @@ struct mat3 : KXM3 {
 };
 
 /**
- * A transform of space, homogeneous 4x4, row by row. It acts on column vectors at its right: the
+ * A transform of space, homogeneous 4x4, row-major. It multiplies column vectors from the left: the
  * translation is the last column, and in a*b the right factor acts first.
  */
 struct mat4 : KXM4 {
@@ -936,14 +936,14 @@ struct mat4 : KXM4 {
     explicit mat4(detail::Unset) {}
     /** @endcond */
 
-    /** From sixteen floats that lie row by row. */
+    /** From sixteen row-major floats. */
     [[nodiscard]] static mat4 from_rows(const float *floats)
     {
         mat4 out{detail::Unset()};
         detail::copy<4>(floats, &out.m[0][0], false);
         return out;
     }
-    /** From sixteen floats that lie column by column, as GLM and OpenGL have them. */
+    /** From sixteen column-major floats, as in GLM and OpenGL. */
     [[nodiscard]] static mat4 from_columns(const float *floats)
     {
         mat4 out{detail::Unset()};
@@ -1019,16 +1019,16 @@ struct mat4 : KXM4 {
     [[nodiscard]] constexpr float operator()(int row, int column) const { return m[row][column]; }
     /** The element in a row and a column. */
     [[nodiscard]] constexpr float &operator()(int row, int column) { return m[row][column]; }
-    /** Writes sixteen floats, row by row. */
+    /** Writes sixteen floats row-major. */
     void to_rows(float *floats) const { detail::copy<4>(&m[0][0], floats, false); }
-    /** Writes sixteen floats, column by column, as GLM and OpenGL have them. */
+    /** Writes sixteen floats column-major, as in GLM and OpenGL. */
     void to_columns(float *floats) const { detail::copy<4>(&m[0][0], floats, true); }
 
     /** Determinant, in double: KXM4Determinant. */
     [[nodiscard]] double determinant() const { return KXM4Determinant(this); }
-    /** Whether it is the identity, give or take KX_TOLERANCE: KXM4IsUnit. */
+    /** Whether it is the identity, within KX_TOLERANCE: KXM4IsUnit. */
     [[nodiscard]] bool is_identity() const { return KXM4IsUnit(this) != 0; }
-    /** Whether the first three columns are at right angles: KXM4IsOrthogonal. */
+    /** Whether the first three columns are perpendicular: KXM4IsOrthogonal. */
     [[nodiscard]] bool is_orthogonal() const { return KXM4IsOrthogonal(this) != 0; }
     /** Rows and columns exchanged: KXM4Transpose. */
     [[nodiscard]] mat4 transposed() const { return detail::result<mat4>(KXM4Transpose, this); }
