@@ -396,7 +396,7 @@ KX_API int32_t KXM3Inverse(const KXM3 *m, KXM3 *out);
  * A matrix applied to points. I1 takes a point as a position: its last coordinate is 1, and the
  * translation counts. I0 takes it as a direction: its last coordinate is 0, and the translation
  * does not. N takes an array. Nothing is divided by a fourth coordinate; for KXP2 and KXP3 the last
- * row of the matrix plays no part.
+ * row of the matrix is not read.
  *
  * An array form gives each point the same bits as the single form. Its count is between the matrix
  * and the arrays; with a count of 0 nothing is read or written.
@@ -408,7 +408,7 @@ KX_API int32_t KXM3Inverse(const KXM3 *m, KXM3 *out);
  *
  * - Aliasing: out may be p, and must not be part of m.
  *
- * @param[in]  m    the transform; column 2 and row 2 play no part
+ * @param[in]  m    the transform; column 2 and row 2 are not read
  * @param[in]  p    the direction
  * @param[out] out  the transformed direction
  */
@@ -419,7 +419,7 @@ KX_API void KXM3P2I0(const KXM3 *m, const KXP2 *p, KXP2 *out);
  *
  * - Aliasing: out may be p, and must not be part of m.
  *
- * @param[in]  m    the transform
+ * @param[in]  m    the transform; row 2 is not read
  * @param[in]  p    the position
  * @param[out] out  the transformed position
  */
@@ -431,7 +431,7 @@ KX_API void KXM3P2I1(const KXM3 *m, const KXP2 *p, KXP2 *out);
  *
  * - Aliasing: out may be p, and must not be part of m.
  *
- * @param[in]  m    the transform; column 3 and row 3 play no part
+ * @param[in]  m    the transform; column 3 and row 3 are not read
  * @param[in]  p    the direction
  * @param[out] out  the transformed direction
  */
@@ -443,7 +443,7 @@ KX_API void KXM4P3I0(const KXM4 *m, const KXP3 *p, KXP3 *out);
  *
  * - Aliasing: out may be p, and must not be part of m.
  *
- * @param[in]  m    the transform; row 3 plays no part
+ * @param[in]  m    the transform; row 3 is not read
  * @param[in]  p    the position
  * @param[out] out  the transformed position
  */
@@ -467,7 +467,7 @@ KX_API void KXM4P4(const KXM4 *m, const KXP4 *p, KXP4 *out);
  * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
  * - Null: allowed when count is 0.
  *
- * @param[in]  m      the transform; column 2 and row 2 play no part
+ * @param[in]  m      the transform; column 2 and row 2 are not read
  * @param[in]  count  how many directions
  * @param[in]  in     the directions, count of them, packed: eight bytes each
  * @param[out] out    the transformed directions, count of them, packed
@@ -480,7 +480,7 @@ KX_API void KXM3NP2I0(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);
  * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
  * - Null: allowed when count is 0.
  *
- * @param[in]  m      the transform
+ * @param[in]  m      the transform; row 2 is not read
  * @param[in]  count  how many positions
  * @param[in]  in     the positions, count of them, packed: eight bytes each
  * @param[out] out    the transformed positions, count of them, packed
@@ -493,7 +493,7 @@ KX_API void KXM3NP2I1(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out);
  * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
  * - Null: allowed when count is 0.
  *
- * @param[in]  m      the transform; column 3 and row 3 play no part
+ * @param[in]  m      the transform; column 3 and row 3 are not read
  * @param[in]  count  how many directions
  * @param[in]  in     the directions, count of them, packed: twelve bytes each
  * @param[out] out    the transformed directions, count of them, packed
@@ -506,7 +506,7 @@ KX_API void KXM4NP3I0(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out);
  * - Aliasing: out may be in; the arrays must not overlap otherwise, and out must not touch m.
  * - Null: allowed when count is 0.
  *
- * @param[in]  m      the transform; row 3 plays no part
+ * @param[in]  m      the transform; row 3 is not read
  * @param[in]  count  how many positions
  * @param[in]  in     the positions, count of them, packed: twelve bytes each
  * @param[out] out    the transformed positions, count of them, packed

@@ -230,7 +230,7 @@ void print_grid()
 
 // ---- Size
 
-/** Thinner than singles can tell: by a millionth of its longest edge. */
+/** Thinner than singles can resolve: by a millionth of its longest edge. */
 bool is_a_line(const std::vector<KXP3> &points, const Corners &c)
 {
     const auto edge = [&](std::size_t from, std::size_t to) {
