@@ -55,12 +55,21 @@ class Mesh:
         distances = kx.distance(inside[..., 0, :], points) / self._scale
         return triangles[()], kx.KXM4P3I1(self._from, points), distances
 
+    def meets(self, rays: ArrayLike) -> Any:
+        """Whether each ray of (..., 2, 3) meets any triangle, which is found sooner than the nearest."""
+        inside = self._carried(kx.KXTransformRay, rays, "rays")
+        self._reach_out(inside[..., 0, :])
+        return self._verdicts(_tree.met, inside)
+
     def blocks(self, lines: ArrayLike) -> Any:
         """Whether any triangle is between the start and the end of each line of (..., 2, 3)."""
         inside = self._carried(kx.KXTransformLine, lines, "lines")
         self._reach_out(inside)
-        verdicts = np.empty(inside.shape[:-2], np.bool_)
-        _tree.blocked(self._tree, inside, verdicts)
+        return self._verdicts(_tree.blocked, inside)
+
+    def _verdicts(self, search: Any, paths: NDArray[np.float32]) -> Any:
+        verdicts = np.empty(paths.shape[:-2], np.bool_)
+        search(self._tree, paths, verdicts)
         return verdicts[()]
 
     def _carried(self, carry: Any, paths: ArrayLike, name: str) -> NDArray[np.float32]:

@@ -105,25 +105,40 @@ PyObject *nearest(PyObject *, PyObject *arguments)
     Py_RETURN_NONE;
 }
 
-/** For each line whether any triangle is between its ends. */
-PyObject *blocked(PyObject *, PyObject *arguments)
+/** For each line or ray whether any triangle is in its way. */
+template <typename Path, typename Search>
+PyObject *verdicts(PyObject *arguments, Search search)
 {
     PyObject *capsule;
-    Buffer lines, verdicts;
-    if (!PyArg_ParseTuple(arguments, "Oy*w*", &capsule, &lines.view, &verdicts.view)) {
+    Buffer paths, verdicts;
+    if (!PyArg_ParseTuple(arguments, "Oy*w*", &capsule, &paths.view, &verdicts.view)) {
         return nullptr;
     }
     const Tree *const tree = tree_of(capsule);
     if (!tree) {
         return nullptr;
     }
-    const Py_ssize_t count = lines.view.len / static_cast<Py_ssize_t>(sizeof(KXLine));
+    const Py_ssize_t count = paths.view.len / static_cast<Py_ssize_t>(sizeof(Path));
     Py_BEGIN_ALLOW_THREADS;
     for (Py_ssize_t i = 0; i < count; ++i) {
-        verdicts.records<bool>()[i] = tree->hierarchy.is_blocked(lines.records<KXLine>()[i]);
+        verdicts.records<bool>()[i] = search(tree->hierarchy, paths.records<Path>()[i]);
     }
     Py_END_ALLOW_THREADS;
     Py_RETURN_NONE;
+}
+
+PyObject *blocked(PyObject *, PyObject *arguments)
+{
+    return verdicts<KXLine>(arguments, [](const example::Hierarchy &hierarchy, const KXLine &line) {
+        return hierarchy.is_blocked(line);
+    });
+}
+
+PyObject *met(PyObject *, PyObject *arguments)
+{
+    return verdicts<KXRay>(arguments, [](const example::Hierarchy &hierarchy, const KXRay &ray) {
+        return hierarchy.is_met(ray);
+    });
 }
 
 } // namespace
@@ -134,6 +149,7 @@ PyMODINIT_FUNC PyInit__tree(void)
         {"build", build, METH_VARARGS, "A tree of triangles."},
         {"nearest", nearest, METH_VARARGS, "The nearest triangle for each ray."},
         {"blocked", blocked, METH_VARARGS, "Whether each line is blocked."},
+        {"met", met, METH_VARARGS, "Whether each ray meets a triangle."},
         {nullptr, nullptr, 0, nullptr}};
     static PyModuleDef definition = {
         PyModuleDef_HEAD_INIT, "_tree", nullptr, -1, methods, nullptr, nullptr, nullptr, nullptr};
