@@ -19,7 +19,8 @@
 #define KX_RUNS_AVX2 false
 #endif
 #if defined(KX_HAS_AVX512)
-#define KX_RUNS_AVX512 (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl"))
+#define KX_RUNS_AVX512                                                                             \
+    (KX_RUNS_AVX2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl"))
 #else
 #define KX_RUNS_AVX512 false
 #endif

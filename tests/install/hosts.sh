@@ -35,3 +35,29 @@ control static 'cmake installed static' find "$work" -name '*-static-targets.cma
 control shared 'sh pkg-config' find "$work" -name kxmaths5.pc -delete
 control static 'sh pkg-config static' find "$work" -name kxmaths5.pc -exec sed -i '/Cflags.private/d' {} +
 control static 'sh pkg-config static' find "$work" -name kxmaths5.pc -exec sed -i 's/ -lm$//' {} +
+
+# pkg-config gives the version that the headers give.
+version=$(awk '/#define KX_VERSION_/ { printf "%s%s", dot, $3; dot = "." }' \
+    "$prefix/include/kxmaths5/types.h")
+given=$(PKG_CONFIG_LIBDIR=$(dirname "$(find "$prefix" -name kxmaths5.pc)") \
+    pkg-config --modversion kxmaths5)
+if [ "$given" != "$version" ]; then
+    echo "pkg-config gives the version $given, the headers $version." >&2
+    exit 1
+fi
+
+# A component that is not installed is not found, and CMake says so.
+rm -rf "$work/changed"
+cp -R "$prefix" "$work/changed"
+find "$work/changed" -name '*-static-targets.cmake' -delete
+package=$(dirname "$(find "$work/changed" -name kxmaths5-config.cmake)")
+# shellcheck disable=SC2016 # CMake's variable
+echo 'find_package(kxmaths5 5 CONFIG REQUIRED COMPONENTS ${component})' >"$work/find.cmake"
+for component in static other; do
+    if cmake -Dkxmaths5_DIR="$package" -Dcomponent=$component -P "$work/find.cmake" >"$work/log" 2>&1 ||
+        ! grep -q "There is no $component library of kxmaths5 here" "$work/log"; then
+        echo "The component $component is not installed, and is not said to be missing:" >&2
+        cat "$work/log" >&2
+        exit 1
+    fi
+done
