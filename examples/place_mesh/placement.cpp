@@ -25,37 +25,34 @@ Placement place(Mesh mesh, const Options &options)
     std::vector<KXP3> &points = p.mesh.points;
     const std::uint32_t count = p.mesh.point_count();
 
-    p.own_box = box_around(points);
-    KXBoxMidPoint(&p.own_box, &p.own_mid_point);
-    KXBoxDiagonal(&p.own_box, &p.own_diagonal);
+    p.own_box = kxm::box(box_around(points));
+    p.own_mid_point = p.own_box.middle();
+    p.own_diagonal = p.own_box.diagonal();
 
-    KXM4Position(&p.matrix, &p.inverse, &options.position, options.order);
+    const kxm::position at(options.position);
+    const auto order = static_cast<kxm::order>(options.order);
+    p.matrix = at.matrix(order);
     std::vector<KXP3> placed(points.size());
     KXM4NP3I1(&p.matrix, count, points.data(), placed.data());
-    KXTransformBox(&p.own_box, &p.matrix, &p.carried_box);
-    p.tight_box = box_around(placed);
-    KXM4P3I1(&p.matrix, &p.own_mid_point, &p.mid_point);
+    p.carried_box = p.matrix * p.own_box;
+    p.tight_box = kxm::box(box_around(placed));
+    p.mid_point = p.matrix * p.own_mid_point;
 
-    KXM4 to_middle, turn;
-    KXPosition no_move = options.position;
-    no_move.x = no_move.y = no_move.z = 0.0f;
-    KXM4Position(&turn, nullptr, &no_move, options.order);
-    KXM4Translate(-p.own_mid_point.x, -p.own_mid_point.y, -p.own_mid_point.z, &to_middle);
+    const kxm::mat4 turn = kxm::mat4::rotation(at.rotateX, at.rotateY, at.rotateZ, order);
+    const kxm::mat4 to_middle = kxm::mat4::translation(-kxm::vec3(p.own_mid_point));
     KXM4NP3I1(&to_middle, count, points.data(), points.data());
     KXM4NP3I0(&turn, count, points.data(), points.data());
-    KXTransformBox(&p.own_box, &to_middle, &p.carried_box_here);
-    KXTransformBox(&p.carried_box_here, &turn, &p.carried_box_here);
-    p.tight_box_here = box_around(points);
+    p.carried_box_here = turn * (to_middle * p.own_box);
+    p.tight_box_here = kxm::box(box_around(points));
 
-    p.ground_range = KXRange(&p.mid_point, &options.observer);
-    p.bearing = KXBearing(&p.mid_point, &options.observer);
-    KXPointsToREA(&options.observer, &p.mid_point, &p.range, &p.elevation, &p.azimuth);
+    const kxm::point3 observer(options.observer);
+    p.ground_range = kxm::range(p.mid_point, observer);
+    p.bearing = kxm::bearing(p.mid_point, observer);
+    p.seen = kxm::polar(observer, p.mid_point);
 
     // A box grown from points that overflowed is infinite, or too large to have a diagonal.
-    KXV3 diagonal;
-    KXBoxDiagonal(&p.carried_box, &diagonal);
-    if (!is_finite(p.own_diagonal) || !is_finite(diagonal) || !is_finite(p.mid_point) ||
-        !std::isfinite(p.range)) {
+    if (!is_finite(p.own_diagonal) || !is_finite(p.carried_box.diagonal()) ||
+        !is_finite(p.mid_point) || !std::isfinite(p.seen.range)) {
         throw Failure("the mesh is too large for its place: a coordinate goes beyond 3.4e38");
     }
     return p;
@@ -74,7 +71,7 @@ std::vector<ReportLine> report(const Placement &p, const Options &options)
         {"own box", box(p.own_box)},
         {"mid-point", point(p.own_mid_point)},
         {"diagonal",
-         point(p.own_diagonal) + ", length " + text_of("%.6g", KXV3Length(&p.own_diagonal)) + unit},
+         point(p.own_diagonal) + ", length " + text_of("%.6g", p.own_diagonal.length()) + unit},
         {"position", point({at.x, at.y, at.z})},
         {"rotation",
          text_of("X %.6g, Y %.6g, Z %.6g degrees, order %s",
@@ -87,10 +84,10 @@ std::vector<ReportLine> report(const Placement &p, const Options &options)
         {"mid-point at", point(p.mid_point)},
         {"on the ground", text_of("range %.6g%s, bearing %.5g degrees", p.ground_range,
                                   unit.c_str(), in_degrees(p.bearing))},
-        {"in space",
-         text_of("range %.6g%s, elevation %.5g, azimuth %.5g degrees", static_cast<double>(p.range),
-                 unit.c_str(), in_degrees(static_cast<double>(p.elevation)),
-                 in_degrees(static_cast<double>(p.azimuth)))},
+        {"in space", text_of("range %.6g%s, elevation %.5g, azimuth %.5g degrees",
+                             static_cast<double>(p.seen.range), unit.c_str(),
+                             in_degrees(static_cast<double>(p.seen.elevation)),
+                             in_degrees(static_cast<double>(p.seen.azimuth)))},
     };
 }
 

@@ -4,7 +4,7 @@
 
 #include "report.h"
 
-#include <kxmaths5.h>
+#include <kxmaths5.hpp>
 
 #include <vector>
 
@@ -12,15 +12,14 @@ namespace example
 {
 
 struct ReadBack {
-    KXComponents by_rows;
-    KXPosition by_columns;
-    KXV3 column_scale;
-    KXQuat quaternion;
+    kxm::components by_rows;
+    kxm::placement_and_scale by_columns;
+    kxm::quat quaternion;
     float largest_difference; /**< Of any element, in the three matrices built again. */
 };
 
 /** Reads a placement back and builds it again from each reading. Throws Failure. */
-ReadBack read_back(const KXM4 &placement);
+ReadBack read_back(const kxm::mat4 &placement);
 
 std::vector<ReportLine> report(const ReadBack &read);
 

@@ -34,7 +34,7 @@ constexpr std::array<const char *, 3> axis_name = {"X", "Y", "Z"};
 /** One way of looking: the rotation that turns +X right, +Y up and +Z at the viewer. */
 struct View {
     const char *title;
-    KXM4 rotation;
+    kxm::mat4 rotation;
     Rectangle panel;
 
     /** Where the view is drawn within its panel; the rest is for labels. */
@@ -48,14 +48,12 @@ std::array<View, 3> three_views()
 {
     const double width = (sheet_width - 3 * margin) / 2, height = (sheet_height - 3 * margin) / 2;
     const double right = 2 * margin + width, below = 2 * margin + height;
-    constexpr float quarter_turn = 1.5707964f;
-    std::array<View, 3> views = {{{"From above", {}, {margin, margin, width, height}},
-                                  {"From the front", {}, {margin, below, width, height}},
-                                  {"From the right", {}, {right, below, width, height}}}};
-    KXM4Orientation(&views[0].rotation, nullptr, quarter_turn, 0.0f, 0.0f, KX_ORDER_XYZ);
-    KXM4Unit(&views[1].rotation);
-    KXM4Orientation(&views[2].rotation, nullptr, 0.0f, -quarter_turn, 0.0f, KX_ORDER_XYZ);
-    return views;
+    return {
+        {{"From above", kxm::mat4::rotation_x(kxm::radians(90)), {margin, margin, width, height}},
+         {"From the front", kxm::mat4(), {margin, below, width, height}},
+         {"From the right",
+          kxm::mat4::rotation_y(kxm::radians(-90)),
+          {right, below, width, height}}}};
 }
 
 /** The axis that runs across a view (row 0 of its rotation) or up it (row 1), and which way. */
@@ -69,11 +67,6 @@ ScreenAxis screen_axis(const View &view, int row)
     const float *across = view.rotation.m[row];
     const std::size_t axis = across[0] != 0.0f ? 0 : across[1] != 0.0f ? 1 : 2;
     return {axis, static_cast<double>(across[axis])};
-}
-
-double coordinate(const KXP3 &p, std::size_t axis)
-{
-    return static_cast<double>(axis == 0 ? p.x : axis == 1 ? p.y : p.z);
 }
 
 /** The largest of 1, 2 and 5 times a power of ten that is not above the length. */
@@ -104,10 +97,9 @@ struct Scene {
 
 Scene scene_of(const Placement &placement)
 {
-    KXBox whole = placement.carried_box_here;
-    KXV3 extent;
-    KXCombineBoxes(&whole, &placement.tight_box_here);
-    KXBoxDiagonal(&whole, &extent);
+    kxm::box whole = placement.carried_box_here;
+    whole.include(placement.tight_box_here);
+    const kxm::vec3 extent = whole.diagonal();
     const Rectangle plot = three_views()[0].plot();
     const double across = std::max(extent.x, extent.z), up = std::max(extent.y, extent.z);
     double scale = 0.9 * std::min(plot.width / across, plot.height / up);
@@ -119,17 +111,16 @@ Scene scene_of(const Placement &placement)
 
 /** From about the mid-point to a view's columns, rows and nearness, magnified and from its corner.
  */
-KXM4 pixel_matrix(const View &view, const Scene &scene, double magnification, double x, double y)
+kxm::mat4 pixel_matrix(const View &view, const Scene &scene, double magnification, double x,
+                       double y)
 {
     const auto zoom = static_cast<float>(scene.scale * magnification);
     const Rectangle plot = view.plot();
-    KXM4 scale, shift, pixels;
-    KXM4Scale(zoom, -zoom, zoom, &scale);
-    KXM4Translate(static_cast<float>((plot.x + plot.width / 2 - x) * magnification),
-                  static_cast<float>((plot.y + plot.height / 2 - y) * magnification), 0.0f, &shift);
-    KXM4Mult(&scale, &view.rotation, &pixels);
-    KXM4Mult(&shift, &pixels, &pixels);
-    return pixels;
+    const kxm::vec3 to_centre = {static_cast<float>((plot.x + plot.width / 2 - x) * magnification),
+                                 static_cast<float>((plot.y + plot.height / 2 - y) * magnification),
+                                 0.0f};
+    return kxm::mat4::translation(to_centre) *
+           (kxm::mat4::scale(zoom, -zoom, zoom) * view.rotation);
 }
 
 /** Where an axis's labels count from: the origin or, where so many digits would be needed that all
@@ -147,7 +138,7 @@ void draw_grid(Pen &pen, const View &view, const Scene &scene, double step)
         const bool across = row == 0;
         const ScreenAxis screen = screen_axis(view, row);
         const Colour &zero_line = axis_ink[screen_axis(view, 1 - row).axis];
-        const double middle = coordinate(scene.placement.mid_point, screen.axis);
+        const double middle = scene.placement.mid_point[screen.axis];
         const double base = label_base(middle, step);
         const double half = (across ? plot.width : plot.height) / 2;
         const double reach = half / scene.scale;
@@ -188,7 +179,7 @@ void draw_axes(Pen &pen, const View &view, const Scene &scene, double step)
     for (const int row : {0, 1}) {
         const ScreenAxis screen = screen_axis(view, row);
         const Colour &c = axis_ink[screen.axis];
-        const double base = label_base(coordinate(scene.placement.mid_point, screen.axis), step);
+        const double base = label_base(scene.placement.mid_point[screen.axis], step);
         const std::string from = base == 0.0 ? "" : " from " + number(base);
         if (row == 0) {
             const double x = plot.x + plot.width / 2, y = plot.y + plot.height + 42;
@@ -219,14 +210,13 @@ void draw_scale_bar(Pen &pen, const View &view, const Scene &scene, double step,
     pen.text(x0 - 10, y + 5, number(step) + (unit.empty() ? "" : " " + unit), 13, ink, 1.0);
 }
 
-void draw_box(Pen &pen, const KXBox &box, const KXM4 &pixels, const Colour &c, double dash)
+void draw_box(Pen &pen, const kxm::box &box, const kxm::mat4 &pixels, const Colour &c, double dash)
 {
     // Carried into pixels a box is the rectangle that it shows.
-    KXBox shown;
-    KXV3 extent;
-    KXTransformBox(&box, &pixels, &shown);
-    KXBoxDiagonal(&shown, &extent);
-    pen.outline({shown.minimum.x, shown.minimum.y, extent.x, extent.y}, c, 1.6, dash);
+    const kxm::box shown = pixels * box;
+    const kxm::point3 corner = shown.minimum();
+    const kxm::vec3 extent = shown.diagonal();
+    pen.outline({corner.x, corner.y, extent.x, extent.y}, c, 1.6, dash);
 }
 
 void draw_view(Pen &pen, const View &view, const Scene &scene, const std::string &unit,
@@ -246,7 +236,7 @@ void draw_view(Pen &pen, const View &view, const Scene &scene, const std::string
                                static_cast<int>(plot.height) * oversampling, progress);
     pen.confine(plot);
     pen.image(plot.x, plot.y, 1.0 / oversampling, shaded);
-    const KXM4 pixels = pixel_matrix(view, scene, 1.0, 0.0, 0.0);
+    const kxm::mat4 pixels = pixel_matrix(view, scene, 1.0, 0.0, 0.0);
     draw_box(pen, placement.carried_box_here, pixels, carried_box_ink, 0.0);
     draw_box(pen, placement.tight_box_here, pixels, tight_box_ink, 6.0);
     pen.release();
