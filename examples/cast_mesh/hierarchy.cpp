@@ -92,7 +92,7 @@ Hierarchy::Hierarchy(const std::vector<KXTriangle> &triangles_, const std::vecto
     for (const KXP3 &vertex : vertices) {
         KXPutPointInBox(&vertex, &whole);
     }
-    int depth = 6;
+    int depth = 8;
     while (depth > 0 && triangles.size() << depth > most_pieces) {
         --depth;
     }
