@@ -1,4 +1,4 @@
-/* What a program tells a person: lines with a title each, and numbers as text. */
+/* The report of a program: lines with a title each, and numbers as text. */
 #ifndef EXAMPLES_REPORT_H
 #define EXAMPLES_REPORT_H
 

@@ -1,5 +1,5 @@
 /*
- * place_mesh: reads a mesh, converts its length unit, places it, tells where it stands as seen by
+ * place_mesh: reads a mesh, converts its length unit, places it, reports where it is as seen by
  * an observer, and draws it from above, from the front and from the right.
  *
  * A host of kxmaths5: all geometry is the library's.
