@@ -9,15 +9,13 @@ namespace
 {
 
 /**
- * What a matrix element adds to the lowest and the highest coordinates: the lower and the higher of
- * its products with both ends of the box. Only the product with the maximum is single.
+ * What matrix elements add to the lowest and the highest coordinates: the lower and the higher of
+ * their products with both ends of the box, a with the minimum and b, which is single, with the
+ * maximum.
  */
-template <typename Doubles, typename Floats>
-KX_INLINE void multiply(Floats elements, Doubles minimum, Floats maximum, Doubles *lower,
-                        Doubles *higher)
+template <typename Doubles>
+KX_INLINE void sort(Doubles a, Doubles b, Doubles *lower, Doubles *higher)
 {
-    const Doubles a = widen(elements) * minimum;
-    const Doubles b = widen(elements * maximum);
     *lower = min(a, b);
     *higher = max(b, a);
 }
@@ -37,10 +35,16 @@ KX_INLINE void transform_together(const KXP3 &minimum, const KXP3 &maximum, cons
     Float4 column_x = load_floats4(m.m[0]), column_y = load_floats4(m.m[1]);
     Float4 column_z = load_floats4(m.m[2]), column_w = column_z;
     transpose(column_x, column_y, column_z, column_w);
+    const auto multiply = [](Float4 column, const float *minimum_end, const float *maximum_end,
+                             Double4 *lower, Double4 *higher) {
+        const Double4 a = widen(column) * broadcast4(minimum_end);
+        const Double4 b = widen(column * broadcast_floats4(maximum_end));
+        sort(a, b, lower, higher);
+    };
     Double4 lower_x, higher_x, lower_y, higher_y, lower_z, higher_z;
-    multiply(column_x, broadcast4(&minimum.x), broadcast_floats4(&maximum.x), &lower_x, &higher_x);
-    multiply(column_y, broadcast4(&minimum.y), broadcast_floats4(&maximum.y), &lower_y, &higher_y);
-    multiply(column_z, broadcast4(&minimum.z), broadcast_floats4(&maximum.z), &lower_z, &higher_z);
+    multiply(column_x, &minimum.x, &maximum.x, &lower_x, &higher_x);
+    multiply(column_y, &minimum.y, &maximum.y, &lower_y, &higher_y);
+    multiply(column_z, &minimum.z, &maximum.z, &lower_z, &higher_z);
     const Float4 lowest = sum(widen(column_w), lower_x, lower_y, lower_z);
     const Float4 highest = sum(widen(column_w), higher_x, higher_y, higher_z);
     store3(&out->minimum.x, lowest);
@@ -51,27 +55,31 @@ KX_INLINE void transform_together(const KXP3 &minimum, const KXP3 &maximum, cons
 KX_INLINE void transform_in_pairs(const KXP3 &minimum, const KXP3 &maximum, const KXM4 &m,
                                   KXBox *out)
 {
+    const Float2 one = lanes(1.0f, 1.0f), maximum_x = lanes(maximum.x, maximum.x);
+    const Float2 maximum_y = lanes(maximum.y, maximum.y), maximum_z = lanes(maximum.z, maximum.z);
+    const Double2 minimum_x = splat2(widen(minimum.x)), minimum_y = splat2(widen(minimum.y));
+    const Double2 minimum_z = splat2(widen(minimum.z));
+    Double2 lower_x, higher_x, lower_y, higher_y, lower_z, higher_z;
+
     const Float4 row_x = load_floats4(m.m[0]), row_y = load_floats4(m.m[1]);
     const Float4 columns_xy = interleave_low(row_x, row_y);
     const Float4 columns_zw = interleave_high(row_x, row_y);
-    const Double2 minimum_x = splat2(widen(minimum.x)), minimum_y = splat2(widen(minimum.y));
-    const Double2 minimum_z = splat2(widen(minimum.z));
-    const Float2 maximum_x = lanes(maximum.x, maximum.x), maximum_y = lanes(maximum.y, maximum.y);
-    const Float2 maximum_z = lanes(maximum.z, maximum.z);
-    Double2 lower_x, higher_x, lower_y, higher_y, lower_z, higher_z;
-    multiply(low_half(columns_xy), minimum_x, maximum_x, &lower_x, &higher_x);
-    multiply(high_half(columns_xy), minimum_y, maximum_y, &lower_y, &higher_y);
-    multiply(low_half(columns_zw), minimum_z, maximum_z, &lower_z, &higher_z);
+    const Float4 b_xy = columns_xy * join(maximum_x, maximum_y);
+    const Float4 b_zw = columns_zw * join(maximum_z, one);
+    sort(widen(low_half(columns_xy)) * minimum_x, widen(low_half(b_xy)), &lower_x, &higher_x);
+    sort(widen(high_half(columns_xy)) * minimum_y, widen(high_half(b_xy)), &lower_y, &higher_y);
+    sort(widen(low_half(columns_zw)) * minimum_z, widen(low_half(b_zw)), &lower_z, &higher_z);
     const Double2 translation = widen(high_half(columns_zw));
     const Float2 lowest = sum(translation, lower_x, lower_y, lower_z);
     const Float2 highest = sum(translation, higher_x, higher_y, higher_z);
 
-    const float(&row_z)[4] = m.m[2];
+    const float(&row)[4] = m.m[2];
+    const Float2 row_xy = load_floats2(row), row_zz = lanes(row[2], row[2]);
+    const Float2 b_along_xy = row_xy * load_floats2(&maximum.x), b_along_z = row_zz * maximum_z;
     Double2 lower_xy, higher_xy;
-    multiply(load_floats2(row_z), load2(&minimum.x), load_floats2(&maximum.x), &lower_xy,
-             &higher_xy);
-    multiply(lanes(row_z[2], row_z[2]), minimum_z, maximum_z, &lower_z, &higher_z);
-    const Float2 z = sum(splat2(widen(row_z[3])), unpack_low(lower_xy, higher_xy),
+    sort(widen(row_xy) * load2(&minimum.x), widen(b_along_xy), &lower_xy, &higher_xy);
+    sort(widen(row_zz) * minimum_z, widen(b_along_z), &lower_z, &higher_z);
+    const Float2 z = sum(splat2(widen(row[3])), unpack_low(lower_xy, higher_xy),
                          unpack_high(lower_xy, higher_xy), unpack_low(lower_z, higher_z));
     store(&out->minimum.x, lowest);
     store(&out->maximum.x, highest);
