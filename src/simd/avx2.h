@@ -16,33 +16,15 @@ KX_INLINE Double4 lanes(double a, double b, double c, double d)
 {
     return _mm256_setr_pd(a, b, c, d);
 }
-KX_INLINE Double4 splat4(double value)
-{
-    return _mm256_set1_pd(value);
-}
-KX_INLINE Double2 low_half(Double4 v)
-{
-    return _mm256_castpd256_pd128(v);
-}
-KX_INLINE Double2 high_half(Double4 v)
-{
-    return _mm256_extractf128_pd(v, 1);
-}
-KX_INLINE Double4 join(Double2 low, Double2 high)
-{
-    return _mm256_set_m128d(high, low);
-}
+KX_INLINE Double4 splat4(double value) { return _mm256_set1_pd(value); }
+KX_INLINE Double2 low_half(Double4 v) { return _mm256_castpd256_pd128(v); }
+KX_INLINE Double2 high_half(Double4 v) { return _mm256_extractf128_pd(v, 1); }
+KX_INLINE Double4 join(Double2 low, Double2 high) { return _mm256_set_m128d(high, low); }
 
 /** With no particular values in lanes 2 and 3. */
-KX_INLINE Double4 in_low_half(Double2 v)
-{
-    return _mm256_castpd128_pd256(v);
-}
+KX_INLINE Double4 in_low_half(Double2 v) { return _mm256_castpd128_pd256(v); }
 /** Of a vector whose lanes are alike. */
-KX_INLINE Double4 twice(Double2 v)
-{
-    return _mm256_broadcastsd_pd(v);
-}
+KX_INLINE Double4 twice(Double2 v) { return _mm256_broadcastsd_pd(v); }
 
 /** The lanes with those numbers. */
 template <int A, int B, int C, int D>
@@ -75,19 +57,10 @@ KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
         _mm256_unpackhi_epi64(_mm256_castpd_si256(a), _mm256_castpd_si256(b)));
 }
 /** The low half of a and then that of b, or the high halves. */
-KX_INLINE Double4 join_low(Double4 a, Double4 b)
-{
-    return _mm256_permute2f128_pd(a, b, 0x20);
-}
-KX_INLINE Double4 join_high(Double4 a, Double4 b)
-{
-    return _mm256_permute2f128_pd(a, b, 0x31);
-}
+KX_INLINE Double4 join_low(Double4 a, Double4 b) { return _mm256_permute2f128_pd(a, b, 0x20); }
+KX_INLINE Double4 join_high(Double4 a, Double4 b) { return _mm256_permute2f128_pd(a, b, 0x31); }
 /** The same in the first three lanes, and 1 in the last. */
-KX_INLINE Double4 with_last_1(Double4 v)
-{
-    return _mm256_blend_pd(v, _mm256_set1_pd(1.0), 8);
-}
+KX_INLINE Double4 with_last_1(Double4 v) { return _mm256_blend_pd(v, _mm256_set1_pd(1.0), 8); }
 /** Lane 0 of the first, and the others of the second. */
 KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
 {
@@ -105,15 +78,9 @@ KX_INLINE Double4 negative_mask(Double4 v)
 #endif
 }
 /** Each value whose sign bit is clear, and 0 for the others. */
-KX_INLINE Double4 positive_part(Double4 v)
-{
-    return _mm256_andnot_pd(negative_mask(v), v);
-}
+KX_INLINE Double4 positive_part(Double4 v) { return _mm256_andnot_pd(negative_mask(v), v); }
 /** Each value whose sign bit is set, and 0 for the others. */
-KX_INLINE Double4 negative_part(Double4 v)
-{
-    return _mm256_and_pd(negative_mask(v), v);
-}
+KX_INLINE Double4 negative_part(Double4 v) { return _mm256_and_pd(negative_mask(v), v); }
 /** Each value whose magnitude is at or above a bound, and 0 for others and NaN. */
 KX_INLINE Double4 flush_below(double bound, Double4 v)
 {
@@ -141,20 +108,11 @@ KX_INLINE void add_quarter_turns(Double4 n, Double4 *sine, Double4 *cosine)
     *cosine = _mm256_xor_pd(_mm256_xor_pd(*cosine, exchange), cosine_sign);
 }
 /** The lower of each two; the second operand if they are equal, or one is NaN. */
-KX_INLINE Double4 min(Double4 a, Double4 b)
-{
-    return _mm256_min_pd(a, b);
-}
+KX_INLINE Double4 min(Double4 a, Double4 b) { return _mm256_min_pd(a, b); }
 /** The higher of each two; the second operand if they are equal, or one is NaN. */
-KX_INLINE Double4 max(Double4 a, Double4 b)
-{
-    return _mm256_max_pd(a, b);
-}
+KX_INLINE Double4 max(Double4 a, Double4 b) { return _mm256_max_pd(a, b); }
 /** With the other sign where signs has -0, and as it is where that has 0. */
-KX_INLINE Double4 change_signs(Double4 v, Double4 signs)
-{
-    return _mm256_xor_pd(v, signs);
-}
+KX_INLINE Double4 change_signs(Double4 v, Double4 signs) { return _mm256_xor_pd(v, signs); }
 
 KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c)
 {
@@ -165,23 +123,11 @@ KX_INLINE Double4 subtract_exact_product(Double4 c, Double4 a, Double4 b)
     return _mm256_fnmadd_pd(a, b, c);
 }
 
-KX_INLINE Double4 widen(Float4 v)
-{
-    return _mm256_cvtps_pd(v.floats);
-}
-KX_INLINE Float4 narrow(Double4 v)
-{
-    return {_mm256_cvtpd_ps(v)};
-}
-KX_INLINE Double4 round_to_single(Double4 v)
-{
-    return widen(narrow(v));
-}
+KX_INLINE Double4 widen(Float4 v) { return _mm256_cvtps_pd(v.floats); }
+KX_INLINE Float4 narrow(Double4 v) { return {_mm256_cvtpd_ps(v)}; }
+KX_INLINE Double4 round_to_single(Double4 v) { return widen(narrow(v)); }
 
-KX_INLINE void store(double *to, Double4 v)
-{
-    _mm256_storeu_pd(to, v);
-}
+KX_INLINE void store(double *to, Double4 v) { _mm256_storeu_pd(to, v); }
 /** Four floats, widened. From memory a conversion is one operation; g++ would make it two. */
 KX_INLINE Double4 load4(const float *from)
 {
@@ -194,10 +140,7 @@ KX_INLINE Double4 load4(const float *from)
 #endif
 }
 /** Three floats, widened, and 0; the float after them is not read. */
-KX_INLINE Double4 load3(const float *from)
-{
-    return widen(load_floats3(from));
-}
+KX_INLINE Double4 load3(const float *from) { return widen(load_floats3(from)); }
 /** One float, widened, in all lanes. */
 KX_INLINE Double4 broadcast4(const float *from)
 {
@@ -211,10 +154,7 @@ KX_INLINE Double4 broadcast4(const float *from)
 }
 
 /** One double in all lanes. */
-KX_INLINE Double4 broadcast4(const double *from)
-{
-    return _mm256_set1_pd(*from);
-}
+KX_INLINE Double4 broadcast4(const double *from) { return _mm256_set1_pd(*from); }
 
 /** Four rows from their columns, rounded. */
 KX_INLINE void store_columns(float *row0, float *row1, float *row2, float *row3, Double4 a,

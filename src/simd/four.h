@@ -20,10 +20,7 @@
 namespace kx
 {
 
-KX_INLINE Double4 negate(Double4 v)
-{
-    return change_signs(v, splat4(-0.0));
-}
+KX_INLINE Double4 negate(Double4 v) { return change_signs(v, splat4(-0.0)); }
 
 /** Exact products, added up from left to right. */
 KX_INLINE Double4 sum_of_products(Double4 a0, Double4 b0, Double4 a1, Double4 b1, Double4 a2,

@@ -16,47 +16,17 @@ KX_INLINE Double4 lanes(double a, double b, double c, double d)
 {
     return {lanes(a, b), lanes(c, d)};
 }
-KX_INLINE Double4 splat4(double value)
-{
-    return {splat2(value), splat2(value)};
-}
-KX_INLINE Double2 low_half(Double4 v)
-{
-    return v.low;
-}
-KX_INLINE Double2 high_half(Double4 v)
-{
-    return v.high;
-}
-KX_INLINE Double4 join(Double2 low, Double2 high)
-{
-    return {low, high};
-}
-KX_INLINE Double4 in_low_half(Double2 v)
-{
-    return {v, v};
-}
-KX_INLINE Double4 twice(Double2 v)
-{
-    return {v, v};
-}
+KX_INLINE Double4 splat4(double value) { return {splat2(value), splat2(value)}; }
+KX_INLINE Double2 low_half(Double4 v) { return v.low; }
+KX_INLINE Double2 high_half(Double4 v) { return v.high; }
+KX_INLINE Double4 join(Double2 low, Double2 high) { return {low, high}; }
+KX_INLINE Double4 in_low_half(Double2 v) { return {v, v}; }
+KX_INLINE Double4 twice(Double2 v) { return {v, v}; }
 
-KX_INLINE Double4 operator+(Double4 a, Double4 b)
-{
-    return {a.low + b.low, a.high + b.high};
-}
-KX_INLINE Double4 operator-(Double4 a, Double4 b)
-{
-    return {a.low - b.low, a.high - b.high};
-}
-KX_INLINE Double4 operator*(Double4 a, Double4 b)
-{
-    return {a.low * b.low, a.high * b.high};
-}
-KX_INLINE Double4 operator/(Double4 a, Double4 b)
-{
-    return {a.low / b.low, a.high / b.high};
-}
+KX_INLINE Double4 operator+(Double4 a, Double4 b) { return {a.low + b.low, a.high + b.high}; }
+KX_INLINE Double4 operator-(Double4 a, Double4 b) { return {a.low - b.low, a.high - b.high}; }
+KX_INLINE Double4 operator*(Double4 a, Double4 b) { return {a.low * b.low, a.high * b.high}; }
+KX_INLINE Double4 operator/(Double4 a, Double4 b) { return {a.low / b.low, a.high / b.high}; }
 
 /** Two lanes of four halves, which are numbered from 0 to 7. */
 template <int A, int B>
@@ -92,31 +62,16 @@ KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
 {
     return {unpack_high(a.low, b.low), unpack_high(a.high, b.high)};
 }
-KX_INLINE Double4 join_low(Double4 a, Double4 b)
-{
-    return {a.low, b.low};
-}
-KX_INLINE Double4 join_high(Double4 a, Double4 b)
-{
-    return {a.high, b.high};
-}
-KX_INLINE Double4 with_last_1(Double4 v)
-{
-    return {v.low, low_and_high(v.high, splat2(1.0))};
-}
+KX_INLINE Double4 join_low(Double4 a, Double4 b) { return {a.low, b.low}; }
+KX_INLINE Double4 join_high(Double4 a, Double4 b) { return {a.high, b.high}; }
+KX_INLINE Double4 with_last_1(Double4 v) { return {v.low, low_and_high(v.high, splat2(1.0))}; }
 KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
 {
     return {low_and_high(value, v.low), v.high};
 }
 
-KX_INLINE Double4 positive_part(Double4 v)
-{
-    return {positive_part(v.low), positive_part(v.high)};
-}
-KX_INLINE Double4 negative_part(Double4 v)
-{
-    return {negative_part(v.low), negative_part(v.high)};
-}
+KX_INLINE Double4 positive_part(Double4 v) { return {positive_part(v.low), positive_part(v.high)}; }
+KX_INLINE Double4 negative_part(Double4 v) { return {negative_part(v.low), negative_part(v.high)}; }
 KX_INLINE Double4 flush_below(double bound, Double4 v)
 {
     return {flush_below(bound, v.low), flush_below(bound, v.high)};
@@ -130,35 +85,17 @@ KX_INLINE void add_quarter_turns(Double4 n, Double4 *sine, Double4 *cosine)
     add_quarter_turns(n.low, &sine->low, &cosine->low);
     add_quarter_turns(n.high, &sine->high, &cosine->high);
 }
-KX_INLINE Double4 min(Double4 a, Double4 b)
-{
-    return {min(a.low, b.low), min(a.high, b.high)};
-}
-KX_INLINE Double4 max(Double4 a, Double4 b)
-{
-    return {max(a.low, b.low), max(a.high, b.high)};
-}
+KX_INLINE Double4 min(Double4 a, Double4 b) { return {min(a.low, b.low), min(a.high, b.high)}; }
+KX_INLINE Double4 max(Double4 a, Double4 b) { return {max(a.low, b.low), max(a.high, b.high)}; }
 KX_INLINE Double4 change_signs(Double4 v, Double4 signs)
 {
     return {change_signs(v.low, signs.low), change_signs(v.high, signs.high)};
 }
-KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c)
-{
-    return a * b + c;
-}
-KX_INLINE Double4 subtract_exact_product(Double4 c, Double4 a, Double4 b)
-{
-    return c - a * b;
-}
+KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c) { return a * b + c; }
+KX_INLINE Double4 subtract_exact_product(Double4 c, Double4 a, Double4 b) { return c - a * b; }
 
-KX_INLINE Double4 widen(Float4 v)
-{
-    return {widen(low_half(v)), widen(high_half(v))};
-}
-KX_INLINE Float4 narrow(Double4 v)
-{
-    return join(narrow(v.low), narrow(v.high));
-}
+KX_INLINE Double4 widen(Float4 v) { return {widen(low_half(v)), widen(high_half(v))}; }
+KX_INLINE Float4 narrow(Double4 v) { return join(narrow(v.low), narrow(v.high)); }
 KX_INLINE Double4 round_to_single(Double4 v)
 {
     return {round_to_single(v.low), round_to_single(v.high)};
@@ -168,24 +105,15 @@ KX_INLINE void store(double *to, Double4 v)
     store(to, v.low);
     store(to + 2, v.high);
 }
-KX_INLINE Double4 load4(const float *from)
-{
-    return {load2(from), load2(from + 2)};
-}
-KX_INLINE Double4 load3(const float *from)
-{
-    return {load2(from), lanes(widen(from[2]), 0.0)};
-}
+KX_INLINE Double4 load4(const float *from) { return {load2(from), load2(from + 2)}; }
+KX_INLINE Double4 load3(const float *from) { return {load2(from), lanes(widen(from[2]), 0.0)}; }
 KX_INLINE Double4 broadcast4(const float *from)
 {
     const Double2 both = splat2(widen(*from));
     return {both, both};
 }
 
-KX_INLINE Double4 broadcast4(const double *from)
-{
-    return splat4(*from);
-}
+KX_INLINE Double4 broadcast4(const double *from) { return splat4(*from); }
 
 KX_INLINE void store_columns(float *row0, float *row1, float *row2, float *row3, Double4 a,
                              Double4 b, Double4 c, Double4 d)

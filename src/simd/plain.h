@@ -17,67 +17,22 @@ struct Float4 {
     Float2 low, high;
 };
 
-KX_INLINE Double2 operator+(Double2 a, Double2 b)
-{
-    return {a.one + b.one, a.two + b.two};
-}
-KX_INLINE Double2 operator-(Double2 a, Double2 b)
-{
-    return {a.one - b.one, a.two - b.two};
-}
-KX_INLINE Double2 operator*(Double2 a, Double2 b)
-{
-    return {a.one * b.one, a.two * b.two};
-}
-KX_INLINE Double2 operator/(Double2 a, Double2 b)
-{
-    return {a.one / b.one, a.two / b.two};
-}
-KX_INLINE Double2 lanes(double first, double second)
-{
-    return {first, second};
-}
-KX_INLINE double low(Double2 p)
-{
-    return p.one;
-}
-KX_INLINE double high(Double2 p)
-{
-    return p.two;
-}
+KX_INLINE Double2 operator+(Double2 a, Double2 b) { return {a.one + b.one, a.two + b.two}; }
+KX_INLINE Double2 operator-(Double2 a, Double2 b) { return {a.one - b.one, a.two - b.two}; }
+KX_INLINE Double2 operator*(Double2 a, Double2 b) { return {a.one * b.one, a.two * b.two}; }
+KX_INLINE Double2 operator/(Double2 a, Double2 b) { return {a.one / b.one, a.two / b.two}; }
+KX_INLINE Double2 lanes(double first, double second) { return {first, second}; }
+KX_INLINE double low(Double2 p) { return p.one; }
+KX_INLINE double high(Double2 p) { return p.two; }
 /** The low lane of a, then that of b. */
-KX_INLINE Double2 unpack_low(Double2 a, Double2 b)
-{
-    return {a.one, b.one};
-}
-KX_INLINE Double2 unpack_high(Double2 a, Double2 b)
-{
-    return {a.two, b.two};
-}
-KX_INLINE Double2 swap_lanes(Double2 p)
-{
-    return {p.two, p.one};
-}
-KX_INLINE Double2 splat_low(Double2 p)
-{
-    return {p.one, p.one};
-}
-KX_INLINE Double2 splat_high(Double2 p)
-{
-    return {p.two, p.two};
-}
-KX_INLINE Double2 low_and_high(Double2 a, Double2 b)
-{
-    return {a.one, b.two};
-}
-KX_INLINE Double2 high_and_low(Double2 a, Double2 b)
-{
-    return {a.two, b.one};
-}
-KX_INLINE Double2 replace_low(double value, Double2 p)
-{
-    return {value, p.two};
-}
+KX_INLINE Double2 unpack_low(Double2 a, Double2 b) { return {a.one, b.one}; }
+KX_INLINE Double2 unpack_high(Double2 a, Double2 b) { return {a.two, b.two}; }
+KX_INLINE Double2 swap_lanes(Double2 p) { return {p.two, p.one}; }
+KX_INLINE Double2 splat_low(Double2 p) { return {p.one, p.one}; }
+KX_INLINE Double2 splat_high(Double2 p) { return {p.two, p.two}; }
+KX_INLINE Double2 low_and_high(Double2 a, Double2 b) { return {a.one, b.two}; }
+KX_INLINE Double2 high_and_low(Double2 a, Double2 b) { return {a.two, b.one}; }
+KX_INLINE Double2 replace_low(double value, Double2 p) { return {value, p.two}; }
 
 /** The greater of each value and 0; a NaN gives 0. */
 KX_INLINE Double2 positive_part(Double2 p)
@@ -93,15 +48,9 @@ KX_INLINE Double2 change_signs(Double2 p, Double2 signs)
 {
     return {p.one * sign(signs.one), p.two * sign(signs.two)};
 }
-KX_INLINE Double2 negate(Double2 p)
-{
-    return {-p.one, -p.two};
-}
+KX_INLINE Double2 negate(Double2 p) { return {-p.one, -p.two}; }
 
-KX_INLINE Double2 negate_high(Double2 p)
-{
-    return {p.one, -p.two};
-}
+KX_INLINE Double2 negate_high(Double2 p) { return {p.one, -p.two}; }
 /** Each value whose magnitude is at or above a bound, and 0 for others and NaN. */
 KX_INLINE Double2 flush_below(double bound, Double2 p)
 {
@@ -138,28 +87,13 @@ KX_INLINE Double2 max(Double2 a, Double2 b)
     return {a.one > b.one ? a.one : b.one, a.two > b.two ? a.two : b.two};
 }
 
-KX_INLINE Double2 add_exact_product(Double2 a, Double2 b, Double2 c)
-{
-    return a * b + c;
-}
-KX_INLINE Double2 subtract_exact_product(Double2 c, Double2 a, Double2 b)
-{
-    return c - a * b;
-}
+KX_INLINE Double2 add_exact_product(Double2 a, Double2 b, Double2 c) { return a * b + c; }
+KX_INLINE Double2 subtract_exact_product(Double2 c, Double2 a, Double2 b) { return c - a * b; }
 
-KX_INLINE Double2 widen(Float2 p)
-{
-    return {widen(p.one), widen(p.two)};
-}
-KX_INLINE Float2 narrow(Double2 p)
-{
-    return {narrow(p.one), narrow(p.two)};
-}
+KX_INLINE Double2 widen(Float2 p) { return {widen(p.one), widen(p.two)}; }
+KX_INLINE Float2 narrow(Double2 p) { return {narrow(p.one), narrow(p.two)}; }
 
-KX_INLINE Float2 lanes(float first, float second)
-{
-    return {first, second};
-}
+KX_INLINE Float2 lanes(float first, float second) { return {first, second}; }
 KX_INLINE Float2 min(Float2 a, Float2 b)
 {
     return {a.one < b.one ? a.one : b.one, a.two < b.two ? a.two : b.two};
@@ -180,14 +114,8 @@ KX_INLINE Float2 subtract(Float2 a, Float2 b)
     return {narrow(widen(a.one) - widen(b.one)), narrow(widen(a.two) - widen(b.two))};
 }
 
-KX_INLINE Float2 load_floats2(const float *from)
-{
-    return {from[0], from[1]};
-}
-KX_INLINE Double2 load2(const float *from)
-{
-    return {widen(from[0]), widen(from[1])};
-}
+KX_INLINE Float2 load_floats2(const float *from) { return {from[0], from[1]}; }
+KX_INLINE Double2 load2(const float *from) { return {widen(from[0]), widen(from[1])}; }
 KX_INLINE void store(double *to, Double2 p)
 {
     to[0] = p.one;
@@ -216,48 +144,24 @@ KX_INLINE Float4 load_floats4(const float *from)
 {
     return {load_floats2(from), load_floats2(from + 2)};
 }
-KX_INLINE Float4 load_floats3(const float *from)
-{
-    return {load_floats2(from), {from[2], 0.0f}};
-}
+KX_INLINE Float4 load_floats3(const float *from) { return {load_floats2(from), {from[2], 0.0f}}; }
 KX_INLINE void store(float *to, Float4 v)
 {
     store(to, v.low);
     store(to + 2, v.high);
 }
-KX_INLINE void store_low(float *to, Float4 v)
-{
-    store(to, v.low);
-}
-KX_INLINE void store_high(float *to, Float4 v)
-{
-    store(to, v.high);
-}
+KX_INLINE void store_low(float *to, Float4 v) { store(to, v.low); }
+KX_INLINE void store_high(float *to, Float4 v) { store(to, v.high); }
 KX_INLINE void store3(float *to, Float4 v)
 {
     store(to, v.low);
     to[2] = v.high.one;
 }
-KX_INLINE Float4 broadcast_floats4(const float *from)
-{
-    return {{*from, *from}, {*from, *from}};
-}
-KX_INLINE Float2 operator+(Float2 a, Float2 b)
-{
-    return narrow(widen(a) + widen(b));
-}
-KX_INLINE Float2 operator*(Float2 a, Float2 b)
-{
-    return narrow(widen(a) * widen(b));
-}
-KX_INLINE Float4 operator+(Float4 a, Float4 b)
-{
-    return {a.low + b.low, a.high + b.high};
-}
-KX_INLINE Float4 operator*(Float4 a, Float4 b)
-{
-    return {a.low * b.low, a.high * b.high};
-}
+KX_INLINE Float4 broadcast_floats4(const float *from) { return {{*from, *from}, {*from, *from}}; }
+KX_INLINE Float2 operator+(Float2 a, Float2 b) { return narrow(widen(a) + widen(b)); }
+KX_INLINE Float2 operator*(Float2 a, Float2 b) { return narrow(widen(a) * widen(b)); }
+KX_INLINE Float4 operator+(Float4 a, Float4 b) { return {a.low + b.low, a.high + b.high}; }
+KX_INLINE Float4 operator*(Float4 a, Float4 b) { return {a.low * b.low, a.high * b.high}; }
 KX_INLINE Float4 interleave_low(Float4 a, Float4 b)
 {
     return {{a.low.one, b.low.one}, {a.low.two, b.low.two}};
@@ -266,26 +170,11 @@ KX_INLINE Float4 interleave_high(Float4 a, Float4 b)
 {
     return {{a.high.one, b.high.one}, {a.high.two, b.high.two}};
 }
-KX_INLINE Float4 join_low(Float4 a, Float4 b)
-{
-    return {a.low, b.low};
-}
-KX_INLINE Float4 join_high(Float4 a, Float4 b)
-{
-    return {a.high, b.high};
-}
-KX_INLINE Float2 low_half(Float4 v)
-{
-    return v.low;
-}
-KX_INLINE Float2 high_half(Float4 v)
-{
-    return v.high;
-}
-KX_INLINE Float4 join(Float2 low, Float2 high)
-{
-    return {low, high};
-}
+KX_INLINE Float4 join_low(Float4 a, Float4 b) { return {a.low, b.low}; }
+KX_INLINE Float4 join_high(Float4 a, Float4 b) { return {a.high, b.high}; }
+KX_INLINE Float2 low_half(Float4 v) { return v.low; }
+KX_INLINE Float2 high_half(Float4 v) { return v.high; }
+KX_INLINE Float4 join(Float2 low, Float2 high) { return {low, high}; }
 
 } // namespace kx
 

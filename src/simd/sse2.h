@@ -20,14 +20,8 @@ struct Float4 {
     __m128 floats;
 };
 
-KX_INLINE Double2 lanes(double first, double second)
-{
-    return _mm_setr_pd(first, second);
-}
-KX_INLINE double low(Double2 p)
-{
-    return _mm_cvtsd_f64(p);
-}
+KX_INLINE Double2 lanes(double first, double second) { return _mm_setr_pd(first, second); }
+KX_INLINE double low(Double2 p) { return _mm_cvtsd_f64(p); }
 /** The low lane of a, then that of b. */
 KX_INLINE Double2 unpack_low(Double2 a, Double2 b)
 {
@@ -49,48 +43,24 @@ KX_INLINE Double2 splat_high(Double2 p)
 {
     return _mm_castsi128_pd(_mm_shuffle_epi32(_mm_castpd_si128(p), _MM_SHUFFLE(3, 2, 3, 2)));
 }
-KX_INLINE double high(Double2 p)
-{
-    return low(splat_high(p));
-}
+KX_INLINE double high(Double2 p) { return low(splat_high(p)); }
 /** The low lane of a and the high lane of b, or the reverse. */
-KX_INLINE Double2 low_and_high(Double2 a, Double2 b)
-{
-    return _mm_move_sd(b, a);
-}
-KX_INLINE Double2 high_and_low(Double2 a, Double2 b)
-{
-    return _mm_shuffle_pd(a, b, 1);
-}
+KX_INLINE Double2 low_and_high(Double2 a, Double2 b) { return _mm_move_sd(b, a); }
+KX_INLINE Double2 high_and_low(Double2 a, Double2 b) { return _mm_shuffle_pd(a, b, 1); }
 KX_INLINE Double2 replace_low(double value, Double2 p)
 {
     return low_and_high(lanes(value, value), p);
 }
 
 /** The greater of each value and 0; a NaN gives 0. */
-KX_INLINE Double2 positive_part(Double2 p)
-{
-    return _mm_max_pd(p, _mm_setzero_pd());
-}
+KX_INLINE Double2 positive_part(Double2 p) { return _mm_max_pd(p, _mm_setzero_pd()); }
 /** The lesser of each value and 0; a NaN stays one. */
-KX_INLINE Double2 negative_part(Double2 p)
-{
-    return _mm_min_pd(_mm_setzero_pd(), p);
-}
+KX_INLINE Double2 negative_part(Double2 p) { return _mm_min_pd(_mm_setzero_pd(), p); }
 /** With the other sign where signs has -0, and as it is where that has 0. */
-KX_INLINE Double2 change_signs(Double2 p, Double2 signs)
-{
-    return _mm_xor_pd(p, signs);
-}
-KX_INLINE Double2 negate(Double2 p)
-{
-    return _mm_xor_pd(p, _mm_set1_pd(-0.0));
-}
+KX_INLINE Double2 change_signs(Double2 p, Double2 signs) { return _mm_xor_pd(p, signs); }
+KX_INLINE Double2 negate(Double2 p) { return _mm_xor_pd(p, _mm_set1_pd(-0.0)); }
 
-KX_INLINE Double2 negate_high(Double2 p)
-{
-    return _mm_xor_pd(p, _mm_setr_pd(0.0, -0.0));
-}
+KX_INLINE Double2 negate_high(Double2 p) { return _mm_xor_pd(p, _mm_setr_pd(0.0, -0.0)); }
 /** Each value whose magnitude is at or above a bound, and 0 for others and NaN. */
 KX_INLINE Double2 flush_below(double bound, Double2 p)
 {
@@ -123,15 +93,9 @@ KX_INLINE void add_quarter_turns(Double2 n, Double2 *sine, Double2 *cosine)
 }
 
 /** The lower of each two; the second operand if they are equal, or one is NaN. */
-KX_INLINE Double2 min(Double2 a, Double2 b)
-{
-    return _mm_min_pd(a, b);
-}
+KX_INLINE Double2 min(Double2 a, Double2 b) { return _mm_min_pd(a, b); }
 /** The higher of each two; the second operand if they are equal, or one is NaN. */
-KX_INLINE Double2 max(Double2 a, Double2 b)
-{
-    return _mm_max_pd(a, b);
-}
+KX_INLINE Double2 max(Double2 a, Double2 b) { return _mm_max_pd(a, b); }
 
 /**
  * a*b + c, only where every a and b is a single widened: such a product is exact in double, so that
@@ -155,27 +119,15 @@ KX_INLINE Double2 subtract_exact_product(Double2 c, Double2 a, Double2 b)
 #endif
 }
 
-KX_INLINE Double2 widen(Float2 p)
-{
-    return _mm_cvtps_pd(p);
-}
-KX_INLINE Float2 narrow(Double2 p)
-{
-    return _mm_cvtpd_ps(p);
-}
+KX_INLINE Double2 widen(Float2 p) { return _mm_cvtps_pd(p); }
+KX_INLINE Float2 narrow(Double2 p) { return _mm_cvtpd_ps(p); }
 
 KX_INLINE Float2 lanes(float first, float second)
 {
     return _mm_unpacklo_ps(_mm_set_ss(first), _mm_set_ss(second));
 }
-KX_INLINE Float2 min(Float2 a, Float2 b)
-{
-    return _mm_min_ps(a, b);
-}
-KX_INLINE Float2 max(Float2 a, Float2 b)
-{
-    return _mm_max_ps(a, b);
-}
+KX_INLINE Float2 min(Float2 a, Float2 b) { return _mm_min_ps(a, b); }
+KX_INLINE Float2 max(Float2 a, Float2 b) { return _mm_max_ps(a, b); }
 /** Whether either value is outside its closed interval. */
 KX_INLINE bool any_outside(Float2 p, Float2 lowest, Float2 highest)
 {
@@ -186,10 +138,7 @@ KX_INLINE bool any_outside(Float2 p, Float2 lowest, Float2 highest)
  * in double: a double has more than twice the digits of a single, so its rounding never makes a tie
  * for the second rounding, and differences that are subnormal singles are exact.
  */
-KX_INLINE Float2 subtract(Float2 a, Float2 b)
-{
-    return _mm_sub_ps(a, b);
-}
+KX_INLINE Float2 subtract(Float2 a, Float2 b) { return _mm_sub_ps(a, b); }
 
 KX_INLINE Float2 load_floats2(const float *from)
 {
@@ -206,14 +155,8 @@ KX_INLINE Double2 load2(const float *from)
     return p;
 #endif
 }
-KX_INLINE void store(double *to, Double2 p)
-{
-    _mm_storeu_pd(to, p);
-}
-KX_INLINE void store(float *to, Float2 p)
-{
-    _mm_storel_pi(reinterpret_cast<__m64 *>(to), p);
-}
+KX_INLINE void store(double *to, Double2 p) { _mm_storeu_pd(to, p); }
+KX_INLINE void store(float *to, Float2 p) { _mm_storel_pi(reinterpret_cast<__m64 *>(to), p); }
 /** Both columns of a 2x2 block, whose rows are at `top` and `bottom`. */
 KX_INLINE void store_columns(float *top, float *bottom, Float2 left, Float2 right)
 {
@@ -227,10 +170,7 @@ KX_INLINE void store_column(float *top, float *bottom, Float2 column)
     *bottom = column[1];
 }
 
-KX_INLINE Float4 load_floats4(const float *from)
-{
-    return {_mm_loadu_ps(from)};
-}
+KX_INLINE Float4 load_floats4(const float *from) { return {_mm_loadu_ps(from)}; }
 /**
  * Three floats and 0; the float that follows them isn't read. With a mask it would be one load, but
  * one that waits for stores to those floats to reach the cache.
@@ -239,10 +179,7 @@ KX_INLINE Float4 load_floats3(const float *from)
 {
     return {_mm_movelh_ps(load_floats2(from), _mm_load_ss(from + 2))};
 }
-KX_INLINE void store(float *to, Float4 v)
-{
-    _mm_storeu_ps(to, v.floats);
-}
+KX_INLINE void store(float *to, Float4 v) { _mm_storeu_ps(to, v.floats); }
 /** Lanes 0 and 1. */
 KX_INLINE void store_low(float *to, Float4 v)
 {
@@ -260,19 +197,10 @@ KX_INLINE void store3(float *to, Float4 v)
     _mm_store_ss(to + 2, _mm_movehl_ps(v.floats, v.floats));
 }
 /** The same float in all lanes. */
-KX_INLINE Float4 broadcast_floats4(const float *from)
-{
-    return {_mm_set1_ps(*from)};
-}
+KX_INLINE Float4 broadcast_floats4(const float *from) { return {_mm_set1_ps(*from)}; }
 /** Sums and products of singles, rounded to single: the same bits as in double, rounded once. */
-KX_INLINE Float4 operator+(Float4 a, Float4 b)
-{
-    return {_mm_add_ps(a.floats, b.floats)};
-}
-KX_INLINE Float4 operator*(Float4 a, Float4 b)
-{
-    return {_mm_mul_ps(a.floats, b.floats)};
-}
+KX_INLINE Float4 operator+(Float4 a, Float4 b) { return {_mm_add_ps(a.floats, b.floats)}; }
+KX_INLINE Float4 operator*(Float4 a, Float4 b) { return {_mm_mul_ps(a.floats, b.floats)}; }
 /** Lanes 0 and 1 of a and b, or lanes 2 and 3, in turns. */
 KX_INLINE Float4 interleave_low(Float4 a, Float4 b)
 {
@@ -283,26 +211,11 @@ KX_INLINE Float4 interleave_high(Float4 a, Float4 b)
     return {_mm_unpackhi_ps(a.floats, b.floats)};
 }
 /** Lanes 0 and 1 of a, or lanes 2 and 3, and then those of b. */
-KX_INLINE Float4 join_low(Float4 a, Float4 b)
-{
-    return {_mm_movelh_ps(a.floats, b.floats)};
-}
-KX_INLINE Float4 join_high(Float4 a, Float4 b)
-{
-    return {_mm_movehl_ps(b.floats, a.floats)};
-}
-KX_INLINE Float2 low_half(Float4 v)
-{
-    return v.floats;
-}
-KX_INLINE Float2 high_half(Float4 v)
-{
-    return _mm_movehl_ps(v.floats, v.floats);
-}
-KX_INLINE Float4 join(Float2 low, Float2 high)
-{
-    return {_mm_movelh_ps(low, high)};
-}
+KX_INLINE Float4 join_low(Float4 a, Float4 b) { return {_mm_movelh_ps(a.floats, b.floats)}; }
+KX_INLINE Float4 join_high(Float4 a, Float4 b) { return {_mm_movehl_ps(b.floats, a.floats)}; }
+KX_INLINE Float2 low_half(Float4 v) { return v.floats; }
+KX_INLINE Float2 high_half(Float4 v) { return _mm_movehl_ps(v.floats, v.floats); }
+KX_INLINE Float4 join(Float2 low, Float2 high) { return {_mm_movelh_ps(low, high)}; }
 
 } // namespace kx
 

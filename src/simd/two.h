@@ -36,15 +36,9 @@
 namespace kx
 {
 
-KX_INLINE Double2 splat2(double value)
-{
-    return lanes(value, value);
-}
+KX_INLINE Double2 splat2(double value) { return lanes(value, value); }
 
-KX_INLINE Double2 round_to_single(Double2 p)
-{
-    return widen(narrow(p));
-}
+KX_INLINE Double2 round_to_single(Double2 p) { return widen(narrow(p)); }
 
 /**
  * Lets what follows read these values from memory, where a load brings one into all lanes.

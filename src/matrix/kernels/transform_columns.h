@@ -62,8 +62,6 @@ KX_INLINE void multiply(const KXM4 *a, const KXM4 *b, KXM4 *out)
 
 #else
 
-using All = AllLanes<width>;
-
 /** Floats a stride apart, such as those of a column, repeated to fill the vector. */
 template <size_t Length, size_t... Lane>
 KX_INLINE Vector gather_strided(const float *first, size_t stride, LaneNumbers<Lane...>)
@@ -89,10 +87,10 @@ KX_INLINE uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *i
     constexpr uint32_t points = width / 2;
     uint32_t done = 0;
     for (; count - done >= points; done += points) {
-        const Vector p = load<width>(&in[done].x);
+        const Vector p = load(&in[done].x);
         const Vector turned = sum_of_products(x_column, splat_in_groups<2, 0>(p, All()), y_column,
                                               splat_in_groups<2, 1>(p, All()));
-        store<width>(&out[done].x, Moved ? turned + translation : turned);
+        store(&out[done].x, Moved ? turned + translation : turned);
     }
     return done;
 }
@@ -110,7 +108,7 @@ KX_INLINE PackedXyzw load_xyzw(const float *from)
 {
     PackedXyzw four;
     for (size_t p = 0; p < parts; ++p) {
-        four.part[p] = load<width>(from + p * width);
+        four.part[p] = load(from + p * width);
     }
     return four;
 }
@@ -132,10 +130,10 @@ KX_INLINE uint32_t sum_columns(const PackedXyzw (&columns)[4], uint32_t count, c
     for (; count - done >= fours; done += fours) {
         const PackedXyzw f = load_xyzw(in + 4 * size_t{done});
         for (size_t p = 0; p < parts; ++p) {
-            store<width>(out + 4 * size_t{done} + p * width,
-                         sum_of_products(columns[0].part[p], element_of<0>(f), columns[1].part[p],
-                                         element_of<1>(f), columns[2].part[p], element_of<2>(f),
-                                         columns[3].part[p], element_of<3>(f)));
+            store(out + 4 * size_t{done} + p * width,
+                  sum_of_products(columns[0].part[p], element_of<0>(f), columns[1].part[p],
+                                  element_of<1>(f), columns[2].part[p], element_of<2>(f),
+                                  columns[3].part[p], element_of<3>(f)));
         }
     }
     return done;
@@ -188,7 +186,7 @@ KX_INLINE void multiply(const KXM4 *a, const KXM4 *b, KXM4 *out)
 #pragma GCC unroll 4
     for (size_t r = 0; r < 4; ++r) {
         for (size_t p = 0; p < parts; ++p) {
-            rows[r].part[p] = broadcast_group<width, group>(&b->m[r][p * group]);
+            rows[r].part[p] = load_in_groups(&b->m[r][p * group]);
         }
     }
     sum_columns(rows, 4, &a->m[0][0], &out->m[0][0]);

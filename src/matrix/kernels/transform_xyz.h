@@ -113,8 +113,6 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
 
 #else
 
-using All = AllLanes<width>;
-
 /*
  * Packed points of three coordinates. Three consecutive vectors hold as many points as a vector has
  * lanes. Since 3 and the width have no common factor, the x of these points are in different lanes,
@@ -156,7 +154,7 @@ KX_INLINE Vector coordinate_of(const PackedXyz &t, LaneNumbers<Lane...> every)
 
 KX_INLINE PackedXyz load_xyz(const float *from)
 {
-    return {load<width>(from), load<width>(from + width), load<width>(from + 2 * width)};
+    return {load(from), load(from + width), load(from + 2 * width)};
 }
 
 #if defined(__AVX512F__)
@@ -200,9 +198,9 @@ KX_INLINE void store_xyz(float *to, const Vector &x, const Vector &y, const Vect
 {
     const Vector back_y = rotate_lanes<width - 1>(y, All());
     const Vector back_z = rotate_lanes<width - 2>(z, All());
-    store<width>(to, interleave<0>(x, back_y, back_z, All()));
-    store<width>(to + width, interleave<1>(x, back_y, back_z, All()));
-    store<width>(to + 2 * width, interleave<2>(x, back_y, back_z, All()));
+    store(to, interleave<0>(x, back_y, back_z, All()));
+    store(to + width, interleave<1>(x, back_y, back_z, All()));
+    store(to + 2 * width, interleave<2>(x, back_y, back_z, All()));
 }
 
 #endif
@@ -225,7 +223,7 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
     for (int r = 0; r < 3; ++r) {
 #pragma GCC unroll 4
         for (int c = 0; c < 4; ++c) {
-            e[r][c] = splat<width>(rows[r][c]);
+            e[r][c] = splat(rows[r][c], All());
         }
     }
     const auto row = [&e](int r, const Vector &x, const Vector &y, const Vector &z) {
