@@ -3,6 +3,7 @@
 
 #include "matrix/invert_block.h"
 #include "matrix/kernels.h"
+#include "outcomes.h"
 
 using namespace kx;
 
@@ -15,11 +16,11 @@ int32_t KXM3Inverse(const KXM3 *m, KXM3 *out)
 {
     InverseBlock inverse;
     if (!invert_block(*m, &inverse)) {
-        return 1;
+        return singular;
     }
     store_columns(&out->m[0][0], &out->m[1][0], inverse.column[0], inverse.column[1]);
     store_column(&out->m[0][2], &out->m[1][2], inverse.column[2]);
     store(&out->m[2][0], inverse.row2);
     out->m[2][2] = inverse.corner;
-    return 0;
+    return done;
 }

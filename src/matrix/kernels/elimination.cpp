@@ -2,15 +2,13 @@
 #include "matrix/kernels.h"
 
 #include "numeric.h"
+#include "outcomes.h"
 #include "simd/four.h"
 
 namespace kx
 {
 namespace
 {
-
-constexpr int32_t done = 0;
-constexpr int32_t singular = 1;
 
 bool is_usable(double pivot)
 {

@@ -7,6 +7,7 @@
 
 #include "matrix/invert_block.h"
 #include "numeric.h"
+#include "outcomes.h"
 #include "simd/four.h"
 
 #include <string.h>
@@ -15,9 +16,6 @@ namespace kx
 {
 namespace
 {
-
-constexpr int32_t done = 0;
-constexpr int32_t singular = 1;
 
 void store_unit_row(KXM4 *out)
 {
@@ -28,15 +26,6 @@ void store_unit_row(KXM4 *out)
 }
 
 #if KX_HAS_DOUBLE4
-
-/** The rows of a 3x3 block; what is in their last lane has no effect. */
-struct Block {
-    Double4 row0, row1, row2;
-};
-/** The columns of its inverse; the last lane is that before it again. */
-struct Inverse {
-    Float4 column0, column1, column2;
-};
 
 /*
  * The minor of an element is the determinant of the two rows a and b and the two columns that are
@@ -62,25 +51,27 @@ KX_INLINE Double4 minors(Double4 a, Double4 b)
 }
 
 /**
- * The inverse of a 3x3 block by cofactors.
+ * The inverse by cofactors of a transform whose last row is taken as 0 0 0 1.
  *
  * The block counts as singular when its determinant is negligible relative to the six terms that it
  * is the sum of, which does not depend on the scale of the block.
  */
-KX_INLINE int32_t invert_block(const Block &m, Inverse *inverse)
+KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
 {
+    const Double4 row0 = load4(m.m[0]), row1 = load4(m.m[1]), row2 = load4(m.m[2]);
+
     // The two products of each minor of row 0.
-    const Double4 plus = left_of(m.row1) * right_of(m.row2);  // m11*m22  m10*m22  m10*m21
-    const Double4 minus = left_of(m.row2) * right_of(m.row1); // m21*m12  m20*m12  m20*m11
+    const Double4 plus = left_of(row1) * right_of(row2);  // m11*m22  m10*m22  m10*m21
+    const Double4 minus = left_of(row2) * right_of(row1); // m21*m12  m20*m12  m20*m11
 
     // The determinant is the sum of those products by an element of row 0, with the sign of a
     // cofactor. Of the six terms only the first is single. Two sums side by side, of the terms at
     // or above 0 and of the others: to the sum that it does not belong to a term adds 0, which
     // avoids an unpredictable branch. A term that is subtracted changes sides.
-    const Double4 row0 = permute<0, 1, 2, 2>(m.row0);
-    const Double4 unrounded = plus * row0;
+    const Double4 elements = permute<0, 1, 2, 2>(row0);
+    const Double4 unrounded = plus * elements;
     const Double4 plus_terms = replace_lane0(round_to_single(low_half(unrounded)), unrounded);
-    const Double4 minus_terms = minus * row0;
+    const Double4 minus_terms = minus * elements;
     const Double4 plus_above = positive_part(plus_terms), plus_below = negative_part(plus_terms);
     const Double4 minus_above = positive_part(minus_terms);
     const Double4 minus_below = negative_part(minus_terms);
@@ -108,29 +99,18 @@ KX_INLINE int32_t invert_block(const Block &m, Inverse *inverse)
     // products are single; no others are.
     const Double2 singles = round_to_single(unpack_low(low_half(plus), low_half(minus)));
     const Double4 minors0 = replace_lane0(singles - splat_high(singles), plus - minus);
-    const Double4 minors1 = minors(m.row0, m.row2), minors2 = minors(m.row0, m.row1);
+    const Double4 minors1 = minors(row0, row2), minors2 = minors(row0, row1);
     const double k = 1.0 / D;
     const Double4 plus_minus = change_signs(splat4(k), lanes(0.0, -0.0, 0.0, 0.0));
     const Double4 minus_plus = negate(plus_minus);
-    inverse->column0 = narrow(minors0 * plus_minus);
-    inverse->column1 = narrow(minors1 * minus_plus);
-    inverse->column2 = narrow(minors2 * plus_minus);
-    return done;
-}
-
-/** The inverse of a transform whose last row is taken as 0 0 0 1. */
-KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
-{
-    Inverse inverse;
-    if (invert_block({load4(m.m[0]), load4(m.m[1]), load4(m.m[2])}, &inverse) == singular) {
-        return singular;
-    }
+    const Float4 column0 = narrow(minors0 * plus_minus), column1 = narrow(minors1 * minus_plus);
+    const Float4 column2 = narrow(minors2 * plus_minus);
     // The translation is -(block*t), by the block as it is stored.
-    const Double4 translation =
-        sum_of_products(widen(inverse.column0), broadcast4(&m.m[0][3]), widen(inverse.column1),
-                        broadcast4(&m.m[1][3]), widen(inverse.column2), broadcast4(&m.m[2][3]));
-    store_columns(out->m[0], out->m[1], out->m[2], inverse.column0, inverse.column1,
-                  inverse.column2, narrow(negate(translation)));
+    const Double4 turned =
+        sum_of_products(widen(column0), broadcast4(&m.m[0][3]), widen(column1),
+                        broadcast4(&m.m[1][3]), widen(column2), broadcast4(&m.m[2][3]));
+    store_columns(out->m[0], out->m[1], out->m[2], column0, column1, column2,
+                  narrow(negate(turned)));
     store_unit_row(out);
     return done;
 }
