@@ -41,7 +41,7 @@ void KXM3Add(const KXM3 *a, const KXM3 *b, KXM3 *out)
 {
     const float *const x = a->m[0], *const y = b->m[0];
     store(out->m[0], load_floats4(x) + load_floats4(y));
-    store(out->m[0] + 4, load_floats4(x + 4) + load_floats4(y + 4));
+    store(&out->m[1][1], load_floats4(x + 4) + load_floats4(y + 4));
     out->m[2][2] = narrow(widen(x[8]) + widen(y[8]));
 }
 

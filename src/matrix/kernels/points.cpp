@@ -29,27 +29,27 @@ void position(const KXM4 *m, const KXP3 *p, KXP3 *out)
 
 void directions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    transform<false>(*m, count, in, out);
+    transform<false>(m, count, in, out);
 }
 
 void positions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
-    transform<true>(*m, count, in, out);
+    transform<true>(m, count, in, out);
 }
 
 void directions(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    transform<false>(*m, count, in, out);
+    transform<false>(m, count, in, out);
 }
 
 void positions(const KXM4 *m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
-    transform<true>(*m, count, in, out);
+    transform<true>(m, count, in, out);
 }
 
 void homogeneous(const KXM4 *m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
-    transform(*m, count, in, out);
+    transform(m, count, in, out);
 }
 
 void product(const KXM4 *a, const KXM4 *b, KXM4 *out)

@@ -195,11 +195,12 @@ KX_INLINE void multiply(const KXM4 *a, const KXM4 *b, KXM4 *out)
 #endif
 
 template <bool Moved>
-KX_INLINE void transform(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
+KX_INLINE void transform(const KXM3 *matrix, uint32_t count, const KXP2 *in, KXP2 *out)
 {
     if (count == 0) {
         return; // nothing is read then, and any address may be null
     }
+    const KXM3 &m = *matrix;
     uint32_t done = transform_blocks<Moved>(m, count, in, out);
     if (done == count) {
         return;
@@ -210,11 +211,12 @@ KX_INLINE void transform(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *ou
     }
 }
 
-KX_INLINE void transform(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
+KX_INLINE void transform(const KXM4 *matrix, uint32_t count, const KXP4 *in, KXP4 *out)
 {
     if (count == 0) {
         return; // nothing is read then, and any address may be null
     }
+    const KXM4 &m = *matrix;
     uint32_t done = transform_blocks(m, count, in, out);
     if (done == count) {
         return;

@@ -250,11 +250,12 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
 #endif
 
 template <bool Moved>
-KX_INLINE void transform(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
+KX_INLINE void transform(const KXM4 *matrix, uint32_t count, const KXP3 *in, KXP3 *out)
 {
     if (count == 0) {
         return; // nothing is read then, and any address may be null
     }
+    const KXM4 &m = *matrix;
     uint32_t done = transform_blocks<Moved>(m, count, in, out);
     if (done == count) {
         return;
