@@ -15,14 +15,12 @@ namespace
  * How the world is turned before an eye that looks along +Z: about Y until the eye's azimuth is
  * at its back, then about X by its elevation. That is RX*RY; the viewing matrix wants RY*RX*RZ.
  */
-KXPosition turned_before(float azimuth, float elevation)
+kxm::position turned_before(float azimuth, float elevation)
 {
-    constexpr float half_turn = 3.1415927f;
-    KXM4 m;
-    KXPosition position;
-    KXM4Orientation(&m, nullptr, -elevation, half_turn - azimuth, 0.0f, KX_ORDER_XYZ);
-    KXM4MatrixComponents(&m, &position, nullptr);
-    return position;
+    const float half_turn = kxm::radians(180);
+    return kxm::mat4::rotation(-elevation, half_turn - azimuth, 0.0f, kxm::order::xyz)
+        .placement()
+        .position;
 }
 
 /** The least distance from which all points are in the picture, with a margin around them. They are
@@ -45,10 +43,8 @@ Camera::Camera(const Scene &scene, const CameraOptions &options)
     : pixel(2.0 * std::tan(0.5 * static_cast<double>(options.field_of_view)) / options.width),
       centre_column(0.5 * options.width), centre_row(0.5 * options.height)
 {
-    KXPosition before = turned_before(options.azimuth, options.elevation);
-    KXM4 turned;
-    KXM4Orientation(&turned, nullptr, before.rotateX, before.rotateY, before.rotateZ, KX_ORDER_YXZ);
-    KXM4Mult(&turned, &scene.turn, &turned);
+    kxm::position before = turned_before(options.azimuth, options.elevation);
+    const kxm::mat4 turned = before.matrix(kxm::order::yxz) * scene.turn;
     std::vector<KXP3> points(scene.mesh_points);
     KXM4NP3I0(&turned, scene.mesh_points, scene.points.data(), points.data());
     distance = options.distance > 0.0f
@@ -61,23 +57,19 @@ Camera::Camera(const Scene &scene, const CameraOptions &options)
     // The offset shears the world so that an eye next to the origin sees what this one does from
     // the origin; what is as far away as the mesh's middle stays where it is. X runs to the left.
     const auto offset = static_cast<float>(scene.scale * static_cast<double>(options.eye_offset));
-    KXM4 view;
-    KXM4Projection1(&view, &before, ahead, -offset, 1.0f);
-    KXM4Mult(&view, &scene.turn, &view);
-    const KXP3 origin = {0.0f, 0.0f, 0.0f};
-    if (KXM4Inverse(&view, &eye_to_scene) != 0) {
+    const auto inverse = (before.viewing(ahead, -offset, 1.0f) * scene.turn).inverse();
+    if (!inverse) {
         throw Failure("the mesh cannot be seen from there");
     }
-    KXM4P3I1(&eye_to_scene, &origin, &eye);
+    eye_to_scene = *inverse;
+    eye = eye_to_scene * kxm::point3();
 }
 
-KXRay Camera::ray_through(double column, double row) const
+kxm::ray Camera::ray_through(double column, double row) const
 {
-    KXRay ray = {{0.0f, 0.0f, 0.0f},
-                 {static_cast<float>((centre_column - column) * pixel),
-                  static_cast<float>((centre_row - row) * pixel), 1.0f}};
-    KXTransformRay(&ray, &eye_to_scene, &ray);
-    return ray;
+    const kxm::vec3 direction(static_cast<float>((centre_column - column) * pixel),
+                              static_cast<float>((centre_row - row) * pixel), 1.0f);
+    return eye_to_scene * kxm::ray(kxm::point3(), direction);
 }
 
 } // namespace example

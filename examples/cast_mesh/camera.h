@@ -30,13 +30,13 @@ public:
     Camera(const Scene &scene, const CameraOptions &options);
 
     /** The ray through a place in the picture, in columns and rows, in the scene's space. */
-    KXRay ray_through(double column, double row) const;
+    kxm::ray ray_through(double column, double row) const;
 
     double distance; /**< From the eye to the mesh's middle, in the scene's unit. */
-    KXP3 eye;        /**< In the scene's space. */
+    kxm::point3 eye; /**< In the scene's space. */
 
 private:
-    KXM4 eye_to_scene;
+    kxm::mat4 eye_to_scene;
     double pixel; /**< Width of a pixel at Z = 1. */
     double centre_column, centre_row;
 };

@@ -2,8 +2,6 @@
 
 #include "failure.h"
 
-#include <kxmaths5/everyday.h>
-
 #include <cmath>
 
 namespace example
@@ -13,29 +11,25 @@ Scene::Scene(const Mesh &mesh, const PlacedMeshOptions &options)
     : name(mesh.name), points(mesh.points), mesh_points(mesh.point_count()),
       mesh_triangles(static_cast<std::uint32_t>(mesh.triangles.size()))
 {
-    const KXBox own_box = box_around(points);
-    KXM4 to_scene;
-    if (kx_fit_mesh(&own_box, &to_scene, nullptr) != 0) {
+    const kxm::box own_box(box_around(points));
+    const auto fit = own_box.fit();
+    if (!fit) {
         throw Failure(name + " has no extent, or one beyond what can be drawn");
     }
-    KXM4NP3I1(&to_scene, mesh_points, points.data(), points.data());
-    scale = static_cast<double>(to_scene.m[0][0]);
+    KXM4NP3I1(&fit->there, mesh_points, points.data(), points.data());
+    scale = static_cast<double>(fit->there(0, 0));
+    diagonal = scale * own_box.diagonal().length();
 
-    KXP3 own_middle;
-    KXV3 own_diagonal;
-    KXBoxMidPoint(&own_box, &own_middle);
-    KXBoxDiagonal(&own_box, &own_diagonal);
-    diagonal = scale * KXV3Length(&own_diagonal);
-
-    KXPosition position = options.position;
-    KXM4 placement;
-    KXM4Position(&placement, nullptr, &position, options.order);
-    KXM4P3I1(&placement, &own_middle, &middle);
-    if (!std::isfinite(KXV3Length(&middle))) {
+    kxm::position position(options.position);
+    const auto order = static_cast<kxm::order>(options.order);
+    middle = position.matrix(order) * own_box.middle();
+    if (!std::isfinite(kxm::vec3(middle).length())) {
         throw Failure("the mesh is placed too far away: a coordinate goes beyond 3.4e38");
     }
     position.x = position.y = position.z = 0.0f;
-    KXM4Position(&turn, &turn_back, &position, options.order);
+    const auto [there, back] = position.matrices(order);
+    turn = there;
+    turn_back = back;
 
     triangles.reserve(mesh.triangles.size() + 2);
     for (const auto &corner : mesh.triangles) {
@@ -61,21 +55,15 @@ void Scene::add_floor()
     const auto half = static_cast<float>(floor_reach * diagonal);
     for (const auto &[x, z] :
          {std::pair{-half, -half}, {half, -half}, {half, half}, {-half, half}}) {
-        const KXP3 corner = {x, y, z};
-        points.emplace_back();
-        KXM4P3I0(&turn_back, &corner, &points.back());
+        points.push_back(turn_back * kxm::vec3(x, y, z));
     }
     add_triangle(mesh_points, mesh_points + 2, mesh_points + 1);
     add_triangle(mesh_points, mesh_points + 3, mesh_points + 2);
 }
 
-KXV3 Scene::from_middle(const KXP3 &point) const
+kxm::vec3 Scene::from_middle(const KXP3 &point) const
 {
-    KXV3 step;
-    KXM4P3I0(&turn, &point, &step);
-    const auto unit = static_cast<float>(1.0 / scale);
-    KXV3Combine(&step, &step, &step, unit, 0.0f);
-    return step;
+    return turn * kxm::vec3(point) / scale;
 }
 
 Hierarchy Scene::hierarchy(double eye_distance) const

@@ -6,6 +6,8 @@
 #include "hierarchy.h"
 #include "mesh.h"
 
+#include <kxmaths5.hpp>
+
 #include <string>
 #include <vector>
 
@@ -33,12 +35,12 @@ public:
     double scale;                       /**< Units of this space for one of the world's. */
     double diagonal;                    /**< Of the mesh, in this space. */
 
-    KXM4 turn;      /**< Turns this space's axes into the world's. */
-    KXM4 turn_back; /**< And back. */
-    KXP3 middle;    /**< Of the mesh, in the world. */
+    kxm::mat4 turn;      /**< Turns this space's axes into the world's. */
+    kxm::mat4 turn_back; /**< And back. */
+    kxm::point3 middle;  /**< Of the mesh, in the world. */
 
     /** A point as seen from the mesh's middle, in the world's axes and unit. */
-    KXV3 from_middle(const KXP3 &point) const;
+    kxm::vec3 from_middle(const KXP3 &point) const;
 
     /** The floor is a square about the mesh's middle; this is half its side, in diagonals. */
     static constexpr double floor_reach = 4.0;
