@@ -1,4 +1,4 @@
-/* What a program tells a person when it can't go on: one clear sentence. */
+/* What a program reports when it can't go on: one clear sentence. */
 #ifndef EXAMPLES_FAILURE_H
 #define EXAMPLES_FAILURE_H
 

@@ -34,7 +34,7 @@ std::vector<unsigned char> encoded(const Picture &picture)
     return bytes;
 }
 
-/** Writes a new file, or leaves none behind. */
+/** Writes a new file, or leaves none. */
 void write_new(const std::string &path, const std::vector<unsigned char> &bytes)
 {
     // x: never write over a file that is there.

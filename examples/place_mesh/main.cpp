@@ -1,22 +1,41 @@
 /*
- * place_mesh: reads a mesh, converts its length unit, places it, reports where it is as seen by
+ * place_mesh: reads a mesh, converts its length unit, places it, reports its position as seen by
  * an observer, and draws it from above, from the front and from the right.
  *
  * A host of kxmaths5: all geometry is the library's.
  */
 #include "names.h"
-#include "options.h"
 #include "placement.h"
 #include "png_file.h"
 #include "read_back.h"
 #include "sheet.h"
 
+#include <optional>
+
 namespace
 {
 
+using namespace example;
+
+/** Nothing when only help was asked for, which is printed then. Throws Failure. */
+std::optional<Options> read_options(int argc, char **argv)
+{
+    Options options;
+    Triple observer = {};
+    CommandLine line("Places a mesh, reports where it is, and draws it from three sides.",
+                     "  place_mesh part.stl --up z --from mm --to cm --rotate 0 45 0 -o part.png\n"
+                     "  place_mesh house.obj --position 100 0 -20 --observer 0 2 0");
+    line.add_triple("--observer", observer, "X Y Z", "where it is seen from, in the unit of --to");
+    line.add_picture(options.picture, "placed_mesh.png");
+    if (!line.parse(argc, argv, options)) {
+        return std::nullopt;
+    }
+    options.observer = {observer[0], observer[1], observer[2]};
+    return options;
+}
+
 void run(int argc, char **argv)
 {
-    using namespace example;
     const auto options = read_options(argc, argv);
     if (!options) {
         return;

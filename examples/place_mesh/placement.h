@@ -2,8 +2,8 @@
 #ifndef PLACE_MESH_PLACEMENT_H
 #define PLACE_MESH_PLACEMENT_H
 
+#include "command_line.h"
 #include "mesh.h"
-#include "options.h"
 #include "report.h"
 
 #include <kxmaths5.hpp>
@@ -12,6 +12,12 @@
 
 namespace example
 {
+
+/** What a person asks for. */
+struct Options : PlacedMeshOptions {
+    std::string picture;
+    KXP3 observer = {0, 0, 0};
+};
 
 struct Placement {
     kxm::box own_box; /**< Around the mesh as it came, in the unit wanted. */
