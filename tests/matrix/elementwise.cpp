@@ -45,6 +45,10 @@ static void check_sum(void (*add)(const Matrix *, const Matrix *, Matrix *))
     }
     a[0] = b[0] = sum[0] = -0.0f;
     check_two_in_out("sum", bits_as<Matrix>(a), bits_as<Matrix>(b), bits_as<Matrix>(sum), add);
+    sum = a;
+    sum[0] = 0;
+    check_two_in_out("zeros clear the sign of a zero", bits_as<Matrix>(a), Matrix{},
+                     bits_as<Matrix>(sum), add);
 }
 
 TEST_CASE("KXM4Add and KXM3Add")

@@ -17,6 +17,8 @@ TEST_CASE("KXGenerateQuat")
           {0, 0.909297407f, 0, -0.416146845f});
     check("more than a whole turn: the other sign", 10, {0, 1, 0},
           {-0.0f, -0.958924294f, -0.0f, 0.2836622f});
+    check("next to half a turn: w is the cosine, not a root", 3.1f, {0, 1, 0},
+          {0, 0.99978375f, 0, 0.020794876f});
     check("no angle leaves the axis its signs", 0, {-1, 2, -2}, {-0.0f, 0, -0.0f, 1});
     check("no axis leaves w", 1, {0, 0, 0}, {0, 0, 0, 0.87758255f});
     check("all singles", 2, {1, -2, 3}, {0.224892572f, -0.449785143f, 0.67467773f, 0.540302277f});

