@@ -36,8 +36,10 @@ for page in "$@"; do
         echo "$page has no commands." >&2
         exit 1
     }
-    env -i PATH="$PATH" HOME=/root DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 \
-        chroot "$root" sh -c 'cd /root/kxmaths5 && exec sh -eux /root/page.sh' >build/page.log 2>&1 </dev/null || {
+    # The mount is gone with the commands.
+    env -i PATH="$PATH" HOME=/root DEBIAN_FRONTEND=noninteractive LC_ALL=C.UTF-8 unshare --mount \
+        sh -c 'mount -t proc proc "$1/proc" && exec chroot "$1" sh -c "cd /root/kxmaths5 && exec sh -eux /root/page.sh"' \
+        sh "$root" >build/page.log 2>&1 </dev/null || {
         tail -n 40 build/page.log >&2
         echo "$page: the last of these commands failed." >&2
         exit 1
