@@ -93,6 +93,10 @@ dashes=$(seq 1125 1435 | sed 's/$/ 784/' | xargs "$pixel" sheet.png | awk '$3 > 
 "$program" wedge.obj --output near.png >report.txt
 [ "$("$pixel" far.png 330 850 450 250 1300 900)" = "$("$pixel" near.png 330 850 450 250 1300 900)" ] ||
     fail "a mesh far from the origin is drawn differently"
+pixels near.png <<'TEXT'
+430 863 255 255 255 from the front: paper over the slanted edge
+430 871 242 227 202 from the front: the face below it
+TEXT
 
 # What people's files have: a byte order mark, continued lines, old line ends, comments, textures
 # without normals, several objects, numbers without a digit before the point, a concave polygon.
