@@ -1,7 +1,7 @@
 /**
  * @file
  * Maths for 3-D work. This header is all that a host includes; kxmaths5/everyday.h has more,
- * inline.
+ * inline, and kxmaths5.hpp is the C++ face of both.
  *
  * Plain C99; clean in every C++ from C++11 on.
  */
