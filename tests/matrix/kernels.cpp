@@ -3,6 +3,8 @@
  * the others against the baseline's copy.
  */
 #include "matrix/kernels.h"
+#include "orientation/kernels.h"
+#include "spatial/kernels.h"
 
 #include "support/check.h"
 #include "support/digest.h"
@@ -214,28 +216,44 @@ void check_product(const char *label, void (*product)(const KXM4 *, const KXM4 *
     }
 }
 
-/** Inverses and determinants of all kinds of matrices, and single points. */
-void check_as_baseline(double (*determinant)(const KXM4 *),
-                       std::int32_t (*inverse)(const KXM4 *, KXM4 *),
-                       void (*position)(const KXM4 *, const KXP3 *, KXP3 *))
+/** What one copy of each function that is no array form gives back. */
+struct Copies {
+    double (*determinant)(const KXM4 *);
+    std::int32_t (*inverse)(const KXM4 *, KXM4 *);
+    void (*position)(const KXM4 *, const KXP3 *, KXP3 *);
+    void (*orientation)(KXM4 *, KXM4 *, float, float, float, KXRotationOrder);
+    void (*transform_box)(const KXBox *, const KXM4 *, KXBox *);
+};
+
+/** All kinds of matrices, points, angles and boxes: every copy is held to the baseline's. */
+void check_as_baseline(const Copies &copies)
 {
+    const Copies baseline = {kx::baseline::determinant, kx::baseline::inverse,
+                             kx::baseline::position, kx::baseline::orientation,
+                             kx::baseline::transform_box};
     Inputs inputs("copies");
     for (int i = 0; i < 100000; ++i) {
         inputs.use(kinds[i % 4]);
         KXM4 m;
-        KXP3 p;
+        KXP3 p, angles;
+        KXBox box;
         inputs.fill(&m);
         inputs.fill(&p);
-        std::vector<float> wanted(20, 1.25f), got = wanted;
-        const auto run = [&](std::vector<float> &out, auto d, auto n, auto t) {
-            const double value = d(&m);
-            out[0] = static_cast<float>(n(&m, reinterpret_cast<KXM4 *>(&out[1])));
-            t(&m, &p, reinterpret_cast<KXP3 *>(&out[17]));
-            return value;
+        inputs.fill(&angles);
+        inputs.fill(&box);
+        const KXRotationOrder order = inputs.below(7);
+        std::vector<float> wanted(58, 1.25f), got = wanted;
+        const auto run = [&](std::vector<float> &out, const Copies &of) {
+            const auto matrix = [&out](std::size_t at) {
+                return reinterpret_cast<KXM4 *>(&out[at]);
+            };
+            out[0] = static_cast<float>(of.inverse(&m, matrix(1)));
+            of.position(&m, &p, reinterpret_cast<KXP3 *>(&out[17]));
+            of.orientation(matrix(20), matrix(36), angles.x, angles.y, angles.z, order);
+            of.transform_box(&box, &m, reinterpret_cast<KXBox *>(&out[52]));
+            return of.determinant(&m);
         };
-        const double wanted_d =
-            run(wanted, kx::baseline::determinant, kx::baseline::inverse, kx::baseline::position);
-        const double got_d = run(got, determinant, inverse, position);
+        const double wanted_d = run(wanted, baseline), got_d = run(got, copies);
         const std::string fault = difference(wanted, got);
         REQUIRE_MESSAGE(fault.empty(), i, fault);
         REQUIRE_MESSAGE((std::memcmp(&wanted_d, &got_d, sizeof got_d) == 0 || wanted_d != wanted_d),
@@ -259,7 +277,7 @@ void check_as_baseline(double (*determinant)(const KXM4 *),
         check_arrays<4, KXM4, KXP3>("KXP3 positions", positions);                                  \
         check_arrays<4, KXM4, KXP4>("KXP4", homogeneous);                                          \
         check_product("product", product);                                                         \
-        check_as_baseline(determinant, inverse, position);                                         \
+        check_as_baseline({determinant, inverse, position, orientation, transform_box});           \
     }
 
 CHECK_COPY(baseline, true)
