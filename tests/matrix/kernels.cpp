@@ -225,6 +225,13 @@ struct Copies {
     void (*transform_box)(const KXBox *, const KXM4 *, KXBox *);
 };
 
+// In other rounding modes the angles' reduction can miss, and the C library takes over.
+#if defined(FE_UPWARD) && defined(FE_DOWNWARD)
+constexpr int rounding_modes[] = {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD};
+#else
+constexpr int rounding_modes[] = {FE_TONEAREST, FE_TONEAREST, FE_TONEAREST};
+#endif
+
 /** All kinds of matrices, points, angles and boxes: every copy is held to the baseline's. */
 void check_as_baseline(const Copies &copies)
 {
@@ -253,7 +260,9 @@ void check_as_baseline(const Copies &copies)
             of.transform_box(&box, &m, reinterpret_cast<KXBox *>(&out[52]));
             return of.determinant(&m);
         };
+        std::fesetround(rounding_modes[i / 4 % 3]);
         const double wanted_d = run(wanted, baseline), got_d = run(got, copies);
+        std::fesetround(FE_TONEAREST);
         const std::string fault = difference(wanted, got);
         REQUIRE_MESSAGE(fault.empty(), i, fault);
         REQUIRE_MESSAGE((std::memcmp(&wanted_d, &got_d, sizeof got_d) == 0 || wanted_d != wanted_d),
