@@ -1,4 +1,4 @@
-/* The drawing: a placed mesh from above, from the front and from the right, and what is told of it.
+/* The drawing: a placed mesh from above, from the front and from the right, and its report.
  */
 #ifndef PLACE_MESH_SHEET_H
 #define PLACE_MESH_SHEET_H
