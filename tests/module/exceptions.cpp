@@ -95,9 +95,10 @@ TEST_CASE("Guarded paths raise neither division by zero nor an invalid operation
         KXLineIxBox(&from_inside, &box, &vector);
     });
     check_quiet("the translation that directions leave out", [] {
-        const float unread = std::numeric_limits<float>::signaling_NaN();
-        const KXM4 m = {{{1, 0, 0, unread}, {0, 1, 0, unread}, {0, 0, 1, unread}, {}}};
-        const KXM3 plane = {{{1, 0, unread}, {0, 1, unread}, {}}};
+        // Constants: to bring such a NaN here by x87 registers would raise the flag already.
+        constexpr float unread = std::numeric_limits<float>::signaling_NaN();
+        static constexpr KXM4 m = {{{1, 0, 0, unread}, {0, 1, 0, unread}, {0, 0, 1, unread}, {}}};
+        static constexpr KXM3 plane = {{{1, 0, unread}, {0, 1, unread}, {}}};
         const KXP2 in_plane = {1, 2};
         KXP2 turned;
         KXM4P3I0(&m, &up, &vector);
