@@ -146,6 +146,19 @@ constexpr Vector made(Floats... floats)
     }
 }
 
+#if defined(__MINGW32__)
+/* MinGW's sqrt is off by a last bit where it is a call. */
+inline double root_of_dot(const KXV3 &v)
+{
+    return KXV3Length(&v);
+}
+#else
+inline double root_of_dot(const KXV3 &v)
+{
+    return sqrt(kx_dot(&v, &v));
+}
+#endif
+
 /** What a C function writes to its last argument. */
 template <typename Value, typename Function, typename... Arguments>
 Value result(Function function, Arguments... arguments)
@@ -425,7 +438,7 @@ struct vec3 : KXV3 {
     }
 
     /** The length, in double: KXV3Length. */
-    [[nodiscard]] double length() const { return sqrt(dot(*this, *this)); }
+    [[nodiscard]] double length() const { return detail::root_of_dot(*this); }
     /** The unit vector in this direction; nothing if it is too short to have one: KXV3Normalise. */
     template <typename Vector = vec3>
     [[nodiscard]] std::optional<Vector> normalised() const
