@@ -18,8 +18,9 @@
 
 #include "numeric.h"
 
-/* Vectors are to stay in registers; g++ would otherwise call a function that has a few of them. */
-#if defined(__GNUC__)
+/* Vectors are to stay in registers; g++ would otherwise call a function that has a few of them. But
+ * without optimisation WebAssembly has no room for the variables of all in one function. */
+#if defined(__GNUC__) && (defined(__OPTIMIZE__) || !defined(__wasm__))
 #define KX_INLINE __attribute__((always_inline)) static inline
 #define KX_INLINE_MEMBER __attribute__((always_inline)) inline
 #else
