@@ -183,7 +183,7 @@ TEST_CASE("KXRayIxBox")
     check("a short direction", unit, {{-1, 0.2f, 0.3f}, {0.1f, 0.01f, 0.01f}}, 1, {0, 0.3f, 0.4f});
     check("a parameter of 100000", unit, {{-100, 0.2f, 0.3f}, {0.001f, 4e-06f, 4e-06f}}, 1,
           {1.42108547e-14f, 0.599999964f, 0.7f});
-    check("from inside: the way out", unit, {{0.5f, 0.5f, 0.5f}, {1, 0.5f, 0.25f}}, 1,
+    check("from inside: where it leaves", unit, {{0.5f, 0.5f, 0.5f}, {1, 0.5f, 0.25f}}, 1,
           {1, 0.75f, 0.625f});
     check("on a face, going in", unit, {{0, 0.5f, 0.5f}, {1, 0.2f, 0.2f}}, 1, {0, 0.5f, 0.5f});
     check("on a face, going out", unit, {{1, 0.5f, 0.5f}, {1, 0.2f, 0.2f}}, 1, {1, 0.5f, 0.5f});
