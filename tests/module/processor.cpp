@@ -27,18 +27,25 @@ int avx512::copy()
 
 /**
  * What __builtin_cpu_supports reads, filled by the compiler's runtime when a program is loaded: the
- * vendor, type and subtype, and the features, a bit each.
+ * vendor, type and subtype, and the features, a bit each. Its address is taken in assembly: clang
+ * declares the variable itself, and 14 crashes now and then where the source does so too.
  */
-extern unsigned processor[4] __asm__("__cpu_model") __attribute__((visibility("hidden")));
+static unsigned *processor()
+{
+    unsigned *address;
+    __asm__("lea __cpu_model(%%rip), %0" : "=r"(address));
+    return address;
+}
 
 static int chosen_with(unsigned features)
 {
-    const unsigned found = processor[3];
-    processor[3] = features;
+    unsigned &known = processor()[3];
+    const unsigned found = known;
+    known = features;
     __asm__ volatile("" : : : "memory"); // the compiler takes the cache for constant
     const int chosen = KX_DISPATCH(copy());
     __asm__ volatile("" : : : "memory");
-    processor[3] = found;
+    known = found;
     return chosen;
 }
 
