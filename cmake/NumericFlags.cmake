@@ -35,6 +35,12 @@ function(kx_apply_numeric_flags target)
         target_compile_options(${target} PRIVATE -fno-tree-slp-vectorize)
     endif()
 
+    # clang 14 packs neighbouring doubles that are chosen by a condition into vectors of WebAssembly, and then
+    # chooses the wrong ones.
+    if(CMAKE_SYSTEM_PROCESSOR STREQUAL "wasm32")
+        target_compile_options(${target} PRIVATE -fno-slp-vectorize)
+    endif()
+
     # clang takes exceptions to be masked and computes guarded divisions ahead of their guard. A host
     # may have unmasked them. g++ doesn't do this by default.
     if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")

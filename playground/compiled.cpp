@@ -1,0 +1,112 @@
+/*
+ * The page's compiled part: the hierarchy of examples/cast_mesh over a mesh, and the digests. Each
+ * use has an instance of the module, and with it a memory of its own, so nothing here is ever
+ * freed. compiled.js calls it.
+ */
+#include "../examples/cast_mesh/hierarchy.h"
+#include "../tools/digest/trial.h"
+
+#include <kxmaths5/everyday.h>
+
+namespace
+{
+
+/** Scaled to the size for which the tolerances of the triangle test are made. */
+struct Mesh {
+    std::vector<KXP3> points;
+    std::vector<KXTriangle> triangles;
+    KXM4 fit, back;
+    std::optional<example::Hierarchy> hierarchy;
+} mesh;
+
+/** Of a call of JavaScript, and of what it gets back. */
+struct Cast {
+    KXRay ray;
+    KXP3 point;
+    float distance;
+} cast;
+
+/** Calls `act` with the entry of one function. */
+template <typename Act>
+void with_function(std::uint32_t wanted, Act act)
+{
+    catalogue::for_every_function([&, index = 0U](const auto &entry) mutable {
+        if (index++ == wanted) {
+            act(entry);
+        }
+    });
+}
+
+} // namespace
+
+#define EXPORT(name) extern "C" __attribute__((export_name(#name)))
+
+EXPORT(reserve) void *reserve(std::uint32_t bytes)
+{
+    return std::malloc(bytes);
+}
+
+/** corners: three indices for each triangle. Returns what is wrong with the mesh, or null. */
+EXPORT(set_mesh)
+const char *set_mesh(const KXP3 *points, std::uint32_t point_count, const std::uint32_t *corners,
+                     std::uint32_t triangle_count)
+{
+    const auto *const corners_end = corners + std::size_t{3} * triangle_count;
+    if (std::any_of(corners, corners_end, [&](std::uint32_t i) { return i >= point_count; })) {
+        return "a triangle has a corner that is none of the points";
+    }
+    KXBox box = point_count == 0 ? KXBox{} : KXBox{points[0], points[0]};
+    for (std::uint32_t i = 0; i < point_count; ++i) {
+        KXPutPointInBox(&points[i], &box);
+    }
+    if (kx_fit_mesh(&box, &mesh.fit, &mesh.back) != 0) {
+        return "the mesh has no extent, or one beyond what can be drawn";
+    }
+    mesh.points.resize(point_count);
+    KXM4NP3I1(&mesh.fit, point_count, points, mesh.points.data());
+    mesh.triangles.resize(triangle_count);
+    for (KXTriangle &triangle : mesh.triangles) {
+        kx_triangle(mesh.points.data(), corners[0], corners[1], corners[2], &triangle);
+        corners += 3;
+    }
+    // Rays may come from as far away as the page's camera goes.
+    KXTransformBox(&box, &mesh.fit, &box);
+    const auto reach = static_cast<float>(64.0 * kx_distance(&box.minimum, &box.maximum));
+    mesh.hierarchy.emplace(mesh.triangles, mesh.points, reach);
+    return nullptr;
+}
+
+EXPORT(cast) Cast *the_cast()
+{
+    return &cast;
+}
+
+/** The triangle that the ray meets first; -1 for none. */
+EXPORT(nearest) std::int32_t nearest()
+{
+    KXRay ray;
+    KXTransformRay(&cast.ray, &mesh.fit, &ray);
+    const auto hit = mesh.hierarchy->nearest(ray);
+    if (!hit) {
+        return -1;
+    }
+    KXM4P3I1(&mesh.back, &hit->point, &cast.point);
+    cast.distance = static_cast<float>(kx_distance(&cast.ray.origin, &cast.point));
+    return static_cast<std::int32_t>(hit->triangle);
+}
+
+/** Null after the last function. */
+EXPORT(function_name) const char *function_name(std::uint32_t index)
+{
+    const char *name = nullptr;
+    with_function(index, [&](const auto &entry) { name = entry.name; });
+    return name;
+}
+
+EXPORT(function_digest) std::uint64_t function_digest(std::uint32_t index)
+{
+    std::uint64_t digest = 0;
+    with_function(index,
+                  [&](const auto &entry) { digest = test::Trial(entry.name, {}).run(entry); });
+    return digest;
+}
