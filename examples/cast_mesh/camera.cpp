@@ -1,7 +1,5 @@
 #include "camera.h"
 
-#include "failure.h"
-
 #include <algorithm>
 #include <cmath>
 

@@ -6,9 +6,7 @@
  * between two unit vectors.
  */
 #include "camera.h"
-#include "failure.h"
 #include "hierarchy.h"
-#include "names.h"
 #include "render.h"
 #include "report.h"
 

@@ -1,6 +1,6 @@
 #include "render.h"
 
-#include "progress.h"
+#include "report.h"
 
 #include <kxmaths5/everyday.h>
 

@@ -1,7 +1,5 @@
 #include "scene.h"
 
-#include "failure.h"
-
 #include <cmath>
 
 namespace example

@@ -3,6 +3,7 @@
 #define EXAMPLES_COMMAND_LINE_H
 
 #include "mesh.h"
+#include "report.h"
 
 #include <kxmaths5.h>
 
@@ -66,6 +67,15 @@ private:
  * non-zero exit. `run` takes the command line.
  */
 int run_example(const char *name, int argc, char **argv, void (*run)(int, char **));
+
+/** The unit with a short or a long name, such as "mm" or "millimetre". Throws Failure. */
+KXUnit unit_named(const std::string &name);
+
+/** The short name of a unit, such as "mm"; empty for KX_UNIT_NONE. */
+std::string unit_symbol(KXUnit unit);
+
+/** The order with a name such as "XYZ", in any case. Throws Failure. */
+KXRotationOrder order_named(const std::string &name);
 
 } // namespace example
 

@@ -1,6 +1,6 @@
 #include "file_checks.h"
 
-#include "failure.h"
+#include "report.h"
 
 #include <algorithm>
 #include <array>

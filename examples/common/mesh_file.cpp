@@ -1,7 +1,7 @@
 /* Reading of mesh files, by Assimp. */
-#include "failure.h"
 #include "file_checks.h"
 #include "mesh.h"
+#include "report.h"
 
 #include <assimp/Importer.hpp>
 #include <assimp/postprocess.h>

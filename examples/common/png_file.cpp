@@ -1,6 +1,6 @@
 #include "png_file.h"
 
-#include "failure.h"
+#include "report.h"
 
 #define STB_IMAGE_WRITE_IMPLEMENTATION
 #include <stb_image_write.h>

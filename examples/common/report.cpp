@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <unistd.h>
 
 namespace example
 {
@@ -56,6 +57,34 @@ std::string count_of(std::size_t count, const std::string &what)
 double in_degrees(double radians)
 {
     return std::round(radians * 57.29577951308232 * 1e4) / 1e4 + 0.0; // -0 would be shown as such
+}
+
+Progress::Progress(std::string title_, std::size_t steps_)
+    : title(std::move(title_)), steps(steps_),
+      next_show(Clock::now() + std::chrono::milliseconds(300)), on_terminal(isatty(STDERR_FILENO))
+{
+}
+
+Progress::~Progress()
+{
+    if (shown) {
+        std::fputs("\r\033[K", stderr);
+    }
+}
+
+void Progress::advance(std::size_t count)
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    done += count;
+    if (!on_terminal || Clock::now() < next_show) {
+        return;
+    }
+    constexpr int width = 40;
+    const double part = static_cast<double>(done) / static_cast<double>(steps);
+    const std::string bar(static_cast<std::size_t>(part * width), '#');
+    std::fprintf(stderr, "\r%s [%-*s] %3.0f%%", title.c_str(), width, bar.c_str(), 100.0 * part);
+    shown = true;
+    next_show = Clock::now() + std::chrono::milliseconds(100);
 }
 
 } // namespace example

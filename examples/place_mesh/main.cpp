@@ -4,10 +4,8 @@
  *
  * A host of kxmaths5: all geometry is the library's.
  */
-#include "names.h"
 #include "placement.h"
 #include "png_file.h"
-#include "read_back.h"
 #include "sheet.h"
 
 #include <optional>
@@ -46,8 +44,7 @@ void run(int argc, char **argv)
     lines.insert(lines.end(), readings.begin(), readings.end());
     const Picture picture = draw_sheet(placement, lines, unit_symbol(options->to));
     write_png(options->picture, picture);
-    lines.push_back(
-        {"picture", options->picture + text_of(", %d x %d pixels", picture.width, picture.height)});
+    lines.push_back(line_for(options->picture, picture));
     print(lines);
 }
 

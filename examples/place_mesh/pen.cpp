@@ -1,6 +1,6 @@
 #include "pen.h"
 
-#include "failure.h"
+#include "report.h"
 
 #include <algorithm>
 

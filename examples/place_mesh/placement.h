@@ -42,6 +42,19 @@ Placement place(Mesh mesh, const Options &options);
 /** What a person wants to know of it. */
 std::vector<ReportLine> report(const Placement &placement, const Options &options);
 
+/** A placement read from its matrix in each way that the library has. */
+struct ReadBack {
+    kxm::components by_rows;
+    kxm::placement_and_scale by_columns;
+    kxm::quat quaternion;
+    float largest_difference; /**< Of any element, in the three matrices built again. */
+};
+
+/** Reads a placement back and builds it again from each reading. Throws Failure. */
+ReadBack read_back(const kxm::mat4 &placement);
+
+std::vector<ReportLine> report(const ReadBack &read);
+
 } // namespace example
 
 #endif

@@ -3,7 +3,7 @@
 #define PLACE_MESH_SHADING_H
 
 #include "mesh.h"
-#include "progress.h"
+#include "report.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,7 +1,6 @@
 #include "sheet.h"
 
 #include "pen.h"
-#include "progress.h"
 #include "shading.h"
 
 #include <algorithm>

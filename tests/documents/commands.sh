@@ -29,9 +29,36 @@ mkdir "$root/root/kxmaths5"
 git ls-files -z --cached --others --exclude-standard | tar -c --null --files-from - |
     tar -x -C "$root/root/kxmaths5"
 
+# A shell script of a page: its boxes of commands, "sh", as they are, and its programs as files that are named after
+# their box: the box "c host" becomes host.c.
+script_of() {
+    awk '
+        /^```$/ && inside {
+            if (inside == "program") {
+                print "KX_END_OF_PROGRAM"
+            }
+            inside = ""
+            next
+        }
+        /^```/ && !inside {
+            inside = "other"
+            kind = substr($1, 4)
+            ending = kind == "fortran" ? "f90" : kind
+            if (kind == "sh") {
+                inside = "commands"
+            } else if (kind ~ /^(c|cpp|lua|fortran)$/ && NF == 2) {
+                inside = "program"
+                print "cat >" $2 "." ending " <<\"KX_END_OF_PROGRAM\""
+            }
+            next
+        }
+        inside == "commands" || inside == "program"
+    ' "$1"
+}
+
 for page in "$@"; do
     echo "== $page"
-    awk -f tests/documents/commands.awk "$page" >"$root/root/page.sh"
+    script_of "$page" >"$root/root/page.sh"
     grep -q . "$root/root/page.sh" || {
         echo "$page has no commands." >&2
         exit 1

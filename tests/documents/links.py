@@ -1,6 +1,8 @@
-"""Follows every link and picture of Markdown files or HTML pages to a file and a place in it that
-exist: links.py FILE... Links to other sites are left alone.
+"""What documents name exists: links.py FILE... Every link and picture of Markdown files or HTML pages is followed
+to a file and a place in it; links to other sites are left alone. The project's commands in Markdown files are there,
+docs/functions.md has every function once, and the changelog begins with the version of the headers.
 """
+import collections
 import functools
 import html.parser
 import pathlib
@@ -26,10 +28,12 @@ class Page(html.parser.HTMLParser):
 
 
 class Markdown:
-    """The same of a Markdown file, whose headings are its places."""
+    """The same of a Markdown file, whose headings are its places, and the commands that it names."""
 
     def __init__(self, path):
-        text = re.sub("^```.*?^```", "", path.read_text(encoding="utf-8"), flags=re.S | re.M)
+        text = path.read_text(encoding="utf-8")
+        self.commands = set(re.findall(r"\./scripts/[a-z]+|\.ci/[a-z]+", text))
+        text = re.sub("^```.*?^```", "", text, flags=re.S | re.M)
         self.links = set(re.findall(r"\]\(([^)]+)\)", text))
         headings = re.findall("^#+ (.+)", text, re.M)
         self.places = {re.sub(r"[^\w -]", "", h.lower()).replace(" ", "-") for h in headings}
@@ -40,14 +44,33 @@ def read(path):
     return Markdown(path) if path.suffix == ".md" else Page(path)
 
 
-broken = 0
-for source in (pathlib.Path(name).resolve() for name in sys.argv[1:]):
+ROOT = pathlib.Path(__file__).resolve().parents[2]
+faults = []
+pages = [pathlib.Path(name).resolve() for name in sys.argv[1:]]
+for source in pages:
     for link in sorted(read(source).links):
         url = urllib.parse.urlsplit(link)
         if url.scheme in ("http", "https", "javascript"):
             continue
         target = (source.parent / urllib.parse.unquote(url.path)).resolve() if url.path else source
         if not target.exists() or url.fragment and url.fragment not in read(target).places:
-            print(f"{source}: leads nowhere: {link}", file=sys.stderr)
-            broken = 1
-sys.exit(broken)
+            faults.append(f"{source}: leads nowhere: {link}")
+    for command in sorted(getattr(read(source), "commands", ())):
+        if not (ROOT / command).exists():
+            faults.append(f"{source}: there is no {command}")
+
+if ROOT / "docs/functions.md" in pages:
+    rows = re.findall(r"^\|.*", (ROOT / "docs/functions.md").read_text(encoding="utf-8"), re.M)
+    named = collections.Counter(re.findall(r"KX[A-Za-z]\w*", "\n".join(rows)))
+    wanted = set((ROOT / "src/exports.txt").read_text().split())
+    faults += [f"docs/functions.md has {name} {named[name]} times" for name in sorted(wanted | set(named))
+               if named[name] != (name in wanted)]
+
+if ROOT / "CHANGELOG.md" in pages:
+    types = (ROOT / "include/kxmaths5/types.h").read_text()
+    version = ".".join(re.findall(r"#define KX_VERSION_(?:MAJOR|MINOR|PATCH) +(\d+)", types))
+    newest = re.search("^## (.*)", (ROOT / "CHANGELOG.md").read_text(), re.M).group(1)
+    if not newest.startswith(version + ", "):
+        faults.append(f"CHANGELOG.md begins with {newest}, the headers have {version}")
+
+sys.exit("\n".join(faults) or 0)

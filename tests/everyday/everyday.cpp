@@ -1,5 +1,5 @@
 /* The inline functions: as C++ has them, and the same bits from C. */
-#include "in_c.h"
+#include "in_c.c"
 
 #include "support/check.h"
 

@@ -5,8 +5,7 @@
  * from, a seed for these, and what all the floats and words of the call are XORed with. The last
  * kind is zeros, so that the input is the floats themselves.
  */
-#include "support/checked_call.h"
-
+#include "support/calls.h"
 #include "support/inputs.h"
 
 #include <cstdio>

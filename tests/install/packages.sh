@@ -18,7 +18,7 @@ for package in "$work"/one/libkxmaths5-5_*.deb "$work"/one/libkxmaths5-dev_*.deb
 done
 library=$(find "$PWD/$work/extracted" -name 'libkxmaths5.so.5')
 (cd "$work" && LD_LIBRARY_PATH=$(dirname "$library") ../../tests/module/digests.sh \
-    ../../tools/digest/digests.txt ../../src/exports.txt ../gcc/tools/digest/kx_digest)
+    ../../tools/digest/digests.txt ../../src/exports.txt ../gcc/tools/kx_digest)
 ./tests/install/hosts.sh "$work/extracted/usr"
 
 # gdb trusts a file of its own for each module in this directory, and nowhere else.

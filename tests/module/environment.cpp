@@ -4,8 +4,7 @@
  * was. And a host that has unmasked exceptions gets none from ordinary inputs, nor from inputs at a
  * boundary, where guards keep divisions, roots and arcsines from being made.
  */
-#include "support/checked_call.h"
-
+#include "support/calls.h"
 #include "support/inputs.h"
 
 #include <doctest/doctest.h>

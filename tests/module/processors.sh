@@ -6,7 +6,7 @@ cd "$(dirname "$0")/../.."
 ./scripts/install qemu-user
 ./scripts/build gcc kx_digest
 for processor in Nehalem Haswell,-fma Haswell; do
-    qemu-x86_64 -cpu "$processor" build/gcc/tools/digest/kx_digest 2>build/qemu.log >build/qemu.txt || {
+    qemu-x86_64 -cpu "$processor" build/gcc/tools/kx_digest 2>build/qemu.log >build/qemu.txt || {
         cat build/qemu.log >&2
         exit 1
     }

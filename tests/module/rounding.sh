@@ -11,7 +11,7 @@ for compiler in "$@"; do
     for options in '--rounding up' '--rounding down' '--rounding zero' --flush '--rounding up --flush'; do
         for preset in "$compiler" "$compiler-debug"; do
             # shellcheck disable=SC2086 # a list of options
-            "build/$preset/tools/digest/kx_digest" $options >"build/rounding/$preset.txt"
+            "build/$preset/tools/kx_digest" $options >"build/rounding/$preset.txt"
         done
         diff "build/rounding/$compiler.txt" "build/rounding/$compiler-debug.txt" || {
             echo "$compiler with $options: other bits" >&2

@@ -3,9 +3,9 @@
  * each thread's own: all get what one thread alone gets, and ThreadSanitizer finds no write to what
  * they share. Without it a race spoils a result too seldom for this to be a test.
  */
+#include "support/calls.h"
 #include "support/digest.h"
 #include "support/inputs.h"
-#include "support/records.h"
 
 #include <doctest/doctest.h>
 

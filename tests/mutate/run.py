@@ -145,7 +145,7 @@ class Worker:
 def measured_programs(worker, build):
     """Copies of the build's test programs and of the digests', quick ones first. All must pass."""
     seconds = {}
-    for original in [*sorted((build / 'tests').glob('test_*')), build / 'tools/digest/kx_digest']:
+    for original in [*sorted((build / 'tests').glob('test_*')), build / 'tools/kx_digest']:
         if original.is_file() and original.name != worker.kernels.name:
             program = pathlib.Path(shutil.copy(original, worker.tree.parent))
             start = time.monotonic()

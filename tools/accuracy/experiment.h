@@ -3,8 +3,7 @@
 #ifndef KX_ACCURACY_EXPERIMENT_H
 #define KX_ACCURACY_EXPERIMENT_H
 
-#include "quad.h"
-#include "random.h"
+#include "numbers.h"
 
 #include <array>
 #include <charconv>
@@ -138,9 +137,8 @@ Experiments inverses();
 Experiments orientation();
 Experiments decomposition();
 Experiments quaternions();
-Experiments boxes();
-Experiments planes();
 Experiments polar();
+Experiments spatial();
 
 Experiments all_experiments();
 

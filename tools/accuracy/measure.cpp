@@ -49,7 +49,7 @@ Experiments all_experiments()
 {
     Experiments all;
     for (const auto &topic : {foundations, matrices, inverses, orientation, decomposition,
-                              quaternions, boxes, planes, polar}) {
+                              quaternions, spatial, polar}) {
         const Experiments some = topic();
         all.insert(all.end(), some.begin(), some.end());
     }
