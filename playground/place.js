@@ -17,7 +17,7 @@ export function placement({ p, r, s, order, scale }) {
   if (scale === "first") {
     matrix = kx.KXM4Mult(kx.KXM4Position(vector(p, angles), which).matrix, size);
   } else {
-    const turned = kx.KXM4Mult(size, kx.KXM4Orientation(...angles.map(Math.fround), which).matrix);
+    const turned = kx.KXM4Mult(size, kx.KXM4Orientation(...angles, which).matrix);
     matrix = kx.KXM4Mult(kx.KXM4Translate(...p), turned);
   }
   return { matrix, inverse: kx.KXM4Inverse(matrix) };
@@ -33,7 +33,14 @@ const readings = [{
     const rebuilt = kx.KXM4Mult(kx.KXM4Position(position, kxmaths5.KX_ORDER_YXZ).matrix, kx.KXM4Scale(...scale));
     return { scale, angles: position.subarray(3), move: position.subarray(0, 3), rebuilt };
   },
-  reason: () => "Its rows and columns are not those of a rotation that was scaled first.",
+  reason(read, matrix) {
+    const rows = kx.KXM4Transpose(matrix);
+    const [a, b, c] = [0, 4, 8].map((at) => kx.KXV3Normalise(rows.subarray(at, at + 3)).out);
+    if (read.scale.some((each) => Math.abs(each) < 1e-6)) return "A column without a length has no direction.";
+    return [[a, b], [b, c], [c, a]].some((each) => Math.abs(kx.dot(...each)) > 1e-5)
+      ? "The columns of the matrix are not perpendicular, as those of a scaled rotation are."
+      : "Near a quarter turn about X, angles come back less exactly.";
+  },
 }, {
   name: "By rows",
   call: "KXM4Decompose",
@@ -44,14 +51,15 @@ const readings = [{
     const shear = parts.subarray(3, 6);
     return { scale: parts.subarray(0, 3), angles: parts.subarray(6, 9), move: parts.subarray(9, 12), shear, rebuilt: kx.KXM4Compose(parts) };
   },
-  reason: () => "It found a shear, which KXM4Compose does not build in.",
+  reason: ({ shear }) => (shear.some((each) => !(Math.abs(each) < 1e-5)) ? "It found a shear, which KXM4Compose does not build in."
+    : "Near a quarter turn about Y, angles come back less exactly."),
 }];
 
 /** How far two matrices are apart, at most. */
 const apart = (a, b) => Math.max(...a.map((each, i) => Math.abs(each - b[i])));
 
-// -0 looks like a mistake.
-const short = (value, digits = 3) => (Number.isFinite(value) ? (Number(value.toFixed(digits)) + 0).toFixed(digits) : "—").replace("-", "−");
+/** A number for people; -0 would look like a mistake. */
+export const short = (value, digits = 3) => (Number.isFinite(value) ? (Number(value.toFixed(digits)) + 0).toFixed(digits) : "—").replace("-", "−");
 
 function fillMatrix(table, matrix) {
   table.innerHTML = matrix ? [0, 4, 8, 12].map((row) => `<tr>${[...matrix.subarray(row, row + 4)].map((each) =>
@@ -100,7 +108,7 @@ export function place(section, mesh) {
   let language = "C";
 
   makeControls(element("controls"));
-  const main = new View(element("place-view"), { distance: 8, eye, paint(view) {
+  const main = new View(element("place-view"), { distance: 6.5, eye, paint(view) {
     view.floor();
     view.mesh(mesh.shape, [now.matrix], [colour("mesh")]);
     view.axes(identity(), 1.6, ["X", "Y", "Z"], 1);
@@ -111,7 +119,7 @@ export function place(section, mesh) {
   element("orders").innerHTML = orders.map((order) => `<label class="card"><input type="radio" name="order" value="${order}" class="unseen">
     <canvas aria-hidden="true"></canvas><strong>${order}</strong><span class="quiet">R${order[0]}·(R${order[1]}·R${order[2]})</span></label>`).join("");
   element("orders").addEventListener("change", ({ target }) => change({ order: target.value }));
-  const small = (canvas, paint) => new View(canvas, { distance: 8, eye, paint });
+  const small = (canvas, paint) => new View(canvas, { distance: 5.6, eye, paint });
   element("orders").querySelectorAll("canvas").forEach((canvas, i) => small(canvas, (view) => {
     const { matrix } = placement({ ...state, p: [0, 0, 0], order: orders[i] });
     view.mesh(mesh.shape, [matrix], [colour(orders[i] === state.order ? "mesh" : "pale")]);
@@ -158,7 +166,7 @@ export function place(section, mesh) {
       verdict.className = `verdict ${isGood ? "good" : "off"}`;
       verdict.textContent = !read ? "Singular: KXM4Decompose returns 1, and nothing is read."
         : isGood ? `Rebuilds the matrix: no element is off by more than ${off.toPrecision(1)}.`
-        : `Does not rebuild it: an element is off by ${short(off, 2)}. ${readings[i].reason(read)}`;
+        : `Does not rebuild it: an element is off by ${short(off, 2)}. ${readings[i].reason(read, now.matrix)}`;
     });
     element("code").textContent = program(language, state);
   }

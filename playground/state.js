@@ -2,8 +2,8 @@
 
 const initial = {
   tab: "place",
-  // Place: metres or whatever the caller takes, degrees, factors.
-  p: [0.5, 0.1, 0], r: [25, 40, 10], s: [1, 1.35, 1],
+  // Place: lengths, degrees, factors.
+  p: [0.5, 0.1, 0], r: [40, 50, 20], s: [1, 1.4, 1],
   order: "YXZ",
   scale: "first",
   // The eye's azimuth and elevation, in degrees.
@@ -11,7 +11,7 @@ const initial = {
   // Pick: the ray at the mesh; and box, ray and triangle, whose ray may be taken as a line.
   ray: [],
   box: [-1, -0.5, -0.5, 0, 0.5, 0.5],
-  path: [-2.2, 0.3, 0.9, -1.2, 0.2, 0.5],
+  path: [-1.9, 0.27, 0.78, -1.2, 0.2, 0.5],
   triangle: [0.8, -0.8, -0.6, 1.7, -0.7, 0.5, 1.1, 0.9, -0.5],
   as: "ray",
 };

@@ -19,7 +19,7 @@ class Renderer {
     this.light = new DirectionalLight(0xffffff, 2);
     this.meshes = ["solid", "ghost"].map((look) => {
       const material = new MeshLambertMaterial({ side: DoubleSide, transparent: look === "ghost", depthWrite: look === "solid" });
-      if (look === "ghost") material.opacity = 0.25;
+      if (look === "ghost") material.opacity = 0.4;
       const mesh = new Mesh(undefined, material);
       mesh.matrixAutoUpdate = false;
       mesh.frustumCulled = false;
@@ -52,6 +52,7 @@ class Renderer {
     toThree(this.camera.projectionMatrix, view.projection);
     this.light.position.setFromMatrixPosition(this.camera.matrixWorld).addScalar(2);
     this.three.render(this.scene, this.camera);
+    performance.getEntriesByName("first picture").length || performance.mark("first picture");
     view.context.drawImage(this.three.domElement, 0, this.size[1] - height, width, height, 0, 0, width, height);
   }
 }
@@ -184,7 +185,7 @@ export function orbit(canvas, { get, set, click, key }) {
   let from;
   const turn = (azimuth, elevation) => {
     const [a, e] = get();
-    set([Math.round((a + azimuth + 540) % 360 - 180), Math.round(Math.max(-80, Math.min(85, e + elevation)))]);
+    set([(a + azimuth + 540) % 360 - 180, Math.max(-80, Math.min(85, e + elevation))]);
   };
   canvas.addEventListener("pointerdown", (event) => {
     from = { x: event.clientX, y: event.clientY, far: 0 };
