@@ -91,12 +91,6 @@ class Function:
         return "->".join(",".join(each.signature for each in some) for some in (self.inputs, self.outputs))
 
     @property
-    def is_plain(self):
-        """Nothing has to be looked at before the ufunc is called, or named after it."""
-        return not any(each.type == "uint32" and not each.is_output or each.is_output and each.is_named
-                       for each in self.operands)
-
-    @property
     def may_write_nothing(self):
         """Verdicts and statuses can come without the outputs that go with them."""
         return self.result_type == "int32" and any(each.described.get("role") == "out"
@@ -170,6 +164,13 @@ def copies(function):
             yield index, source, operand
 
 
+def may_stay_unwritten(function):
+    """Verdicts and statuses can come without the floats that go with them, which are then NaN."""
+    for index, operand in enumerate(function.outputs, len(function.inputs)):
+        if function.may_write_nothing and operand.described.get("role") == "out" and operand.type == "float":
+            yield index, operand
+
+
 def bytes_of(operand, function):
     count = 1
     factors = []
@@ -193,6 +194,8 @@ def c_loop(function):
     for output, source, operand in copies(function):
         lines += [f"        if (a{output} != a{source}) {{",
                   f"            memcpy(a{output}, a{source}, {bytes_of(operand, function)});", "        }"]
+    lines += [f"        {f'if (a{index}) ' * each.may_be_left_out}memcpy(a{index}, no_result, "
+              f"{bytes_of(each, function)});" for index, each in may_stay_unwritten(function)]
     call = f"{function.c_name}({', '.join(c_argument(function, each, False) for each in function.arguments)})"
     if function.result_type != "void":
         kind = C_TYPES.get(function.result_type, function.result_type)
@@ -231,9 +234,11 @@ def c_operand(function, operand):
     may_be = sum(1 << index for index, other in enumerate(function.inputs)
                  if operand.is_output and operand.c_name
                  and (other.c_name == operand.c_name if is_both
-                      else other.c_name in operand.described["may_be"]))
-    return (f"{{{NUMPY_TYPES[operand.type]}, {len(places)}, "
-            f"{{{', '.join(map(str, places or [0]))}}}, {may_be}}}")
+                      else other.c_name in operand.described["may_be"] and not function.may_write_nothing))
+    sizes = [size if isinstance(size, int) else -1 for size in operand.shape]
+    highest = 2**32 - 1 if operand.highest is None else operand.highest
+    return (f"{{{NUMPY_TYPES[operand.type]}, {len(places)}, {{{', '.join(map(str, places or [0]))}}}, "
+            f"{{{', '.join(map(str, sizes or [0]))}}}, {may_be}, {highest}u}}")
 
 
 def c_table(api):
@@ -249,8 +254,7 @@ def c_table(api):
         operands = ", ".join(c_operand(function, each) for each in function.operands)
         rows.append(f'    {{"{function.name}", "{function.signature}", {len(function.inputs)}, '
                     f"{len(function.outputs)},\n     {{{operands}}},\n     loop_{function.name}, "
-                    f"{'array_' + function.name if form else 'NULL'}, {single}, "
-                    f"{int(function.may_write_nothing)}}},")
+                    f"{'array_' + function.name if form else 'NULL'}, {single}}},")
     return "\n\n".join([*parts, "static const Function functions[] = {\n" + "\n".join(rows) + "\n};\n"])
 
 
@@ -304,16 +308,9 @@ def python_function(function):
     outputs = "".join(f", {each.name}" for each in named)
     doc = textwrap.indent(docstring(function), "    ").strip().replace("\\", "\\\\")
     lines = [f"def {function.name}({parameters}) -> {returned_type(function)}:", f'    """{doc}\n    """']
-    if function.is_plain:
-        unset = [f"{option.split(':')[0]} is None" for option in options[1:]]
-        only = "(" + "None, " * (len(function.outputs) - 1) + "out)" if len(function.outputs) > 1 else "out"
-        # The ufunc alone; if it refuses, it is called again where there is time to say why.
-        lines += [f"    if {' and '.join(['not options', *unset])}:", "        try:",
-                  "            if out is None:",
-                  f"                return _{function.name}.ufunc({arguments[2:]})",
-                  "            if isinstance(out, np.ndarray):",
-                  f"                return _{function.name}.ufunc({(arguments + ', ')[2:]}out={only})",
-                  "        except (TypeError, ValueError):", "            pass"]
+    unset = " and ".join(["not options", *(f"{each.name} is None" for each in named)])
+    if not is_out_an_input:
+        lines += [f"    if {unset}:", f"        return _{function.name}.simply(out{arguments})"]
     return "\n".join([
         *lines,
         f"    return _{function.name}(({arguments[2:]}{',' if len(function.inputs) == 1 else ''}), "
@@ -341,7 +338,7 @@ def functions_module(api):
     names = ", ".join(f'"{each.name}"' for each in api.functions)
     head = ['"""The functions of the library, one by one. Made by generate.py."""',
             "from __future__ import annotations", "",
-            "from typing import Any, Optional, Union", "",
+            "from typing import Any", "",
             "import numpy as np", "from numpy.typing import ArrayLike, NDArray", "",
             "from ._call import Call, Operand",
             f"from ._constants import {', '.join(NAMED)}", "",

@@ -35,6 +35,21 @@ class Call:
         self.outputs = outputs
         self.ufunc: Any = _ufuncs.make(name, 0)
         self.variants = {0: (self.ufunc, outputs)}
+        # Nothing has to be looked at before the ufunc is called, or named after it.
+        self.is_plain = not any(each.number == "uint32" for each in inputs) and not any(
+            each.record for each in outputs)
+        self.simply = _ufuncs.make_simply(name, self._others, tuple(
+            each.record and each.record.dtype for each in inputs + outputs))
+
+    def _others(self, out: Any, *given: Any) -> Any:
+        """A call with no options. If the ufunc refuses it, there is time to say why."""
+        if self.is_plain and (out is None or isinstance(out, np.ndarray)):
+            try:
+                return self.ufunc(*given) if out is None else self.ufunc(
+                    *given, out=(*[None] * (len(self.outputs) - 1), out))
+            except (TypeError, ValueError):
+                pass
+        return self(given, out, (), {})
 
     def __call__(self, given: tuple[Any, ...], out: Any, named: tuple[Any, ...],
                  options: dict[str, Any]) -> Any:

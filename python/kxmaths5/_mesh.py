@@ -28,9 +28,8 @@ class Mesh:
             raise ValueError(f"Mesh: vertices has the shape {self.vertices.shape}, not (n, 3)")
         if self.faces.ndim != 2 or self.faces.shape[1] != 3 or not len(self.faces):
             raise ValueError(f"Mesh: faces has the shape {self.faces.shape}, not (m, 3) with m above 0")
-        with np.errstate(invalid="ignore"):  # The status speaks of NaN.
-            self.box: NDArray[np.float32] = kx.box_around(self.vertices)
-            status, self._to, self._from = kx.fit_mesh(self.box)
+        self.box: NDArray[np.float32] = kx.box_around(self.vertices)
+        status, self._to, self._from = kx.fit_mesh(self.box)
         if status:
             raise ValueError("Mesh: its box has no extent, or coordinates that are not finite")
         self._scale = float(self._to[0, 0])

@@ -11,11 +11,14 @@
 #define NPY_NO_DEPRECATED_API NPY_1_20_API_VERSION
 #include <Python.h>
 #include <numpy/arrayobject.h>
+#include <numpy/arrayscalars.h>
 #include <numpy/ufuncobject.h>
 
 #include <kxmaths5.h>
 #include <kxmaths5/everyday.h>
 
+#include <fenv.h>
+#include <math.h>
 #include <stdlib.h>
 #include <string.h>
 
@@ -33,8 +36,12 @@ typedef struct {
     int type;
     /** How many trailing dimensions a record has, and which of the signature's they are. */
     int dimensions, dimension[2];
+    /** Their lengths; -1 for one that the caller chooses. */
+    npy_intp size[2];
     /** For an output: the inputs that its address may equal, a bit each. */
     unsigned may_be;
+    /** For an index: the highest there is. */
+    uint32_t highest;
 } Operand;
 
 /** Calls the function for n packed records; an operand that is left out has the address null. */
@@ -49,9 +56,11 @@ typedef struct {
     Loop array_form;
     /** For the array form: the operands that are one for all records. */
     unsigned single;
-    /** Whether the function can leave its outputs as they are, apart from its result. */
-    int may_write_nothing;
 } Function;
+
+/** What an output holds where the function writes nothing. */
+static const float no_result[16] = {NAN, NAN, NAN, NAN, NAN, NAN, NAN, NAN,
+                                    NAN, NAN, NAN, NAN, NAN, NAN, NAN, NAN};
 
 static void kx_box_around(uint32_t count, const KXP3 *points, KXBox *out)
 {
@@ -110,20 +119,6 @@ static void unpack(const Running *to, npy_intp index, const char *packed)
                 to->item * to->columns, to);
 }
 
-/** What an output holds where the function writes nothing. */
-static void fill_with_nan(char *at, npy_intp step, npy_intp size, npy_intp n)
-{
-    /* Packed records are one piece. */
-    const npy_intp pieces = step == size ? 1 : n;
-    const npy_intp floats = (step == size ? n : 1) * size / (npy_intp)sizeof(float);
-    for (npy_intp piece = 0; piece < pieces; ++piece) {
-        float *const to = (float *)(at + piece * step);
-        for (npy_intp i = 0; i < floats; ++i) {
-            to[i] = NPY_NANF;
-        }
-    }
-}
-
 /** Describes the operands; says whether the library can work on all of them where they are. */
 static int describe(const Call *call, char **args, const npy_intp *dimensions,
                     const npy_intp *steps, Running *running)
@@ -150,8 +145,7 @@ static int describe(const Call *call, char **args, const npy_intp *dimensions,
                           (each->rows < 2 || each->row_step == each->item * each->columns);
         if (each->is_output) {
             for (int other = 0; other < i && !running[other].is_output; ++other) {
-                const int may_be = (operand->may_be >> other & 1) && !function->may_write_nothing;
-                if (args[other] == args[i] && !may_be) {
+                if (args[other] == args[i] && !(operand->may_be >> other & 1)) {
                     each->is_packed = 0;
                 }
             }
@@ -174,28 +168,23 @@ static void run(const Call *call, const Running *running, char *const *at, const
         address[index] = at[i];
         steps[index] = step[i];
         is_array &= step[i] == (function->single >> index & 1 ? 0 : running[i].size);
-        if (function->may_write_nothing && running[i].is_output &&
-            function->operands[index].type == NPY_FLOAT) {
-            fill_with_nan(at[i], step[i], running[i].size, n);
-        }
     }
     (is_array ? function->array_form : function->loop)(address, steps, length, n);
 }
 
 static void loop(char **args, const npy_intp *dimensions, const npy_intp *steps, void *data)
 {
-    enum { block_bytes = 16384, most_records = 64 };
+    enum { block_bytes = 16384 };
     const Call *const call = data;
     Running running[MAX_OPERANDS];
     const int in_place = describe(call, args, dimensions, steps, running);
     const npy_intp count = dimensions[0], *const length = dimensions + 1;
 
-    npy_intp bytes = 0, block = most_records;
+    npy_intp bytes = 0;
     for (int i = 0; i < call->operands; ++i) {
         bytes += running[i].is_packed ? 0 : running[i].size;
     }
-    block = bytes * block > block_bytes ? block_bytes / bytes : block;
-    block = block < 1 ? 1 : block;
+    const npy_intp block = bytes == 0 ? count : bytes < block_bytes ? block_bytes / bytes : 1;
 
     char *const buffer = in_place ? NULL : malloc((size_t)(bytes * block) + 1);
     if (!in_place && !buffer) {
@@ -204,9 +193,6 @@ static void loop(char **args, const npy_intp *dimensions, const npy_intp *steps,
         PyErr_NoMemory();
         NPY_DISABLE_C_API;
         return;
-    }
-    if (in_place && !call->function->may_write_nothing) {
-        block = count;
     }
     for (npy_intp done = 0; done < count; done += block) {
         const npy_intp n = count - done < block ? count - done : block;
@@ -231,6 +217,8 @@ static void loop(char **args, const npy_intp *dimensions, const npy_intp *steps,
         }
     }
     free(buffer);
+    /* Results say what went wrong. Which flags are raised on the way differs between processors. */
+    feclearexcept(FE_ALL_EXCEPT);
 }
 
 /**
@@ -353,6 +341,144 @@ static PyObject *make(PyObject *module, PyObject *args)
     return ufunc;
 }
 
+/** A number by itself, and where a single call keeps it. */
+typedef union {
+    float single;
+    double wide;
+    uint32_t index;
+    char record[sizeof(KXTriangle)];
+} Number;
+
+/** A record's class or None for an operand, in the tuple of a single call's descriptions. */
+static PyArray_Descr *named_record(PyObject *records, int index)
+{
+    PyObject *const record = PyTuple_GET_ITEM(records, index);
+    return record == Py_None ? NULL : (PyArray_Descr *)record;
+}
+
+/** The address of one packed record or number; null if the value is anything else. */
+static char *address_of(PyObject *value, const Operand *operand, PyArray_Descr *record,
+                        Number *number)
+{
+    if (PyArray_CheckExact(value)) {
+        PyArrayObject *const array = (PyArrayObject *)value;
+        int is_one = PyArray_NDIM(array) == operand->dimensions && operand->dimensions > 0 &&
+                     PyArray_TYPE(array) == operand->type && PyArray_ISCARRAY_RO(array);
+        for (int i = 0; is_one && i < operand->dimensions; ++i) {
+            is_one = PyArray_DIM(array, i) == operand->size[i];
+        }
+        return is_one ? PyArray_DATA(array) : NULL;
+    }
+    if (record && PyArray_IsScalar(value, Void)) {
+        const PyVoidScalarObject *const scalar = (PyVoidScalarObject *)value;
+        return scalar->descr == record && (size_t)scalar->obval % sizeof(float) == 0 ? scalar->obval
+                                                                                     : NULL;
+    }
+    if (operand->dimensions > 0 || operand->type == NPY_DOUBLE) {
+        return NULL;
+    }
+    if (operand->type == NPY_UINT32 && (PyLong_Check(value) || PyArray_IsScalar(value, Integer))) {
+        int has_overflowed;
+        const long long index = PyLong_AsLongLongAndOverflow(value, &has_overflowed);
+        number->index = (uint32_t)index;
+        return !has_overflowed && index >= 0 && index <= operand->highest ? (char *)number : NULL;
+    }
+    if (operand->type == NPY_FLOAT && (PyFloat_Check(value) || PyLong_Check(value))) {
+        const double wide = PyFloat_AsDouble(value);
+        PyErr_Clear(); /* Of an integer that no double reaches. */
+        number->single = (float)wide;
+        return fabs(wide) <= 0x1p53 ? (char *)number : NULL;
+    }
+    if (operand->type == NPY_FLOAT && PyArray_IsScalar(value, Float)) {
+        number->single = PyArrayScalar_VAL(value, Float);
+        return (char *)number;
+    }
+    return NULL;
+}
+
+/** New outputs of one call, alone or as a tuple. */
+static PyObject *call_once(const Function *function, PyObject *records, char **at)
+{
+    static const npy_intp step[MAX_OPERANDS] = {0};
+    PyObject *made[MAX_OPERANDS] = {0};
+    Number numbers[MAX_OPERANDS];
+    int is_made = 1;
+    for (int i = 0; i < function->outputs; ++i) {
+        const int index = function->inputs + i;
+        const Operand *const operand = &function->operands[index];
+        at[index] = (char *)&numbers[i];
+        if (operand->dimensions > 0 && !named_record(records, index)) {
+            made[i] = PyArray_SimpleNew(operand->dimensions, operand->size, operand->type);
+            is_made &= made[i] != NULL;
+            at[index] = made[i] ? PyArray_DATA((PyArrayObject *)made[i]) : NULL;
+        }
+    }
+    if (is_made) {
+        function->loop(at, step, NULL, 1);
+    }
+    for (int i = 0; is_made && i < function->outputs; ++i) {
+        if (!made[i]) {
+            const int index = function->inputs + i;
+            PyArray_Descr *type = named_record(records, index);
+            Py_XINCREF(type);
+            type = type ? type : PyArray_DescrFromType(function->operands[index].type);
+            made[i] = PyArray_Scalar(at[index], type, NULL);
+            Py_DECREF(type);
+            is_made &= made[i] != NULL;
+        }
+    }
+    PyObject *const all = is_made && function->outputs > 1 ? PyTuple_New(function->outputs) : NULL;
+    for (int i = 0; i < function->outputs; ++i) {
+        if (all) {
+            PyTuple_SET_ITEM(all, i, made[i]);
+        } else if (!is_made || function->outputs > 1) {
+            Py_XDECREF(made[i]);
+        }
+    }
+    return is_made && function->outputs == 1 ? made[0] : all;
+}
+
+/**
+ * simply(out, *inputs): one packed record of each input, and new outputs, need no ufunc, which
+ * takes several times as long to begin. Everything else goes to `others`.
+ */
+static PyObject *simply(PyObject *self, PyObject *const *args, Py_ssize_t count)
+{
+    const Function *const function = PyCapsule_GetPointer(PyTuple_GET_ITEM(self, 0), NULL);
+    PyObject *const others = PyTuple_GET_ITEM(self, 1), *const records = PyTuple_GET_ITEM(self, 2);
+    char *at[MAX_OPERANDS];
+    Number numbers[MAX_OPERANDS];
+    int is_one = count == function->inputs + 1 && args[0] == Py_None;
+    for (int i = 0; is_one && i < function->inputs; ++i) {
+        at[i] =
+            address_of(args[1 + i], &function->operands[i], named_record(records, i), &numbers[i]);
+        is_one = at[i] != NULL;
+    }
+    return is_one ? call_once(function, records, at)
+                  : PyObject_Vectorcall(others, args, (size_t)count, NULL);
+}
+
+/** The function simply for a function: its name, what takes all other calls, and the named records'
+ * types. */
+static PyObject *make_simply(PyObject *module, PyObject *args)
+{
+    static PyMethodDef method = {"simply", (PyCFunction)(void (*)(void))simply, METH_FASTCALL,
+                                 NULL};
+    const char *name;
+    PyObject *others, *records;
+    (void)module;
+    if (!PyArg_ParseTuple(args, "sOO!", &name, &others, &PyTuple_Type, &records)) {
+        return NULL;
+    }
+    const Function *const function = function_named(name);
+    PyObject *const capsule = function ? PyCapsule_New((void *)function, NULL, NULL) : NULL;
+    PyObject *const self = capsule ? PyTuple_Pack(3, capsule, others, records) : NULL;
+    Py_XDECREF(capsule);
+    PyObject *const made = self ? PyCFunction_New(&method, self) : NULL;
+    Py_XDECREF(self);
+    return made;
+}
+
 /** The highest vertex index of triangles that are rows of 17 words. */
 static PyObject *highest_vertex(PyObject *module, PyObject *words)
 {
@@ -379,6 +505,7 @@ PyMODINIT_FUNC PyInit__ufuncs(void)
 {
     static PyMethodDef methods[] = {
         {"make", make, METH_VARARGS, "The ufunc of a function, without some of its outputs."},
+        {"make_simply", make_simply, METH_VARARGS, "A function for calls with one of each record."},
         {"highest_vertex", highest_vertex, METH_O, "The highest vertex index of triangles."},
         {0}};
     static PyModuleDef definition = {
