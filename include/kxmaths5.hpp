@@ -92,8 +92,8 @@ struct HasMembers : std::false_type {
 };
 template <typename Vector>
 struct HasMembers<Vector,
-                  std::void_t<decltype(static_cast<float>(std::declval<const Vector &>().x),
-                                       static_cast<float>(std::declval<const Vector &>().y))>>
+                  std::void_t<decltype(static_cast<float>(std::declval<const Vector &>().x)),
+                              decltype(static_cast<float>(std::declval<const Vector &>().y))>>
     : std::true_type {
 };
 template <typename Vector, typename = void>
@@ -145,6 +145,19 @@ constexpr Vector made(Floats... floats)
         return Vector{floats...};
     }
 }
+
+#if defined(KX_DETAIL_PAIRS)
+template <typename Vector>
+Vector packed_cross(const Vector &a, const Vector &b)
+{
+    const kx_detail_pair a_xy = kx_detail_pair_at(&a, 0), a_yz = kx_detail_pair_at(&a, 1);
+    const kx_detail_pair b_xy = kx_detail_pair_at(&b, 0), b_yz = kx_detail_pair_at(&b, 1);
+    const kx_detail_pair a_zx = {a_yz[1], a_xy[0]}, b_zx = {b_yz[1], b_xy[0]};
+    const kx_detail_pair xy = a_yz * b_zx - a_zx * b_yz;
+    const kx_detail_pair z = a_xy * kx_detail_pair{b_xy[1], b_xy[0]};
+    return {single(xy[0]), single(xy[1]), single(z[0] - z[1])};
+}
+#endif
 
 #if defined(__MINGW32__)
 /* MinGW's sqrt is off by a last bit where it is a call. */
@@ -533,32 +546,6 @@ struct vec3 : KXV3 {
         return {detail::over(v.x, Scalar(s)), detail::over(v.y, Scalar(s)),
                 detail::over(v.z, Scalar(s))};
     }
-    /** Dot product, in double: kx_dot. */
-    [[nodiscard]] friend constexpr double dot(const vec3 &a, const vec3 &b)
-    {
-        return detail::wide(a.x) * detail::wide(b.x) + detail::wide(a.y) * detail::wide(b.y) +
-               detail::wide(a.z) * detail::wide(b.z);
-    }
-    /** Cross product, right-handed: KXV3Cross. */
-    [[nodiscard]] friend constexpr vec3 cross(const vec3 &a, const vec3 &b)
-    {
-        const double ax = detail::wide(a.x), ay = detail::wide(a.y), az = detail::wide(a.z);
-        const double bx = detail::wide(b.x), by = detail::wide(b.y), bz = detail::wide(b.z);
-        return {detail::single(ay * bz - az * by), detail::single(az * bx - ax * bz),
-                detail::single(ax * by - ay * bx)};
-    }
-    /** Weighted sum, rounded once: s*a + t*b, KXV3Combine. */
-    [[nodiscard]] friend vec3 combine(const vec3 &a, const vec3 &b, float s, float t)
-    {
-        vec3 sum{detail::Unset()};
-        KXV3Combine(&a, &b, &sum, s, t);
-        return sum;
-    }
-    /** Linear interpolation: kx_lerp. */
-    [[nodiscard]] friend vec3 lerp(const vec3 &a, const vec3 &b, float t)
-    {
-        return detail::result<vec3>(kx_lerp, &a, &b, t);
-    }
     /** Equality by value. */
     [[nodiscard]] friend constexpr bool operator==(const vec3 &a, const vec3 &b)
     {
@@ -570,6 +557,46 @@ struct vec3 : KXV3 {
         return !(a == b);
     }
 };
+
+/** Dot product, in double: kx_dot. */
+[[nodiscard]] constexpr double dot(const vec3 &a, const vec3 &b)
+{
+#if defined(KX_DETAIL_PAIRS)
+    if (!__builtin_is_constant_evaluated()) {
+        return kx_dot(&a, &b);
+    }
+#endif
+    return detail::wide(a.x) * detail::wide(b.x) + detail::wide(a.y) * detail::wide(b.y) +
+           detail::wide(a.z) * detail::wide(b.z);
+}
+
+/** Cross product, right-handed: KXV3Cross. */
+[[nodiscard]] constexpr vec3 cross(const vec3 &a, const vec3 &b)
+{
+#if defined(KX_DETAIL_PAIRS)
+    if (!__builtin_is_constant_evaluated()) {
+        return detail::packed_cross(a, b);
+    }
+#endif
+    const double ax = detail::wide(a.x), ay = detail::wide(a.y), az = detail::wide(a.z);
+    const double bx = detail::wide(b.x), by = detail::wide(b.y), bz = detail::wide(b.z);
+    return {detail::single(ay * bz - az * by), detail::single(az * bx - ax * bz),
+            detail::single(ax * by - ay * bx)};
+}
+
+/** Weighted sum, rounded once: s*a + t*b, KXV3Combine. */
+[[nodiscard]] inline vec3 combine(const vec3 &a, const vec3 &b, float s, float t)
+{
+    vec3 sum{detail::Unset()};
+    KXV3Combine(&a, &b, &sum, s, t);
+    return sum;
+}
+
+/** Linear interpolation: kx_lerp. */
+[[nodiscard]] inline vec3 lerp(const vec3 &a, const vec3 &b, float t)
+{
+    return detail::result<vec3>(kx_lerp, &a, &b, t);
+}
 
 /** A point in space. */
 struct point3 : KXP3 {
@@ -644,16 +671,6 @@ struct point3 : KXP3 {
     {
         return {to.x - from.x, to.y - from.y, to.z - from.z};
     }
-    /** Distance, in double: kx_distance. */
-    [[nodiscard]] friend double distance(const point3 &a, const point3 &b)
-    {
-        return kx_distance(&a, &b);
-    }
-    /** Linear interpolation: kx_lerp. */
-    [[nodiscard]] friend point3 lerp(const point3 &a, const point3 &b, float t)
-    {
-        return detail::result<point3>(kx_lerp, &a, &b, t);
-    }
     /** Equality by value. */
     [[nodiscard]] friend constexpr bool operator==(const point3 &a, const point3 &b)
     {
@@ -665,6 +682,18 @@ struct point3 : KXP3 {
         return !(a == b);
     }
 };
+
+/** Distance, in double: kx_distance. */
+[[nodiscard]] inline double distance(const point3 &a, const point3 &b)
+{
+    return kx_distance(&a, &b);
+}
+
+/** Linear interpolation: kx_lerp. */
+[[nodiscard]] inline point3 lerp(const point3 &a, const point3 &b, float t)
+{
+    return detail::result<point3>(kx_lerp, &a, &b, t);
+}
 
 /** A homogeneous point. */
 struct point4 : KXP4 {
@@ -730,14 +759,14 @@ struct quat : KXQuat {
     /** @endcond */
 
     /** By its elements, the vector part first. */
-    [[nodiscard]] static constexpr quat xyzw(float x, float y, float z, float w)
+    [[nodiscard]] static constexpr quat xyzw(float x_, float y_, float z_, float w_)
     {
-        return quat(KXQuat{x, y, z, w});
+        return quat(KXQuat{x_, y_, z_, w_});
     }
     /** By its elements, the scalar part first. */
-    [[nodiscard]] static constexpr quat wxyz(float w, float x, float y, float z)
+    [[nodiscard]] static constexpr quat wxyz(float w_, float x_, float y_, float z_)
     {
-        return quat(KXQuat{x, y, z, w});
+        return quat(KXQuat{x_, y_, z_, w_});
     }
     /** A turn about an axis of any length, by radians: KXGenerateQuat. */
     [[nodiscard]] static quat about(const vec3 &axis, float angle)
@@ -778,11 +807,6 @@ struct quat : KXQuat {
     {
         return detail::result<point3>(kx_quat_rotate, &q, &p);
     }
-    /** From a to b along the shorter arc: kx_quat_slerp. */
-    [[nodiscard]] friend quat slerp(const quat &a, const quat &b, float t)
-    {
-        return detail::result<quat>(kx_quat_slerp, &a, &b, t);
-    }
     /** Equality by value; q and -q, though one rotation, differ. */
     [[nodiscard]] friend constexpr bool operator==(const quat &a, const quat &b)
     {
@@ -794,6 +818,12 @@ struct quat : KXQuat {
         return !(a == b);
     }
 };
+
+/** From a to b along the shorter arc: kx_quat_slerp. */
+[[nodiscard]] inline quat slerp(const quat &a, const quat &b, float t)
+{
+    return detail::result<quat>(kx_quat_slerp, &a, &b, t);
+}
 
 /** A transform of the plane, homogeneous 3x3, row-major. */
 struct mat3 : KXM3 {
@@ -1308,7 +1338,7 @@ struct box : KXBox {
     template <typename Pair = there_and_back>
     [[nodiscard]] std::optional<Pair> fit() const
     {
-        std::optional<Pair> out{std::in_place};
+        std::optional<Pair> out = Pair{mat4(), mat4()};
         if (kx_fit_mesh(this, &out->there, &out->back) != 0) {
             out.reset();
         }
@@ -1416,7 +1446,7 @@ struct line : KXLine {
     /** At the origin, of no length. */
     constexpr line() : KXLine{} {}
     /** By its ends. */
-    constexpr line(const point3 &start, const point3 &end) : KXLine{start, end} {}
+    constexpr line(const point3 &from, const point3 &to) : KXLine{from, to} {}
     /** From the record. */
     constexpr explicit line(const KXLine &record) : KXLine(record) {}
     /** @cond */
@@ -1463,7 +1493,7 @@ struct ray : KXRay {
     /** At the origin, of no direction. */
     constexpr ray() : KXRay{} {}
     /** By its origin and its direction, of any length. */
-    constexpr ray(const point3 &origin, const vec3 &direction) : KXRay{origin, direction} {}
+    constexpr ray(const point3 &from, const vec3 &towards) : KXRay{from, towards} {}
     /** From the record. */
     constexpr explicit ray(const KXRay &record) : KXRay(record) {}
     /** @cond */

@@ -100,13 +100,13 @@ void write(Out &out, const position &p)
 }
 
 /** The rows of a matrix, with its columns in line. */
-template <int size>
+template <std::size_t size>
 void write_rows(std::ostream &out, const float (&m)[size][size])
 {
     std::string text[size][size];
-    for (int c = 0; c < size; ++c) {
+    for (std::size_t c = 0; c < size; ++c) {
         std::size_t width = 0;
-        for (int r = 0; r < size; ++r) {
+        for (std::size_t r = 0; r < size; ++r) {
             std::ostringstream number;
             number.copyfmt(out);
             number.width(0);
@@ -114,21 +114,21 @@ void write_rows(std::ostream &out, const float (&m)[size][size])
             text[r][c] = number.str();
             width = text[r][c].size() > width ? text[r][c].size() : width;
         }
-        for (int r = 0; r < size; ++r) {
+        for (std::size_t r = 0; r < size; ++r) {
             text[r][c].insert(0, width - text[r][c].size(), ' ');
         }
     }
-    for (int r = 0; r < size; ++r) {
-        for (int c = 0; c < size; ++c) {
+    for (std::size_t r = 0; r < size; ++r) {
+        for (std::size_t c = 0; c < size; ++c) {
             out << (c > 0 ? "  " : r > 0 ? "\n" : "") << text[r][c];
         }
     }
 }
-template <typename Out, int size>
+template <typename Out, std::size_t size>
 void write_rows(Out &out, const float (&m)[size][size])
 {
-    for (int r = 0; r < size; ++r) {
-        for (int c = 0; c < size; ++c) {
+    for (std::size_t r = 0; r < size; ++r) {
+        for (std::size_t c = 0; c < size; ++c) {
             out << (c > 0 ? "  " : r > 0 ? "\n" : "") << m[r][c];
         }
     }
