@@ -5,6 +5,7 @@
  */
 #include "../examples/cast_mesh/hierarchy.h"
 #include "../tools/digest/trial.h"
+#include "../tools/replay/replay.h"
 
 #include <kxmaths5/everyday.h>
 
@@ -25,6 +26,25 @@ struct Cast {
     KXP3 point;
     float distance;
 } cast;
+
+std::optional<replay::Replay> run;
+
+/** What is drawn of the replay. */
+struct Picture {
+    KXP3 corners[126][8]; /**< Of the bodies, then of the blocks in the room. */
+    KXP3 rays[8][2];
+    std::uint32_t seen[120];
+} picture;
+
+/** The corners of a box after a transform. */
+void put_corners(const KXBox &box, const KXM4 &matrix, KXP3 *corners)
+{
+    for (int i = 0; i < 8; ++i) {
+        corners[i] = {(i & 1 ? box.maximum : box.minimum).x, (i & 2 ? box.maximum : box.minimum).y,
+                      (i & 4 ? box.maximum : box.minimum).z};
+    }
+    KXM4NP3I1(&matrix, 8, corners, corners);
+}
 
 /** Calls `act` with the entry of one function. */
 template <typename Act>
@@ -109,4 +129,45 @@ EXPORT(function_digest) std::uint64_t function_digest(std::uint32_t index)
     with_function(index,
                   [&](const auto &entry) { digest = test::Trial(entry.name, {}).run(entry); });
     return digest;
+}
+
+/** Begins the run that kx_replay prints, or the same with one bit of one body changed. */
+EXPORT(replay_start) void replay_start(bool change_a_bit)
+{
+    run.emplace(replay::seed);
+    if (change_a_bit) {
+        float &x = run->bodies[0].place.x;
+        x = test::float_of(test::bits_of(x) ^ 1);
+    }
+}
+
+EXPORT(replay_step) void replay_step()
+{
+    run->step();
+}
+
+EXPORT(replay_digest) std::uint64_t replay_digest()
+{
+    return run->digest();
+}
+
+EXPORT(replay_picture) Picture *replay_picture()
+{
+    auto *corners = picture.corners;
+    for (const replay::Body &body : run->bodies) {
+        const KXV3 &half = body.half;
+        put_corners({{-half.x, -half.y, -half.z}, half}, body.to_world, *corners++);
+        picture.seen[&body - run->bodies.data()] = body.seen;
+    }
+    KXM4 unit;
+    KXM4Unit(&unit);
+    // The first six obstacles are the walls.
+    std::for_each(run->obstacles.begin() + 6, run->obstacles.end(),
+                  [&](const KXBox &block) { put_corners(block, unit, *corners++); });
+    auto *ray = picture.rays;
+    for (const replay::Watcher &watcher : run->watchers) {
+        (*ray)[0] = watcher.ray.origin;
+        (*ray++)[1] = watcher.end;
+    }
+    return &picture;
 }

@@ -9,7 +9,7 @@ export async function loadCompiled() {
     exports._initialize();
     return exports;
   };
-  return { hierarchy: (points, triangles) => hierarchy(start(), points, triangles), digests: () => digests(start()) };
+  return { hierarchy: (points, triangles) => hierarchy(start(), points, triangles), digests: () => digests(start()), replay: () => replay(start()) };
 }
 
 /**
@@ -42,6 +42,22 @@ function digests(compiled) {
     all.push({ name: text(compiled, at), digest: () => hex(compiled.function_digest(index)) });
   }
   return all;
+}
+
+/** The simulation of tools/replay, from its start, or with one bit of one body changed. */
+function replay(compiled) {
+  const at = (compiled.replay_start(0), compiled.replay_picture());
+  const part = (View, from, count) => new View(compiled.memory.buffer, at + 4 * from, count);
+  return {
+    start: (changeABit) => compiled.replay_start(Number(changeABit)),
+    step: compiled.replay_step,
+    digest: () => hex(compiled.replay_digest()),
+    /** Brings up to date what is drawn: corners of boxes, eight for each; rays with two ends; how often a body was seen. */
+    draw: compiled.replay_picture,
+    corners: part(Float32Array, 0, 126 * 24),
+    rays: part(Float32Array, 126 * 24, 8 * 6),
+    seen: part(Uint32Array, 126 * 24 + 8 * 6, 120),
+  };
 }
 
 function text(compiled, at) {

@@ -20,18 +20,23 @@ class Renderer {
     this.meshes = ["solid", "ghost"].map((look) => {
       const material = new MeshLambertMaterial({ side: DoubleSide, transparent: look === "ghost", depthWrite: look === "solid" });
       if (look === "ghost") material.opacity = 0.4;
-      const mesh = new Mesh(undefined, material);
+      return new Mesh(undefined, material);
+    });
+    this.coloured = new Mesh(undefined, new MeshLambertMaterial({ vertexColors: true, flatShading: true }));
+    for (const mesh of [...this.meshes, this.coloured]) {
       mesh.matrixAutoUpdate = false;
       mesh.frustumCulled = false;
-      return mesh;
-    });
-    this.scene.add(...this.meshes, this.light, new HemisphereLight(0xffffff, 0x8899aa, 1.6));
+    }
+    this.scene.add(this.coloured, ...this.meshes, this.light, new HemisphereLight(0xffffff, 0x8899aa, 1.6));
     this.three = new WebGLRenderer({ alpha: true, antialias: true });
     this.three.setPixelRatio(1);
     this.three.setScissorTest(true);
   }
 
-  /** Draws a shape with each of the matrices, the second as a ghost, and copies the picture. */
+  /**
+   * Draws a shape with each of the matrices, the second as a ghost, and copies the picture. Without colours
+   * it is drawn once, and its vertices have them.
+   */
   draw(view, shape, matrices, colours) {
     const { width, height } = view.canvas;
     if (width > this.size[0] || height > this.size[1]) {
@@ -40,12 +45,14 @@ class Renderer {
     }
     this.three.setViewport(0, 0, width, height);
     this.three.setScissor(0, 0, width, height);
-    this.meshes.forEach((mesh, i) => {
-      mesh.visible = Boolean(matrices[i]);
-      if (!mesh.visible) return;
+    for (const mesh of [this.coloured, ...this.meshes]) mesh.visible = false;
+    matrices.forEach((matrix, i) => {
+      if (!matrix) return;
+      const mesh = colours ? this.meshes[i] : this.coloured;
+      mesh.visible = true;
       mesh.geometry = shape;
-      mesh.material.color = new Color(colours[i]);
-      toThree(mesh.matrix, matrices[i]);
+      if (colours) mesh.material.color = new Color(colours[i]);
+      toThree(mesh.matrix, matrix);
     });
     toThree(this.camera.matrixWorld, view.placement);
     toThree(this.camera.matrixWorldInverse, view.view);

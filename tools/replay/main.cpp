@@ -18,7 +18,7 @@ int main(int argc, char **argv)
         std::fprintf(stderr, "usage: kx_replay [STEPS], a multiple of 1000\n");
         return 2;
     }
-    replay::Replay replay(5);
+    replay::Replay replay(replay::seed);
     for (unsigned long step = 1; step <= steps; ++step) {
         replay.step();
         if (step % 1000 == 0) {

@@ -20,6 +20,9 @@
 namespace replay
 {
 
+/** Of the run whose digests are recorded. */
+constexpr std::uint64_t seed = 5;
+
 struct Body {
     KXPosition place; /**< Angles from -pi to pi. */
     KXV3 velocity, spin;
@@ -65,10 +68,7 @@ public:
             KXV3Combine(&grown[i].maximum, &margin, &grown[i].maximum, 1.0f, 1.0f);
         }
         for (Body &body : bodies) {
-            KXP3 start;
-            do {
-                start = {w * fraction(), h * fraction(), w * fraction()};
-            } while (obstacle_on({start, start}));
+            const KXP3 start = free_place();
             body = {};
             body.place = {start.x,         start.y,         start.z,
                           pi * fraction(), pi * fraction(), pi * fraction()};
@@ -80,8 +80,8 @@ public:
             place(body);
         }
         for (Watcher &watcher : watchers) {
-            watcher.ray = {{w * fraction(), 0.9f * h, w * fraction()},
-                           {fraction(), -0.5f, fraction()}};
+            watcher.ray.origin = free_place();
+            watcher.ray.direction = {fraction(), fraction(), fraction()};
             KXV3Normalise(&watcher.ray.direction, &watcher.ray.direction);
             // In braces, since compilers choose the order of a call's arguments.
             const KXV3 turn = {0.004f * fraction(), 0.02f * fraction(), 0.004f * fraction()};
@@ -138,6 +138,15 @@ private:
         random += 0x9e3779b97f4a7c15U;
         const auto bits = static_cast<std::int32_t>(test::mixed(random) >> 40);
         return static_cast<float>(bits - 0x800000) * 0x1p-23f;
+    }
+
+    KXP3 free_place()
+    {
+        KXP3 place;
+        do {
+            place = {width * fraction(), height * fraction(), width * fraction()};
+        } while (obstacle_on({place, place}));
+        return place;
     }
 
     /** The first obstacle that the centre of a body meets on its way, and where. */
@@ -258,31 +267,36 @@ private:
         return {{-half.x, -half.y, -half.z}, half};
     }
 
+    static double distance(const KXRay &ray, const KXP3 &point)
+    {
+        KXV3 way;
+        KXV3Combine(&point, &ray.origin, &way, 1.0f, -1.0f);
+        return KXV3Length(&way);
+    }
+
     /** Finds the first body on the ray, which then shies away. */
     void look(Watcher &watcher)
     {
-        constexpr float sight = 30.0f;
         const KXRay &ray = watcher.ray;
         watcher.sees = -1;
-        KXV3Combine(&ray.origin, &ray.direction, &watcher.end, 1.0f, sight);
-        double nearest = static_cast<double>(sight);
+        double nearest = static_cast<double>(KX_HUGE);
+        KXP3 point;
+        for (const KXBox &obstacle : obstacles) {
+            if (KXRayIxBox(&ray, &obstacle, &point) == 1 && distance(ray, point) < nearest) {
+                nearest = distance(ray, point);
+                watcher.end = point;
+            }
+        }
         for (std::size_t i = 0; i < bodies.size(); ++i) {
             const Body &body = bodies[i];
             if (KXRayIxBox(&ray, &body.reach, nullptr) == 0) {
                 continue;
             }
             KXRay own_ray;
-            KXP3 point;
             KXTransformRay(&ray, &body.to_body, &own_ray);
             const KXBox box = own_box(body);
-            if (KXRayIxBox(&own_ray, &box, &point) == 0) {
-                continue;
-            }
-            KXV3 way;
-            KXV3Combine(&point, &own_ray.origin, &way, 1.0f, -1.0f);
-            const double distance = KXV3Length(&way);
-            if (distance < nearest) {
-                nearest = distance;
+            if (KXRayIxBox(&own_ray, &box, &point) == 1 && distance(own_ray, point) < nearest) {
+                nearest = distance(own_ray, point);
                 watcher.sees = static_cast<std::int32_t>(i);
                 KXM4P3I1(&body.to_world, &point, &watcher.end);
             }
