@@ -1,6 +1,4 @@
-#include "comparisons.h"
-
-#include "data.h"
+#include "bench.h"
 
 #include <kxmaths5.h>
 

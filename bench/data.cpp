@@ -1,4 +1,4 @@
-#include "data.h"
+#include "bench.h"
 
 #include <kxmaths5.h>
 

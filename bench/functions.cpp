@@ -2,9 +2,7 @@
  * Operands are chosen by their types and places, so that a function of the catalogue needs no line
  * here. The first of its sharings says which are arrays.
  */
-#include "comparisons.h"
-
-#include "data.h"
+#include "bench.h"
 
 #include "support/catalogue.h"
 
@@ -54,7 +52,7 @@ const Record *operands(std::size_t place, bool vertices, bool at_triangles)
     } else if constexpr (std::is_same_v<Record, KXQuat>) {
         return in.quaternions;
     } else {
-        static_assert(std::is_same_v<Record, float>, "a record that data.h has");
+        static_assert(std::is_same_v<Record, float>, "a record that the data has");
         return in.factors;
     }
 }

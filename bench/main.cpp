@@ -2,8 +2,7 @@
  * Measures this library next to its peers and by itself, and checks that they do the same job. A
  * check that fails makes the program fail; a goal that is missed does not.
  */
-#include "comparisons.h"
-#include "measure.h"
+#include "bench.h"
 
 #include <CLI/CLI.hpp>
 

@@ -1,7 +1,4 @@
-#include "measure.h"
-
-#include "comparisons.h"
-#include "data.h"
+#include "bench.h"
 
 #include <kxmaths5/matrix.h>
 
