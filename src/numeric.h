@@ -100,6 +100,15 @@ double cosine(float) = delete;
 double arcsine(float) = delete;
 double arctangent(float, float) = delete;
 
+/** The same bits as another type of the same size. */
+template <typename To, typename From>
+static inline To bit_cast(From value)
+{
+    static_assert(sizeof(To) == sizeof(From), "");
+    To same{};
+    memcpy(&same, &value, sizeof same);
+    return same;
+}
 /**
  * The bits of a magnitude, which are in the order of the magnitudes, with infinity and then NaN
  * last. Comparing them raises no flag for a NaN, and keeps the comparison off the floating-point
@@ -107,21 +116,7 @@ double arctangent(float, float) = delete;
  */
 static inline uint32_t magnitude_bits(float value)
 {
-    uint32_t bits = 0;
-    memcpy(&bits, &value, sizeof bits);
-    return bits & 0x7fffffffU;
-}
-static inline uint64_t bits_of(double value)
-{
-    uint64_t bits = 0;
-    memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
-static inline double double_of(uint64_t bits)
-{
-    double value = 0.0;
-    memcpy(&value, &bits, sizeof value);
-    return value;
+    return bit_cast<uint32_t>(value) & 0x7fffffffU;
 }
 constexpr uint32_t tolerance_bits = 0x358637bdU;
 constexpr uint32_t infinity_bits = 0x7f800000U;
@@ -140,6 +135,13 @@ static inline KXV3 narrow(const Xyz &v)
 {
     return {narrow(v.x), narrow(v.y), narrow(v.z)};
 }
+
+/** What functions report: a status, 0 for success, or whether a path hits. */
+constexpr int32_t done = 0;
+constexpr int32_t singular = 1; /**< A matrix that cannot be inverted or taken apart. */
+constexpr int32_t no_plane = 1; /**< Three points on a line, or too close to it. */
+constexpr int32_t miss = 0;
+constexpr int32_t hit = 1;
 
 } // namespace kx
 

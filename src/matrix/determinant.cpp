@@ -4,7 +4,7 @@
  */
 #include "kxmaths5/matrix.h"
 
-#include "matrix/kernels.h"
+#include "kernels.h"
 #include "numeric.h"
 
 using namespace kx;

@@ -1,9 +1,8 @@
 /* Inverses. That of a KXM4 is in kernels/inverse.cpp and kernels/elimination.cpp. */
 #include "kxmaths5/matrix.h"
 
+#include "kernels.h"
 #include "matrix/invert_block.h"
-#include "matrix/kernels.h"
-#include "outcomes.h"
 
 using namespace kx;
 

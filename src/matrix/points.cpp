@@ -1,19 +1,19 @@
 /* Matrices applied to points. All but the shortest are in kernels/points.cpp. */
 #include "kxmaths5/matrix.h"
 
-#include "matrix/kernels.h"
+#include "kernels.h"
 #include "matrix/transform_point.h"
 
 using namespace kx;
 
 void KXM3P2I0(const KXM3 *m, const KXP2 *p, KXP2 *out)
 {
-    *out = Transform2<false>(*m)(*p);
+    Transform2<false>(*m).apply(*p, out);
 }
 
 void KXM3P2I1(const KXM3 *m, const KXP2 *p, KXP2 *out)
 {
-    *out = Transform2<true>(*m)(*p);
+    Transform2<true>(*m).apply(*p, out);
 }
 
 void KXM4P3I0(const KXM4 *m, const KXP3 *p, KXP3 *out)

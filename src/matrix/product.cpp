@@ -1,7 +1,7 @@
 /* Products of matrices. That of two whole KXM4 is in kernels/points.cpp. */
 #include "kxmaths5/matrix.h"
 
-#include "matrix/kernels.h"
+#include "kernels.h"
 #include "simd/two.h"
 
 using namespace kx;

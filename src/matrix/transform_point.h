@@ -14,6 +14,8 @@ template <bool Moved>
 class Transform2
 {
 public:
+    static constexpr bool moved = Moved;
+
     KX_INLINE_MEMBER explicit Transform2(const KXM3 &m)
         : x_column(lanes(widen(m.m[0][0]), widen(m.m[1][0]))),
           y_column(lanes(widen(m.m[0][1]), widen(m.m[1][1]))),
@@ -21,12 +23,10 @@ public:
     {
     }
 
-    KX_INLINE_MEMBER KXP2 operator()(const KXP2 &p) const
+    KX_INLINE_MEMBER void apply(const KXP2 &p, KXP2 *out) const
     {
         const Double2 turned = x_column * splat2(widen(p.x)) + y_column * splat2(widen(p.y));
-        KXP2 image;
-        store(&image.x, narrow(Moved ? turned + translation : turned));
-        return image;
+        store(&out->x, narrow(Moved ? turned + translation : turned));
     }
 
 private:

@@ -5,7 +5,6 @@
 #include "kxmaths5/matrix.h"
 #include "numeric.h"
 #include "orientation/sine_cosine.h"
-#include "outcomes.h"
 
 using namespace kx;
 

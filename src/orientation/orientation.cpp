@@ -1,8 +1,8 @@
 /* From three angles, or a whole position, to a matrix and its inverse. */
 #include "kxmaths5/orientation.h"
 
+#include "kernels.h"
 #include "kxmaths5/matrix.h"
-#include "orientation/kernels.h"
 
 namespace
 {

@@ -77,9 +77,9 @@ struct SineCosine {
 /** Of any angle that is a single, or half of one. */
 static inline SineCosine sine_cosine(double angle)
 {
-    const uint64_t size = bits_of(magnitude(angle));
+    const auto size = bit_cast<uint64_t>(magnitude(angle));
     // Zeros, whose sign the C library keeps, are above all others once 1 is subtracted.
-    if (size - 1U < bits_of(0x1p22)) {
+    if (size - 1U < bit_cast<uint64_t>(0x1p22)) {
         // The sine and the cosine next to each other.
         Double2 quarters;
         const Double2 r = reduce(splat2(angle), splat2, &quarters), t = r * r;

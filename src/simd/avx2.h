@@ -17,6 +17,7 @@ KX_INLINE Double4 lanes(double a, double b, double c, double d)
     return _mm256_setr_pd(a, b, c, d);
 }
 KX_INLINE Double4 splat4(double value) { return _mm256_set1_pd(value); }
+KX_INLINE double low(Double4 v) { return _mm256_cvtsd_f64(v); }
 KX_INLINE Double2 low_half(Double4 v) { return _mm256_castpd256_pd128(v); }
 KX_INLINE Double2 high_half(Double4 v) { return _mm256_extractf128_pd(v, 1); }
 KX_INLINE Double4 join(Double2 low, Double2 high) { return _mm256_set_m128d(high, low); }
@@ -59,12 +60,10 @@ KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
 /** The low half of a and then that of b, or the high halves. */
 KX_INLINE Double4 join_low(Double4 a, Double4 b) { return _mm256_permute2f128_pd(a, b, 0x20); }
 KX_INLINE Double4 join_high(Double4 a, Double4 b) { return _mm256_permute2f128_pd(a, b, 0x31); }
-/** The same in the first three lanes, and 1 in the last. */
-KX_INLINE Double4 with_last_1(Double4 v) { return _mm256_blend_pd(v, _mm256_set1_pd(1.0), 8); }
 /** Lane 0 of the first, and the others of the second. */
-KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
+KX_INLINE Double4 replace_lane0(double value, Double4 v)
 {
-    return _mm256_blend_pd(v, _mm256_castpd128_pd256(value), 1);
+    return _mm256_blend_pd(v, _mm256_castpd128_pd256(_mm_set_sd(value)), 1);
 }
 
 /** All bits where the sign bit is set. */
@@ -122,6 +121,12 @@ KX_INLINE Double4 subtract_exact_product(Double4 c, Double4 a, Double4 b)
 {
     return _mm256_fnmadd_pd(a, b, c);
 }
+#if defined(__AVX512F__)
+KX_INLINE __m512d add_exact_product(__m512d a, __m512d b, __m512d c)
+{
+    return _mm512_fmadd_pd(a, b, c);
+}
+#endif
 
 KX_INLINE Double4 widen(Float4 v) { return _mm256_cvtps_pd(v.floats); }
 KX_INLINE Float4 narrow(Double4 v) { return {_mm256_cvtpd_ps(v)}; }

@@ -22,16 +22,21 @@ namespace kx
 
 KX_INLINE Double4 negate(Double4 v) { return change_signs(v, splat4(-0.0)); }
 
-/** Exact products, added up from left to right. */
-KX_INLINE Double4 sum_of_products(Double4 a0, Double4 b0, Double4 a1, Double4 b1, Double4 a2,
-                                  Double4 b2)
+template <typename V>
+KX_INLINE V add_products(V sum)
 {
-    return add_exact_product(a2, b2, add_exact_product(a1, b1, a0 * b0));
+    return sum;
 }
-KX_INLINE Double4 sum_of_products(Double4 a0, Double4 b0, Double4 a1, Double4 b1, Double4 a2,
-                                  Double4 b2, Double4 a3, Double4 b3)
+template <typename V, typename... Factors>
+KX_INLINE V add_products(V sum, V a, V b, Factors... more)
 {
-    return add_exact_product(a3, b3, sum_of_products(a0, b0, a1, b1, a2, b2));
+    return add_products(add_exact_product(a, b, sum), more...);
+}
+/** Exact products, a pair of factors each, added up from left to right. */
+template <typename V, typename... Factors>
+KX_INLINE V sum_of_products(V a, V b, Factors... more)
+{
+    return add_products(a * b, more...);
 }
 
 } // namespace kx

@@ -64,14 +64,7 @@ KX_INLINE Double4 unpack_high(Double4 a, Double4 b)
 }
 KX_INLINE Double4 join_low(Double4 a, Double4 b) { return {a.low, b.low}; }
 KX_INLINE Double4 join_high(Double4 a, Double4 b) { return {a.high, b.high}; }
-KX_INLINE Double4 with_last_1(Double4 v) { return {v.low, low_and_high(v.high, splat2(1.0))}; }
-KX_INLINE Double4 replace_lane0(Double2 value, Double4 v)
-{
-    return {low_and_high(value, v.low), v.high};
-}
 
-KX_INLINE Double4 positive_part(Double4 v) { return {positive_part(v.low), positive_part(v.high)}; }
-KX_INLINE Double4 negative_part(Double4 v) { return {negative_part(v.low), negative_part(v.high)}; }
 KX_INLINE Double4 flush_below(double bound, Double4 v)
 {
     return {flush_below(bound, v.low), flush_below(bound, v.high)};
@@ -91,8 +84,6 @@ KX_INLINE Double4 change_signs(Double4 v, Double4 signs)
 {
     return {change_signs(v.low, signs.low), change_signs(v.high, signs.high)};
 }
-KX_INLINE Double4 add_exact_product(Double4 a, Double4 b, Double4 c) { return a * b + c; }
-KX_INLINE Double4 subtract_exact_product(Double4 c, Double4 a, Double4 b) { return c - a * b; }
 
 KX_INLINE Double4 widen(Float4 v) { return {widen(low_half(v)), widen(high_half(v))}; }
 KX_INLINE Float4 narrow(Double4 v) { return join(narrow(v.low), narrow(v.high)); }

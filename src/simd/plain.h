@@ -67,10 +67,11 @@ KX_INLINE bool any_above(double bound, Double2 p)
  */
 static inline void add_quarter_turns(double n, double *sine, double *cosine)
 {
-    const uint64_t quarters = bits_of(n), s = bits_of(*sine), c = bits_of(*cosine);
+    const auto quarters = bit_cast<uint64_t>(n);
+    const auto s = bit_cast<uint64_t>(*sine), c = bit_cast<uint64_t>(*cosine);
     const uint64_t exchange = (s ^ c) & (0U - (quarters & 1U));
-    *sine = double_of(s ^ exchange ^ (quarters >> 1U << 63U));
-    *cosine = double_of(c ^ exchange ^ ((quarters + 1U) >> 1U << 63U));
+    *sine = bit_cast<double>(s ^ exchange ^ (quarters >> 1U << 63U));
+    *cosine = bit_cast<double>(c ^ exchange ^ ((quarters + 1U) >> 1U << 63U));
 }
 KX_INLINE void add_quarter_turns(Double2 n, Double2 *sine, Double2 *cosine)
 {
@@ -86,9 +87,6 @@ KX_INLINE Double2 max(Double2 a, Double2 b)
 {
     return {a.one > b.one ? a.one : b.one, a.two > b.two ? a.two : b.two};
 }
-
-KX_INLINE Double2 add_exact_product(Double2 a, Double2 b, Double2 c) { return a * b + c; }
-KX_INLINE Double2 subtract_exact_product(Double2 c, Double2 a, Double2 b) { return c - a * b; }
 
 KX_INLINE Double2 widen(Float2 p) { return {widen(p.one), widen(p.two)}; }
 KX_INLINE Float2 narrow(Double2 p) { return {narrow(p.one), narrow(p.two)}; }

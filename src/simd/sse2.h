@@ -97,27 +97,16 @@ KX_INLINE Double2 min(Double2 a, Double2 b) { return _mm_min_pd(a, b); }
 /** The higher of each two; the second operand if they are equal, or one is NaN. */
 KX_INLINE Double2 max(Double2 a, Double2 b) { return _mm_max_pd(a, b); }
 
-/**
- * a*b + c, only where every a and b is a single widened: such a product is exact in double, so that
- * the sum is rounded once, to the same bits, whether the two operations are fused or not.
- */
+#if defined(__FMA__)
 KX_INLINE Double2 add_exact_product(Double2 a, Double2 b, Double2 c)
 {
-#if defined(__FMA__)
     return _mm_fmadd_pd(a, b, c);
-#else
-    return a * b + c;
-#endif
 }
-/** c - a*b, likewise. */
 KX_INLINE Double2 subtract_exact_product(Double2 c, Double2 a, Double2 b)
 {
-#if defined(__FMA__)
     return _mm_fnmadd_pd(a, b, c);
-#else
-    return c - a * b;
-#endif
 }
+#endif
 
 KX_INLINE Double2 widen(Float2 p) { return _mm_cvtps_pd(p); }
 KX_INLINE Float2 narrow(Double2 p) { return _mm_cvtpd_ps(p); }

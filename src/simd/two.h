@@ -42,6 +42,23 @@ KX_INLINE Double2 splat2(double value) { return lanes(value, value); }
 KX_INLINE Double2 round_to_single(Double2 p) { return widen(narrow(p)); }
 
 /**
+ * a*b + c, only where every a and b is a single widened: such a product is exact in double, so that
+ * the sum is rounded once, to the same bits, whether the two operations are fused or not. They are
+ * in the functions for registers, which go before these.
+ */
+template <typename V>
+KX_INLINE V add_exact_product(V a, V b, V c)
+{
+    return a * b + c;
+}
+/** c - a*b, likewise. */
+template <typename V>
+KX_INLINE V subtract_exact_product(V c, V a, V b)
+{
+    return c - a * b;
+}
+
+/**
  * Lets what follows read these values from memory, where a load brings one into all lanes.
  * Compilers would rather shuffle the vectors that were stored there.
  */

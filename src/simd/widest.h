@@ -12,9 +12,7 @@
 #define KX_SIMD_WIDEST_H
 
 /* Without these extensions the kernels are plain loops; a build may ask for that. */
-#if defined(KX_PLAIN)
-#define KX_HAS_LANES 0
-#elif defined(__clang__) || (defined(__GNUC__) && __GNUC__ >= 12)
+#if !defined(KX_PLAIN) && (defined(__clang__) || (defined(__GNUC__) && __GNUC__ >= 12))
 #define KX_HAS_LANES 1
 #else
 #define KX_HAS_LANES 0
@@ -30,26 +28,21 @@
 namespace kx
 {
 
-#if defined(__AVX512F__)
-constexpr size_t width = 8;
-#elif KX_HAS_DOUBLE4
-constexpr size_t width = 4;
-#else
-constexpr size_t width = 2;
-#endif
-typedef double Vector __attribute__((vector_size(8 * width)));
-
 /** Numbers of lanes, for a pack that a shuffle is written with. */
 template <size_t...>
 struct LaneNumbers {
 };
 #if defined(__AVX512F__)
+constexpr size_t width = 8;
 using All = LaneNumbers<0, 1, 2, 3, 4, 5, 6, 7>;
 #elif KX_HAS_DOUBLE4
+constexpr size_t width = 4;
 using All = LaneNumbers<0, 1, 2, 3>;
 #else
+constexpr size_t width = 2;
 using All = LaneNumbers<0, 1>;
 #endif
+typedef double Vector __attribute__((vector_size(8 * width)));
 
 template <size_t... Lane>
 KX_INLINE Vector splat(double value, LaneNumbers<Lane...>)
@@ -61,14 +54,10 @@ KX_INLINE Vector splat(double value, LaneNumbers<Lane...>)
 
 KX_INLINE Vector load(const float *from) { return _mm512_cvtps_pd(_mm256_loadu_ps(from)); }
 KX_INLINE void store(float *to, Vector v) { _mm256_storeu_ps(to, _mm512_cvtpd_ps(v)); }
-/** Four floats, in both halves. */
+/** Four floats, in both halves; fewer lanes are one group. */
 KX_INLINE Vector load_in_groups(const float *from)
 {
     return _mm512_cvtps_pd(_mm256_broadcast_ps(reinterpret_cast<const __m128 *>(from)));
-}
-KX_INLINE Vector add_exact_product(Vector a, Vector b, Vector c)
-{
-    return _mm512_fmadd_pd(a, b, c);
 }
 /** Rounds all eight lanes and stores those of the mask; the floats of the others stay untouched. */
 template <unsigned char Mask0, unsigned char Mask1, unsigned char Mask2>
@@ -84,13 +73,11 @@ KX_INLINE void store_masked(float *to, Vector v)
 
 KX_INLINE Vector load(const float *from) { return widen(load_floats4(from)); }
 KX_INLINE void store(float *to, Vector v) { store(to, narrow(v)); }
-KX_INLINE Vector load_in_groups(const float *from) { return load(from); }
 
 #elif defined(__SSE2__)
 
 KX_INLINE Vector load(const float *from) { return load2(from); }
 KX_INLINE void store(float *to, Vector v) { store(to, narrow(v)); }
-KX_INLINE Vector load_in_groups(const float *from) { return load(from); }
 
 #else
 
@@ -107,26 +94,11 @@ KX_INLINE void store(float *to, Vector v)
     const Singles singles = __builtin_convertvector(v, Singles);
     memcpy(to, &singles, sizeof singles);
 }
-KX_INLINE Vector load_in_groups(const float *from) { return load(from); }
-KX_INLINE Vector add_exact_product(Vector a, Vector b, Vector c) { return a * b + c; }
 
 #endif
 
-/** Exact products, added up from left to right. */
-KX_INLINE Vector sum_of_products(Vector a0, Vector b0, Vector a1, Vector b1)
-{
-    return add_exact_product(a1, b1, a0 * b0);
-}
-#if !KX_HAS_DOUBLE4 || defined(__AVX512F__)
-KX_INLINE Vector sum_of_products(Vector a0, Vector b0, Vector a1, Vector b1, Vector a2, Vector b2)
-{
-    return add_exact_product(a2, b2, sum_of_products(a0, b0, a1, b1));
-}
-KX_INLINE Vector sum_of_products(Vector a0, Vector b0, Vector a1, Vector b1, Vector a2, Vector b2,
-                                 Vector a3, Vector b3)
-{
-    return add_exact_product(a3, b3, sum_of_products(a0, b0, a1, b1, a2, b2));
-}
+#if !defined(__AVX512F__)
+KX_INLINE Vector load_in_groups(const float *from) { return load(from); }
 #endif
 
 } // namespace kx

@@ -1,9 +1,9 @@
 /* Axis-aligned boxes. */
 #include "kxmaths5/spatial.h"
 
+#include "kernels.h"
 #include "numeric.h"
 #include "spatial/box.h"
-#include "spatial/kernels.h"
 
 using namespace kx;
 

@@ -12,10 +12,7 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
-#include "outcomes.h"
 #include "spatial/box.h"
-
-#include <string.h>
 
 using namespace kx;
 
@@ -150,13 +147,9 @@ void store(KXP3 *point, const KXP3 &value)
 /** One of two values, by their bits: compilers take a choice of three floats for a branch. */
 float choice(bool first, float a, float b)
 {
-    uint32_t bits_a = 0, bits_b = 0;
-    memcpy(&bits_a, &a, sizeof a);
-    memcpy(&bits_b, &b, sizeof b);
-    const uint32_t bits = bits_b ^ ((bits_a ^ bits_b) & (0U - static_cast<uint32_t>(first)));
-    float chosen = 0.0f;
-    memcpy(&chosen, &bits, sizeof chosen);
-    return chosen;
+    const auto bits_a = bit_cast<uint32_t>(a), bits_b = bit_cast<uint32_t>(b);
+    const uint32_t is_first = 0U - static_cast<uint32_t>(first);
+    return bit_cast<float>(bits_b ^ ((bits_a ^ bits_b) & is_first));
 }
 
 /** Stores the point at t, or the start if the path did not get there. */

@@ -2,7 +2,6 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
-#include "outcomes.h"
 
 using namespace kx;
 

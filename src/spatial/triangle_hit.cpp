@@ -12,7 +12,6 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
-#include "outcomes.h"
 #include "simd/two.h"
 
 #include <stddef.h>

@@ -1,5 +1,5 @@
 /* The determinant of a 4x4 matrix. */
-#include "matrix/kernels.h"
+#include "kernels.h"
 
 #include "numeric.h"
 #include "simd/four.h"

@@ -1,8 +1,7 @@
 /* The inverse of a matrix with perspective. */
-#include "matrix/kernels.h"
+#include "kernels.h"
 
 #include "numeric.h"
-#include "outcomes.h"
 #include "simd/four.h"
 
 namespace kx

@@ -3,11 +3,10 @@
  *
  * The cofactors are there twice: with two lanes the text for four takes a third longer.
  */
-#include "matrix/kernels.h"
+#include "kernels.h"
 
 #include "matrix/invert_block.h"
 #include "numeric.h"
-#include "outcomes.h"
 #include "simd/four.h"
 
 #include <string.h>
@@ -69,8 +68,8 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
     // or above 0 and of the others: to the sum that it does not belong to a term adds 0, which
     // avoids an unpredictable branch. A term that is subtracted changes sides.
     const Double4 elements = permute<0, 1, 2, 2>(row0);
-    const Double4 unrounded = plus * elements;
-    const Double4 plus_terms = replace_lane0(round_to_single(low_half(unrounded)), unrounded);
+    const double first_term = round_to_single(low(plus) * low(row0));
+    const Double4 plus_terms = replace_lane0(first_term, plus * elements);
     const Double4 minus_terms = minus * elements;
     const Double4 plus_above = positive_part(plus_terms), plus_below = negative_part(plus_terms);
     const Double4 minus_above = positive_part(minus_terms);
@@ -98,7 +97,7 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
     // Column r of the inverse is the cofactors of row r, divided by D. Of the first element the two
     // products are single; no others are.
     const Double2 singles = round_to_single(unpack_low(low_half(plus), low_half(minus)));
-    const Double4 minors0 = replace_lane0(singles - splat_high(singles), plus - minus);
+    const Double4 minors0 = replace_lane0(low(singles) - high(singles), plus - minus);
     const Double4 minors1 = minors(row0, row2), minors2 = minors(row0, row1);
     const double k = 1.0 / D;
     const Double4 plus_minus = change_signs(splat4(k), lanes(0.0, -0.0, 0.0, 0.0));

@@ -30,24 +30,20 @@ struct Columns4 {
         w = widen(d);
     }
 
-    KX_INLINE_MEMBER Float4 image(Double4 px, Double4 py, Double4 pz, Double4 pw) const
+    /** The coordinates of a point are floats or doubles. */
+    template <typename Number>
+    KX_INLINE_MEMBER Float4 image(const Number *p) const
     {
-        return narrow(sum_of_products(x, px, y, py, z, pz, w, pw));
+        return narrow(sum_of_products(x, broadcast4(p), y, broadcast4(p + 1), z, broadcast4(p + 2),
+                                      w, broadcast4(p + 3)));
+    }
+    KX_INLINE_MEMBER void apply(const KXP4 &p, KXP4 *out) const
+    {
+        store(&out->x, image(&p.x));
     }
 };
 
 #if !KX_HAS_LANES
-
-template <bool Moved>
-KX_INLINE uint32_t transform_blocks(const KXM3 &, uint32_t, const KXP2 *, KXP2 *)
-{
-    return 0;
-}
-
-KX_INLINE uint32_t transform_blocks(const KXM4 &, uint32_t, const KXP4 *, KXP4 *)
-{
-    return 0;
-}
 
 KX_INLINE void multiply(const KXM4 *a, const KXM4 *b, KXM4 *out)
 {
@@ -77,20 +73,20 @@ KX_INLINE Vector splat_in_groups(Vector v, LaneNumbers<Lane...>)
 }
 
 /** A point of two coordinates is two lanes. */
-template <bool Moved>
+template <typename Form>
 KX_INLINE uint32_t transform_blocks(const KXM3 &m, uint32_t count, const KXP2 *in, KXP2 *out)
 {
     const Vector x_column = gather_strided<2>(&m.m[0][0], 3, All());
     const Vector y_column = gather_strided<2>(&m.m[0][1], 3, All());
     // Directions have nothing to do with the translation, and don't read it.
-    const Vector translation = Moved ? gather_strided<2>(&m.m[0][2], 3, All()) : x_column;
+    const Vector translation = Form::moved ? gather_strided<2>(&m.m[0][2], 3, All()) : x_column;
     constexpr uint32_t points = width / 2;
     uint32_t done = 0;
     for (; count - done >= points; done += points) {
         const Vector p = load(&in[done].x);
         const Vector turned = sum_of_products(x_column, splat_in_groups<2, 0>(p, All()), y_column,
                                               splat_in_groups<2, 1>(p, All()));
-        store(&out[done].x, Moved ? turned + translation : turned);
+        store(&out[done].x, Form::moved ? turned + translation : turned);
     }
     return done;
 }
@@ -142,6 +138,7 @@ KX_INLINE uint32_t sum_columns(const PackedXyzw (&columns)[4], uint32_t count, c
 #if KX_HAS_DOUBLE4 && !defined(__AVX512F__)
 
 /** Four points at a time are widened into memory, from where a load fills all lanes. */
+template <typename>
 KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
     Columns4 columns(m);
@@ -155,9 +152,7 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *i
         read_back(widened);
 #pragma GCC unroll 4
         for (size_t i = 0; i < 4; ++i) {
-            const double *const p = widened[i];
-            store(&out[done + i].x, columns.image(broadcast4(&p[0]), broadcast4(&p[1]),
-                                                  broadcast4(&p[2]), broadcast4(&p[3])));
+            store(&out[done + i].x, columns.image(widened[i]));
         }
     }
     return done;
@@ -165,6 +160,7 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *i
 
 #else
 
+template <typename>
 KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP4 *in, KXP4 *out)
 {
     PackedXyzw columns[4];
@@ -193,41 +189,6 @@ KX_INLINE void multiply(const KXM4 *a, const KXM4 *b, KXM4 *out)
 }
 
 #endif
-
-template <bool Moved>
-KX_INLINE void transform(const KXM3 *matrix, uint32_t count, const KXP2 *in, KXP2 *out)
-{
-    if (count == 0) {
-        return; // nothing is read then, and any address may be null
-    }
-    const KXM3 &m = *matrix;
-    uint32_t done = transform_blocks<Moved>(m, count, in, out);
-    if (done == count) {
-        return;
-    }
-    Transform2<Moved> form(m);
-    for (; done < count; ++done) {
-        out[done] = form(in[done]);
-    }
-}
-
-KX_INLINE void transform(const KXM4 *matrix, uint32_t count, const KXP4 *in, KXP4 *out)
-{
-    if (count == 0) {
-        return; // nothing is read then, and any address may be null
-    }
-    const KXM4 &m = *matrix;
-    uint32_t done = transform_blocks(m, count, in, out);
-    if (done == count) {
-        return;
-    }
-    Columns4 columns(m);
-    for (; done < count; ++done) {
-        const KXP4 &p = in[done];
-        store(&out[done].x, columns.image(broadcast4(&p.x), broadcast4(&p.y), broadcast4(&p.z),
-                                          broadcast4(&p.w)));
-    }
-}
 
 } // namespace
 } // namespace kx

@@ -13,10 +13,11 @@ namespace
 
 /** The first three rows of a matrix by columns; the last lane is that before it again. */
 template <bool Moved>
-struct Columns {
+struct Columns3 {
+    static constexpr bool moved = Moved;
     Double4 x, y, z, translation;
 
-    KX_INLINE_MEMBER explicit Columns(const KXM4 &m)
+    KX_INLINE_MEMBER explicit Columns3(const KXM4 &m)
     {
         Float4 a = load_row(m.m[0]), b = load_row(m.m[1]), c = load_row(m.m[2]), d = c;
         transpose(a, b, c, d);
@@ -31,15 +32,17 @@ struct Columns {
         return Moved ? load_floats4(row) : load_floats3(row);
     }
 
-    KX_INLINE_MEMBER Float4 image(const double *p) const
+    /** The coordinates of a point are floats or doubles. */
+    template <typename Number>
+    KX_INLINE_MEMBER Float4 image(const Number *p) const
     {
-        return image(broadcast4(p), broadcast4(p + 1), broadcast4(p + 2));
-    }
-    /** (column x)*x + (column y)*y + (column z)*z, and the translation. */
-    KX_INLINE_MEMBER Float4 image(Double4 px, Double4 py, Double4 pz) const
-    {
-        const Double4 turned = sum_of_products(x, px, y, py, z, pz);
+        const Double4 turned =
+            sum_of_products(x, broadcast4(p), y, broadcast4(p + 1), z, broadcast4(p + 2));
         return narrow(Moved ? turned + translation : turned);
+    }
+    KX_INLINE_MEMBER void apply(const KXP3 &p, KXP3 *out) const
+    {
+        store3(&out->x, image(&p.x));
     }
 };
 
@@ -55,15 +58,7 @@ KX_INLINE void prefetch_output(const float *to)
 #endif
 }
 
-#if !KX_HAS_LANES
-
-template <bool Moved>
-KX_INLINE uint32_t transform_blocks(const KXM4 &, uint32_t, const KXP3 *, KXP3 *)
-{
-    return 0;
-}
-
-#elif KX_HAS_DOUBLE4 && !defined(__AVX512F__)
+#if KX_HAS_DOUBLE4 && !defined(__AVX512F__)
 
 /*
  * With AVX2 eight points are widened into memory, from where a load brings a coordinate into all
@@ -79,13 +74,13 @@ KX_INLINE void widen_block(const KXP3 *in, double (&to)[3 * block])
     }
 }
 
-template <bool Moved>
+template <typename Form>
 KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
     if (count < block) {
         return 0;
     }
-    Columns<Moved> columns(m);
+    const Form columns(m);
     alignas(32) double widened[2][3 * block];
     widen_block(in, widened[0]);
     read_back(widened);
@@ -111,7 +106,7 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
     return done + block;
 }
 
-#else
+#elif KX_HAS_LANES
 
 /*
  * Packed points of three coordinates. Three consecutive vectors hold as many points as a vector has
@@ -206,7 +201,7 @@ KX_INLINE void store_xyz(float *to, const Vector &x, const Vector &y, const Vect
 #endif
 
 /** As many points at a time as a vector has lanes. */
-template <bool Moved>
+template <typename Form>
 KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *in, KXP3 *out)
 {
     if (count < width) {
@@ -215,7 +210,7 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
     // Each element in all lanes, by way of memory too.
     alignas(32) double rows[3][4];
     for (int r = 0; r < 3; ++r) {
-        store(rows[r], Moved ? load4(m.m[r]) : load3(m.m[r]));
+        store(rows[r], Form::moved ? load4(m.m[r]) : load3(m.m[r]));
     }
     read_back(rows);
     Vector e[3][4];
@@ -228,7 +223,7 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
     }
     const auto row = [&e](int r, const Vector &x, const Vector &y, const Vector &z) {
         const Vector turned = sum_of_products(e[r][0], x, e[r][1], y, e[r][2], z);
-        return Moved ? turned + e[r][3] : turned;
+        return Form::moved ? turned + e[r][3] : turned;
     };
     uint32_t done = 0;
     PackedXyz next = load_xyz(&in[0].x);
@@ -248,24 +243,6 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
 }
 
 #endif
-
-template <bool Moved>
-KX_INLINE void transform(const KXM4 *matrix, uint32_t count, const KXP3 *in, KXP3 *out)
-{
-    if (count == 0) {
-        return; // nothing is read then, and any address may be null
-    }
-    const KXM4 &m = *matrix;
-    uint32_t done = transform_blocks<Moved>(m, count, in, out);
-    if (done == count) {
-        return;
-    }
-    Columns<Moved> columns(m);
-    for (; done < count; ++done) {
-        const KXP3 &p = in[done];
-        store3(&out[done].x, columns.image(broadcast4(&p.x), broadcast4(&p.y), broadcast4(&p.z)));
-    }
-}
 
 } // namespace
 } // namespace kx

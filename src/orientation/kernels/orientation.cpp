@@ -1,5 +1,5 @@
 /* The 3x3 block of a rotation from three angles, and that of its inverse. */
-#include "orientation/kernels.h"
+#include "kernels.h"
 
 #include "orientation/sine_cosine.h"
 #include "simd/four.h"
@@ -31,12 +31,6 @@ KX_INLINE void sines_and_cosines(float x, float y, float z, Double4 *sine, Doubl
     }
     *sine = lanes(widen(of[0].sine), widen(of[1].sine), widen(of[2].sine), 0.0);
     *cosine = lanes(widen(of[0].cosine), widen(of[1].cosine), widen(of[2].cosine), 0.0);
-}
-
-/** Exact products, so that their sum is the same whether it is fused with one or not. */
-KX_INLINE Double4 sum_of_products(Double4 a0, Double4 b0, Double4 a1, Double4 b1)
-{
-    return add_exact_product(a1, b1, a0 * b0);
 }
 
 /**

@@ -1,5 +1,5 @@
 /* The box around a transformed box. */
-#include "spatial/kernels.h"
+#include "kernels.h"
 
 #include "simd/four.h"
 
