@@ -5,6 +5,8 @@ const size = (api, type) => {
   return record ? (record.same_as ? size(api, record.same_as) : record.size / 4) : 1;
 };
 
+const words = (array) => new Uint32Array(array.buffer, array.byteOffset, array.length);
+
 function imported(api, described, call, memory) {
   const { arguments: all, result } = described;
   const counts = new Set(all.map((each) => each.count));
@@ -38,7 +40,14 @@ function imported(api, described, call, memory) {
       if (!arrays.has(at)) arrays.set(at, view(each));
       return arrays.get(at);
     };
-    const returned = call(...inputs.map(view), ...given.map(array));
+    const before = inputs.map(view);
+    // Chromium makes a signalling NaN that it copies quiet, as it may; here it gets its bits back.
+    const moved = before.filter((each) => each instanceof Float32Array && each.some(Number.isNaN)).flatMap((each) => [...words(each)]);
+    const signalling = new Set(moved.filter((word) => (word & 0x7fc00000) === 0x7f800000 && word & 0x3fffff));
+    const returned = call(...before, ...given.map(array));
+    for (const all of signalling.size ? arrays.values() : []) {
+      words(all).forEach((word, i, to) => { if (signalling.has((word & ~0x400000) >>> 0)) to[i] &= ~0x400000; });
+    }
     for (const each of outputs.filter((one) => isHidden(one) && !nullable.includes(one))) {
       const number = outputs.length === 1 ? returned : returned[each.name];
       new Float32Array(buffer, value.get(each.name), 1)[0] = number;
