@@ -4,6 +4,7 @@
     _table.h        for _ufuncs.c: each function's operands, and the loop that calls it
     _functions.py   the functions as they are imported, with types and contracts
     _constants.py   constants, enumerations and records
+    *.pyi, py.typed the types of the compiled modules, and the word that there are types
 """
 import argparse
 import json
@@ -16,6 +17,23 @@ TYPE_NAMES = {"float": "float32", "double": "float64", "int32": "int32", "uint32
 C_TYPES = {"int32": "int32_t", "uint32": "uint32_t"}
 # A record that is read by the names of its fields, or isn't made of floats alone.
 NAMED = ("KXPosition", "KXComponents", "KXTriangle")
+STUBS = {
+    "_ufuncs.pyi": """\
+from typing import Any, Callable
+
+def make(name: str, left_out: int) -> Any: ...
+def make_simply(name: str, others: Callable[..., Any], records: tuple[Any, ...]) -> Callable[..., Any]: ...
+def highest_vertex(words: Any) -> int: ...
+""",
+    "_tree.pyi": """\
+from typing import Any
+
+def build(triangles: Any, vertices: Any, reach: float) -> Any: ...
+def nearest(tree: Any, rays: Any, triangles: Any, points: Any) -> None: ...
+def blocked(tree: Any, lines: Any, verdicts: Any) -> None: ...
+def met(tree: Any, rays: Any, verdicts: Any) -> None: ...
+""",
+    "py.typed": ""}
 # What arrays make natural and C leaves to a loop; in _ufuncs.c.
 BOX_AROUND = {
     "name": "kx_box_around", "group": "Boxes", "brief": "The smallest box around points.", "text": "",
@@ -337,6 +355,7 @@ def python_call(function):
 def functions_module(api):
     names = ", ".join(f'"{each.name}"' for each in api.functions)
     head = ['"""The functions of the library, one by one. Made by generate.py."""',
+            "# mypy: no-warn-return-any",  # NumPy's ufuncs have no types.
             "from __future__ import annotations", "",
             "from typing import Any", "",
             "import numpy as np", "from numpy.typing import ArrayLike, NDArray", "",
@@ -350,8 +369,8 @@ def functions_module(api):
 
 def constants_module(api):
     described = api.described
-    lines = ['"""Constants, enumerations and records. Made by generate.py."""', "import enum", "",
-             "from ._records import Record", "", f'VERSION = "{described["version"]}"']
+    lines = ['"""Constants, enumerations and records. Made by generate.py."""', "import enum", "from typing import Any", "",
+             "from ._call import Record", "", f'VERSION = "{described["version"]}"']
     lines += [f"{each['name']} = {each['value']!r}" for each in described["constants"]]
     names = [each["name"] for each in described["constants"]]
     for each in described["enumerations"]:
@@ -375,6 +394,7 @@ def constants_module(api):
             for field in each["fields"])
         lines += ["", "", f"class {each['name']}(Record):",
                   f'    """{textwrap.indent(text, "    ").strip()}\n    """', "",
+                  *(f"    {field['name']}: Any" for field in each["fields"]),
                   f"    fields = [{fields}]"]
     lines += ["", "", "__all__ = [" + ", ".join(f'"{name}"' for name in names) + "]", ""]
     return "\n".join(lines)
@@ -391,10 +411,10 @@ def main():
     parser.add_argument("package", type=pathlib.Path, help="the folder for the other files")
     options = parser.parse_args()
     api = Api(json.loads(options.api.read_text(encoding="utf-8")))
-    for path, text in ((options.table / "_table.h", c_table(api)),
-                       (options.package / "_functions.py", functions_module(api)),
-                       (options.package / "_constants.py", constants_module(api))):
-        path.write_text(text, encoding="utf-8")
+    files = {"_functions.py": functions_module(api), "_constants.py": constants_module(api), **STUBS}
+    for name, text in files.items():
+        (options.package / name).write_text(text, encoding="utf-8")
+    (options.table / "_table.h").write_text(c_table(api), encoding="utf-8")
 
 
 if __name__ == "__main__":

@@ -57,6 +57,7 @@ class BuildWithLibrary(build_ext):
 class SourcesWithLibrary(sdist):
     def make_release_tree(self, base_dir, files):
         super().make_release_tree(base_dir, files)
+        shutil.copy(HERE / "generate.py", base_dir)
         for name in LIBRARY_SOURCES:
             to = pathlib.Path(base_dir, "library", name)
             to.parent.mkdir(parents=True, exist_ok=True)

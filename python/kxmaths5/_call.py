@@ -2,12 +2,41 @@
 from __future__ import annotations
 
 import operator
-from typing import Any, NamedTuple, NoReturn, Optional
+import re
+from typing import Any, ClassVar, NamedTuple, NoReturn, Optional, cast
 
 import numpy as np
+from numpy.lib.recfunctions import structured_to_unstructured
 
-from . import _ufuncs  # type: ignore[attr-defined]  # compiled
-from ._records import Record, as_numbers, as_records
+from . import _ufuncs
+
+
+class Record:
+    """A record's class makes one record, np.dtype(class) many: np.zeros(9, KXTriangle)."""
+
+    fields: ClassVar[list[Any]]
+    dtype: ClassVar[np.dtype[Any]]
+
+    def __init_subclass__(cls) -> None:
+        cls.dtype = np.dtype((np.record, cls.fields))
+
+    def __new__(cls, *values: Any, **named: Any) -> Any:
+        names = cast("tuple[str, ...]", cls.dtype.names)
+        if len(values) > len(names):
+            raise TypeError(f"{cls.__name__} has {len(names)} fields, not {len(values)}")
+        record = np.zeros((), cls.dtype)
+        for name, value in [*zip(names, values), *named.items()]:
+            if name not in names or name in named and name in names[:len(values)]:
+                raise TypeError(f"{cls.__name__} has no field {name}, or it is given twice")
+            record[name] = _nested(value, record.dtype[name])
+        return record[()]
+
+
+def _nested(value: Any, dtype: np.dtype[Any]) -> Any:
+    """NumPy wants the fields of a record within a record as a tuple."""
+    if dtype.subdtype:
+        return [_nested(each, dtype.subdtype[0]) for each in value] if dtype.base.names else value
+    return tuple(value) if dtype.names else value
 
 
 class Operand(NamedTuple):
@@ -33,6 +62,7 @@ class Call:
         self.vertex_indices = indices or []
         self.inputs = inputs
         self.outputs = outputs
+        self.named = [i for i, each in enumerate(outputs) if not each.has_no_name and each.name != "out"]
         self.ufunc: Any = _ufuncs.make(name, 0)
         self.variants = {0: (self.ufunc, outputs)}
         # Nothing has to be looked at before the ufunc is called, or named after it.
@@ -43,7 +73,7 @@ class Call:
 
     def _others(self, out: Any, *given: Any) -> Any:
         """A call with no options. If the ufunc refuses it, there is time to say why."""
-        if self.is_plain and (out is None or isinstance(out, np.ndarray)):
+        if self.is_plain and (out is None or isinstance(out, np.ndarray)) and not any(map(_is_masked, given)):
             try:
                 return self.ufunc(*given) if out is None else self.ufunc(
                     *given, out=(*[None] * (len(self.outputs) - 1), out))
@@ -53,101 +83,77 @@ class Call:
 
     def __call__(self, given: tuple[Any, ...], out: Any, named: tuple[Any, ...],
                  options: dict[str, Any]) -> Any:
-        if "where" in options:
-            return self._where(given, out, named, options)
-        ufunc, outputs = self.ufunc, self.outputs
-        if any(each is not None for each in named) or isinstance(out, tuple):
-            ufunc, outputs, out = self._wanted(out, named)
+        ufunc, outputs, written = self._wanted(out, named)
         if not outputs:
             return None
-        given = tuple(self._index(value, each) if each.number == "uint32" and not each.record else
-                      self._numbers(value, each) for value, each in zip(given, self.inputs))
+        given = tuple(map(self._input, given, self.inputs))
         if self.vertices is not None:
             for place in self.vertex_indices:
                 self._check_vertices(given[self.vertices], given[place], self.inputs[place])
-        written: tuple[Any, ...] = (None,) * len(outputs)
-        if out is not None:
-            # A single array is for the one output that isn't the result.
-            written = out if isinstance(out, tuple) else (*written[1:], out)
-            options = {**options, "out": self._out(written, outputs)}
+        targets = [self._output(value, each) for value, each in zip(written, outputs)]
+        rest = {name: value for name, value in options.items() if name != "where"}
+        is_masked = len(rest) < len(options)
         try:
-            results = ufunc(*given, **options)
+            results = ufunc(*given, out=tuple([None] * len(targets) if is_masked else targets), **rest)
+            results = results if isinstance(results, tuple) else (results,)
+            if is_masked:
+                results = tuple(_masked(value, target, options["where"], each)
+                                for value, target, each in zip(results, targets, outputs))
         except (TypeError, ValueError) as error:
-            self._explain(given, outputs, options, error)
-        if len(outputs) == 1:
-            results = (results,)
+            self._explain(given, outputs, targets, options, error)
         named_results = tuple(
-            was_given if was_given is not None else as_records(value, each.record) if each.record else value
+            was_given if was_given is not None else _as_records(value, each.record) if each.record else value
             for value, each, was_given in zip(results, outputs, written))
         return named_results if len(outputs) > 1 else named_results[0]
 
-    def _where(self, given: tuple[Any, ...], out: Any, named: tuple[Any, ...],
-               options: dict[str, Any]) -> Any:
-        """NumPy has where= for ufuncs without core dimensions alone; where it is false, a given output
-        keeps what it had, and a new one holds NaN or 0."""
-        mask = np.asarray(options["where"], bool)
-        kept = {name: value for name, value in options.items() if name != "where"}
-        left_out = tuple(False if each is False else None for each in named)
-        made = self(given, None, left_out, kept)
-        _, outputs, targets = self._wanted(out, named)
-        made = made if isinstance(made, tuple) else (made,)
-        targets = targets or (None,) * len(outputs)
-        results = []
-        for value, each, target in zip(made, outputs, targets):
-            if target is None:
-                target = np.zeros_like(value) if each.record or each.number.endswith("int32") \
-                    else np.full_like(value, np.nan)
-            loop = mask.reshape(*mask.shape, *[1] * (0 if each.record else len(each.shape)))
-            np.copyto(target, value, casting="same_kind", where=loop)
-            results.append(target)
-        return tuple(results) if len(results) > 1 else results[0]
-
-    def _wanted(self, out: Any, named: tuple[Any, ...]) -> tuple[Any, list[Operand], Any]:
+    def _wanted(self, out: Any, named: tuple[Any, ...]) -> tuple[Any, list[Operand], list[Any]]:
         """The ufunc without the outputs that are not wanted, and what is given for the others."""
-        places = [i for i, each in enumerate(self.outputs) if not each.has_no_name]
         values: list[Any] = [None] * len(self.outputs)
-        if out is not None:
-            given = out if isinstance(out, tuple) else (*[None] * (len(values) - 1), out)
-            if len(given) != len(values):
-                raise ValueError(f"{self.name}: out has {len(given)} arrays for {len(values)} outputs")
-            values = list(given)
-        for place, value in zip(places[len(places) - len(named):], named):
-            if value is not None:
-                values[place] = value
+        if isinstance(out, tuple):
+            if len(out) != len(values):
+                raise ValueError(f"{self.name}: out has {len(out)} arrays for {len(values)} outputs")
+            values = list(out)
+        elif out is not None:
+            values[-1] = out  # A single array is for the one output that isn't the result.
         mask = 0
-        for value, each in zip(values, self.outputs):
+        for place, value in zip(self.named, named):
+            values[place] = values[place] if value is None else value
             if value is False:
-                if each.left_out is None:
-                    raise ValueError(f"{self.name}: {each.name} can't be left out")
-                mask |= 1 << each.left_out
+                left_out = self.outputs[place].left_out
+                if left_out is None:
+                    raise ValueError(f"{self.name}: {self.outputs[place].name} can't be left out")
+                mask |= 1 << left_out
         if mask not in self.variants:
             kept = [each for each, value in zip(self.outputs, values) if value is not False]
             self.variants[mask] = (_ufuncs.make(self.name, mask) if kept else None, kept)
-        left = tuple(value for value in values if value is not False)
-        return (*self.variants[mask], left if any(value is not None for value in left) else None)
+        return (*self.variants[mask], [value for value in values if value is not False])
 
-    def _out(self, out: tuple[Any, ...], outputs: list[Operand]) -> tuple[Any, ...]:
-        """The arrays to be written to, as plain numbers."""
-        taken = []
-        for value, each in zip(out, outputs):
-            if value is not None and not isinstance(value, np.ndarray):
-                raise TypeError(f"{self.name}: {each.name} is a {type(value).__name__}, "
-                                "not an array to be written to")
-            numbers = as_numbers(value, each.shape, each.number) if value is not None else None
-            if value is not None and not np.shares_memory(numbers, value) and value.size:
-                raise ValueError(f"{self.name}: the records of {each.name} are not contiguous")
-            taken.append(numbers)
-        return tuple(taken)
-
-    def _numbers(self, value: Any, each: Operand) -> Any:
-        """A record's numbers, whichever way it is given."""
+    def _input(self, value: Any, each: Operand) -> Any:
+        """Numbers and records as the ufunc takes them."""
+        if _is_masked(value):
+            raise TypeError(f"{self.name}: {each.name} is a masked array, whose mask would be lost")
+        if each.number == "uint32" and not each.record:
+            return self._index(value, each)
         try:
-            numbers = as_numbers(value, each.shape, each.number)
+            numbers = _as_numbers(value, each)
         except ValueError:
             raise ValueError(f"{self.name}: {each.name} is not an array of one shape") from None
-        if each.number == "uint32" and np.shape(numbers)[-1:] != each.shape:
+        words = np.asarray(numbers)
+        if each.number == "uint32" and (words.shape[-1:] != each.shape or words.dtype.kind not in "iu"):
             raise TypeError(f"{self.name}: {each.name} is not made of records of the type "
-                            f"{each.record.__name__ if each.record else each.number}")
+                            f"{cast('type[Record]', each.record).__name__}")
+        return numbers
+
+    def _output(self, value: Any, each: Operand) -> Any:
+        """An array to be written to, as plain numbers."""
+        if value is None:
+            return None
+        if not isinstance(value, np.ndarray):
+            raise TypeError(f"{self.name}: {each.name} is a {type(value).__name__}, "
+                            "not an array to be written to")
+        numbers = _as_numbers(value, each)
+        if numbers is not value and not np.may_share_memory(numbers, value) and value.size:
+            raise TypeError(f"{self.name}: {each.name} is made of {value.dtype}, which can't be written to")
         return numbers
 
     def _check_vertices(self, vertices: Any, indices: Any, each: Operand) -> None:
@@ -174,37 +180,78 @@ class Call:
             raise ValueError(f"{self.name}: {each.name} is {wrong}, not in 0 to {limit}")
         return np.uint32(value) if np.ndim(value) == 0 else value.astype(np.uint32, copy=False)
 
-    def _explain(self, given: tuple[Any, ...], outputs: list[Operand], options: dict[str, Any],
-                 error: Exception) -> NoReturn:
+    def _explain(self, given: tuple[Any, ...], outputs: list[Operand], targets: list[Any],
+                 options: dict[str, Any], error: Exception) -> NoReturn:
         """NumPy numbers a ufunc's operands; here they have names."""
-        shapes = []
-        for value, each in zip(given, self.inputs):
-            try:
-                array = np.asarray(value)
-            except ValueError:
-                raise ValueError(f"{self.name}: {each.name} is not an array of one shape") from None
-            if array.dtype.kind not in "biuf":
-                raise TypeError(f"{self.name}: {each.name} is made of {array.dtype}, not of numbers") \
-                    from None
-            if not _ends_in(array.shape, each.shape):
+        written = [(value, each) for value, each in zip(targets, outputs) if value is not None]
+        shapes: list[str] = []
+        for value, each in [*zip(given, self.inputs), *written]:
+            is_written = len(shapes) >= len(given)
+            if _is_foreign(value):
+                raise TypeError(f"{self.name}: {each.name} is a {type(value).__name__}; "
+                                f"np.asarray makes an array of it") from None
+            array = np.asarray(value)
+            if is_written and not array.flags.writeable:
+                raise ValueError(f"{self.name}: {each.name} is read-only") from None
+            kinds = "f" if is_written and not each.number.endswith("int32") else "biuf"
+            if array.dtype.kind not in kinds:
+                raise TypeError(f"{self.name}: {each.name} is made of {array.dtype}, "
+                                f"not of {'floats' if kinds == 'f' else 'numbers'}") from None
+            if not _ends_in(array.shape, each.shape) and not {"axes", "axis"} & set(options):
                 raise ValueError(f"{self.name}: {each.name} has the shape {array.shape}, which doesn't "
                                  f"end in {_text(each.shape)}") from None
             shapes.append(f"{each.name} {array.shape}")
-        for value, each in zip(options.get("out", ()), outputs):
-            if value is not None and not value.flags.writeable:
-                raise ValueError(f"{self.name}: {each.name} is read-only") from None
-            if value is not None and value.dtype.kind != "f" and each.number not in ("int32", "uint32"):
-                raise TypeError(f"{self.name}: {each.name} is an array of {value.dtype}, not of floats") \
-                    from None
-            if value is not None and not _ends_in(value.shape, each.shape):
-                raise ValueError(f"{self.name}: {each.name} has the shape {value.shape}, which doesn't "
-                                 f"end in {_text(each.shape)}") from None
-            if value is not None:
-                shapes.append(f"{each.name} {value.shape}")
+        if "where" in options:
+            shapes.append(f"where {np.shape(options['where'])}")
         if "broadcast" in str(error) or "mismatch" in str(error):
-            raise ValueError(f"{self.name}: these shapes do not fit together: {', '.join(shapes)}") \
-                from None
-        raise (TypeError if isinstance(error, TypeError) else ValueError)(f"{self.name}: {error}") from None
+            raise ValueError(f"{self.name}: these shapes do not fit together: {', '.join(shapes)}") from None
+        names = [each.name for each in self.inputs + outputs]
+        text = re.sub(r"[Oo]perand (\d+)", lambda found: names[int(found[1])],
+                      str(error).removeprefix(f"{self.name}() "))
+        raise (TypeError if isinstance(error, TypeError) else ValueError)(f"{self.name}: {text}") from None
+
+
+def _masked(result: Any, target: Any, mask: Any, each: Operand) -> Any:
+    """NumPy has where= for ufuncs without core dimensions alone; where it is false, a given output keeps
+    what it had, and a new one holds NaN or 0."""
+    made = np.full_like(result, 0 if each.number.endswith("int32") else np.nan) if target is None else target
+    np.copyto(made, result, casting="same_kind", where=np.reshape(mask, np.shape(mask) + (1,) * len(each.shape)))
+    return made[()] if target is None else target
+
+
+def _is_masked(value: Any) -> bool:
+    return isinstance(value, np.ma.MaskedArray)
+
+
+def _is_foreign(value: Any) -> bool:
+    """Another library's array, which itself decides what a ufunc does with it: it may not fit in memory."""
+    return hasattr(value, "__array_ufunc__") and not isinstance(value, (np.ndarray, np.generic))
+
+
+def _as_numbers(value: Any, each: Operand) -> Any:
+    """A structured array, as the numbers that its records are made of; anything else as it is."""
+    array = value if _is_foreign(value) else np.asarray(value)
+    if _is_foreign(value) or array.dtype.names is None:
+        return value
+    if each.record is None:
+        numbers = structured_to_unstructured(array)
+    else:
+        dtype = each.record.dtype
+        if array.dtype != dtype:
+            if sorted(array.dtype.names) != sorted(dtype.names or ()):
+                return value
+            array = array[list(dtype.names or ())].astype(dtype)
+        numbers = array[..., None].view(np.uint32 if each.number == "uint32" else np.float32)
+    record_shape = [size for size in each.shape if isinstance(size, int)]
+    if numbers.shape[-1] != np.prod(record_shape, dtype=int):
+        return value
+    return numbers.reshape(*array.shape, *record_shape)
+
+
+def _as_records(numbers: Any, record: type[Record]) -> Any:
+    """Numbers that a function has made, as records whose fields have names."""
+    records = numbers.view(record.dtype)[..., 0]
+    return records.view(np.recarray) if records.ndim else records[()]
 
 
 def _ends_in(shape: tuple[int, ...], end: tuple[Any, ...]) -> bool:

@@ -7,7 +7,7 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 from . import _functions as kx
-from . import _tree  # type: ignore[attr-defined]  # compiled
+from . import _tree
 
 
 class Mesh:
@@ -22,12 +22,17 @@ class Mesh:
     """
 
     def __init__(self, vertices: ArrayLike, faces: ArrayLike) -> None:
-        self.vertices: NDArray[np.float32] = np.ascontiguousarray(vertices, np.float32)
+        self.vertices = np.ascontiguousarray(_numbers(vertices, "vertices"))
         self.faces: NDArray[Any] = np.asarray(faces)
         if self.vertices.ndim != 2 or self.vertices.shape[1] != 3:
             raise ValueError(f"Mesh: vertices has the shape {self.vertices.shape}, not (n, 3)")
         if self.faces.ndim != 2 or self.faces.shape[1] != 3 or not len(self.faces):
             raise ValueError(f"Mesh: faces has the shape {self.faces.shape}, not (m, 3) with m above 0")
+        if self.faces.dtype.kind not in "iu":
+            raise TypeError(f"Mesh: faces is made of {self.faces.dtype}, not of integers")
+        for vertex in (self.faces.min(), self.faces.max()):
+            if not 0 <= vertex < len(self.vertices):
+                raise ValueError(f"Mesh: faces has the vertex {vertex}, and vertices has {len(self.vertices)}")
         self.box: NDArray[np.float32] = kx.box_around(self.vertices)
         status, self._to, self._from = kx.fit_mesh(self.box)
         if status:
@@ -37,8 +42,11 @@ class Mesh:
         status, triangles = kx.triangle(self._vertices, *self.faces.T)
         self.can_be_hit: NDArray[np.bool_] = status == 0
         self._triangles = np.ascontiguousarray(triangles).view(np.uint32)
-        self._reach = 0.0
-        self._tree: Any = None
+        self._reach_and_tree: tuple[float, Any] = (0.0, None)
+
+    def __getstate__(self) -> dict[str, Any]:
+        """The tree is not pickled; it is built again when it is needed."""
+        return {**self.__dict__, "_reach_and_tree": (0.0, None)}
 
     def nearest(self, rays: ArrayLike) -> tuple[Any, Any, Any]:
         """The nearest triangle that each ray of (..., 2, 3) meets.
@@ -47,40 +55,45 @@ class Mesh:
         the ray, in the mesh's unit; both are NaN for none. A direction may have any length but 0.
         """
         inside = self._carried(kx.KXTransformRay, rays, "rays")
-        self._reach_out(inside[..., 0, :])
         triangles = np.empty(inside.shape[:-2], np.int64)
         points = np.full((*inside.shape[:-2], 3), np.nan, np.float32)
-        _tree.nearest(self._tree, inside, triangles, points)
+        _tree.nearest(self._reaching(inside[..., 0, :]), inside, triangles, points)
         distances = kx.distance(inside[..., 0, :], points) / self._scale
         return triangles[()], kx.KXM4P3I1(self._from, points), distances
 
     def meets(self, rays: ArrayLike) -> Any:
         """Whether each ray of (..., 2, 3) meets any triangle, which is found sooner than the nearest."""
         inside = self._carried(kx.KXTransformRay, rays, "rays")
-        self._reach_out(inside[..., 0, :])
-        return self._verdicts(_tree.met, inside)
+        verdicts = np.empty(inside.shape[:-2], np.bool_)
+        _tree.met(self._reaching(inside[..., 0, :]), inside, verdicts)
+        return verdicts[()]
 
     def blocks(self, lines: ArrayLike) -> Any:
         """Whether any triangle is between the start and the end of each line of (..., 2, 3)."""
         inside = self._carried(kx.KXTransformLine, lines, "lines")
-        self._reach_out(inside)
-        return self._verdicts(_tree.blocked, inside)
-
-    def _verdicts(self, search: Any, paths: NDArray[np.float32]) -> Any:
-        verdicts = np.empty(paths.shape[:-2], np.bool_)
-        search(self._tree, paths, verdicts)
+        verdicts = np.empty(inside.shape[:-2], np.bool_)
+        _tree.blocked(self._reaching(inside), inside, verdicts)
         return verdicts[()]
 
     def _carried(self, carry: Any, paths: ArrayLike, name: str) -> NDArray[np.float32]:
-        given = np.asarray(paths, np.float32)
+        given = _numbers(paths, name)
         if given.shape[-2:] != (2, 3):
             raise ValueError(f"Mesh: {name} has the shape {given.shape}, which doesn't end in (2, 3)")
         return np.ascontiguousarray(carry(given, self._to))
 
-    def _reach_out(self, points: NDArray[np.float32]) -> None:
-        """Boxes are a little larger than what is in them, in proportion to how far away paths begin."""
-        finite = np.abs(points[np.isfinite(points)])
-        reach = 2048.0 + 2.0 * float(finite.max(initial=0.0))
-        if reach > self._reach:
-            self._reach = 2.0 * reach
-            self._tree = _tree.build(self._triangles, self._vertices, self._reach)
+    def _reaching(self, starts: NDArray[np.float32]) -> Any:
+        """The tree, whose boxes are a little larger than what is in them, in proportion to how far away
+        paths begin."""
+        reach, tree = self._reach_and_tree  # Another thread may exchange both at any time.
+        far = 2048.0 + 2.0 * float(np.abs(starts[np.isfinite(starts)]).max(initial=0.0))
+        if far > reach:
+            tree = _tree.build(self._triangles, self._vertices, 2.0 * far)
+            self._reach_and_tree = 2.0 * far, tree
+        return tree
+
+
+def _numbers(value: ArrayLike, name: str) -> NDArray[np.float32]:
+    try:
+        return np.asarray(value, np.float32)
+    except (TypeError, ValueError):
+        raise TypeError(f"Mesh: {name} is not an array of numbers") from None

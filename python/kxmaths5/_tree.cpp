@@ -67,9 +67,14 @@ PyObject *build(PyObject *, PyObject *arguments)
         return nullptr;
     }
     std::unique_ptr<Tree> tree;
+    Py_BEGIN_ALLOW_THREADS;
     try {
         tree = std::make_unique<Tree>(triangles.view, vertices.view, reach);
     } catch (const std::exception &) {
+        tree.reset();
+    }
+    Py_END_ALLOW_THREADS;
+    if (!tree) {
         return PyErr_NoMemory();
     }
     PyObject *const capsule = PyCapsule_New(tree.get(), capsule_name, destroy);

@@ -66,8 +66,8 @@ def test_shapes_of_rays():
 @pytest.mark.parametrize("call, words", [
     (lambda: kx.Mesh(np.zeros((4, 2)), [[0, 1, 2]]), "vertices has the shape"),
     (lambda: kx.Mesh(np.eye(3), [0, 1, 2]), "faces has the shape"),
-    (lambda: kx.Mesh(np.eye(3), [[0, 1, 3]]), "third has the vertex 3"),
-    (lambda: kx.Mesh(np.eye(3), [[0, -1, 2]]), "second is -1"),
+    (lambda: kx.Mesh(np.eye(3), [[0, 1, 3]]), "faces has the vertex 3, and vertices has 3"),
+    (lambda: kx.Mesh(np.eye(3), [[0, -1, 2]]), "faces has the vertex -1"),
     (lambda: kx.Mesh(np.full((3, 3), np.nan), [[0, 1, 2]]), "not finite"),
     (lambda: kx.Mesh(np.ones((3, 3)), [[0, 1, 2]]), "no extent"),
     (lambda: kx.Mesh(*sphere()).nearest(np.zeros((4, 3))), "rays has the shape")])

@@ -1,13 +1,13 @@
 """The description against what else knows the functions: the exports, and the catalogue by which
 every sharing is tried."""
 import itertools
+import json
 import pathlib
 import re
 
-import reference
-
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-FUNCTIONS = {each["name"]: each for each in reference.FUNCTIONS}
+API = json.loads((ROOT / "api/kxmaths5.json").read_text("utf-8"))
+FUNCTIONS = {each["name"]: each for each in API["functions"]}
 
 
 def catalogue():

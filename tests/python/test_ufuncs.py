@@ -1,9 +1,89 @@
 """Every function against plain C calls, whatever the shapes, strides, types and overlaps."""
+import ctypes
+import itertools
+import json
+import pathlib
+import pickle
+
 import numpy as np
 import pytest
 
 import kxmaths5 as kx
-from reference import FUNCTIONS, HIGHEST, VERTICES, arguments, call_all, core, inputs, python_name
+
+API = json.loads((pathlib.Path(__file__).resolve().parents[2] / "api/kxmaths5.json").read_text("utf-8"))
+FUNCTIONS = API["functions"]
+NUMBERS = {"float": np.float32, "double": np.float64, "int32": np.int32, "uint32": np.uint32}
+HIGHEST = {each["name"]: len(each["values"]) - 1 for each in API["enumerations"]}
+VERTICES = 6
+_library = ctypes.CDLL(str(next(pathlib.Path(kx.__file__).parent.glob("libkxmaths5*"))))
+_results = {"double": ctypes.c_double, "int32": ctypes.c_int32, "uint32": ctypes.c_uint32, "void": None}
+
+
+def python_name(name):
+    return name + "_" if name in ("in", "from") else name
+
+
+def core(argument, length=5):
+    """The type and the shape of one of an argument's records."""
+    if argument["type"] in NUMBERS:
+        shape = ()
+    elif argument["type"] in HIGHEST:
+        return np.uint32, ()
+    elif argument["type"] == "KXTriangle":
+        return np.uint32, (17,)
+    else:
+        record = next(each for each in API["records"] if each["name"] == argument["type"])
+        if "same_as" in record:
+            return core(argument | {"type": record["same_as"]}, length)
+        field = record["fields"][0]
+        inner = core(field)[1]
+        shape = tuple(field["shape"]) + inner if len(record["fields"]) == 1 else (len(record["fields"]), *inner)
+        return np.float32, (length, *shape) if argument.get("count") else (
+            (VERTICES, *shape) if argument.get("indexed_by") else shape)
+    return NUMBERS[argument["type"]], (length, *shape) if argument.get("count") else shape
+
+
+def arguments(function):
+    """Those of a function that Python has: a count is an array's own length."""
+    counts = {each.get("count") for each in function["arguments"]}
+    return [each for each in function["arguments"] if each["name"] not in counts]
+
+
+def inputs(function):
+    return [each for each in arguments(function) if each["role"] != "out"]
+
+
+def call(function, given):
+    """What one call of the function in C gives back, through ctypes: the result, then what it has written."""
+    places, passed = {}, []
+    for each in arguments(function):
+        number, shape = core(each)
+        places[each["name"]] = np.array(given[each["name"]], number) if each["role"] != "out" \
+            else np.full(shape, np.nan, number)
+    for each in function["arguments"]:
+        if each["name"] not in places:
+            passed.append(ctypes.c_uint32(next(len(places[other["name"]]) for other in arguments(function)
+                                               if other.get("count") == each["name"])))
+        elif each["by"] == "address":
+            passed.append(ctypes.c_void_p(places[each["name"]].ctypes.data))
+        else:
+            value = places[each["name"]]
+            passed.append(ctypes.c_float(value) if value.dtype == np.float32 else ctypes.c_uint32(value))
+    c_function = getattr(_library, function["name"])
+    c_function.restype = _results[function["result"]["type"]]
+    result = c_function(*passed)
+    outputs = [places[each["name"]] for each in arguments(function) if "out" in each["role"]]
+    return outputs if result is None else [NUMBERS[function["result"]["type"]](result), *outputs]
+
+
+def call_all(function, given, shape):
+    """The outputs of call for each element of the broadcast shape."""
+    wide = {each["name"]: np.broadcast_to(given[each["name"]], shape + core(each)[1])
+            for each in inputs(function)}
+    rows = [call(function, {name: value[index] for name, value in wide.items()})
+            for index in itertools.product(*map(range, shape))]
+    return [np.array(column).reshape(shape + np.shape(column[0])) for column in zip(*rows)]
+
 
 SHAPES = [((), (), (), ()), ((7,), (7,), (7,), (7,)), ((3, 1), (4,), (1, 4), (3, 4)), ((600,), (), (1,), (600,)),
           ((0,), (0,), (0,), (0,)), ((), (5,), (), (5,)), ((2, 0, 3), (), (1,), ())]
@@ -75,6 +155,7 @@ def test_against_c(function):
         same_bits(got, wanted)
         if function["name"] == "KXM43Mult":
             continue
+        same_bits(as_list(ufunc(*(value.item() if np.ndim(value) == 0 else value for value in values))), wanted)
         # Wider types and lists are converted.
         wider = [value.astype(np.float64) if value.dtype == np.float32 else value for value in values]
         same_bits(as_list(ufunc(*wider)), wanted)
@@ -128,6 +209,17 @@ def test_structured_arrays():
     hits, points = kx.KXRayIxTriangle([[[1, 1, 5], [0, 0, -1]], [[9, 1, 5], [0, 0, -1]]], triangle, vertices)
     assert hits.tolist() == [1, 0] and points[0].tolist() == [1, 1, 1]
 
+    # Fields of other types, byte orders and places mean the same numbers.
+    swapped = np.zeros(3, [("rotateY", ">f8"), ("x", "i2"), ("y", "f4"), ("z", "f4"), ("rotateX", "f4"), ("rotateZ", "f4")])
+    swapped["rotateY"] = places["rotateY"]
+    np.testing.assert_array_equal(kx.KXM4Position(swapped, kx.KX_ORDER_YXZ)[0], matrices)
+    mixed = np.array([(0, 4, 1, 2)], [("x", "<i2"), ("y", ">f8"), ("colour", "u1"), ("z", "<f4")])[["x", "y", "z"]]
+    assert kx.KXM4P3I1(M, mixed).tolist() == [[0, 4, 2]]
+    other = np.broadcast_to(triangle, 1).byteswap().newbyteorder()
+    assert kx.KXRayIxTriangle([[1, 1, 5], [0, 0, -1]], other, vertices)[0].tolist() == [1]
+    given = np.zeros((3, 2), kx.KXPosition)[:, 0]
+    assert kx.KXM4MatrixComponents(matrices, position=given)[0] is given and given.tolist() == read.tolist()
+
 
 def test_what_is_left_out_and_not_written():
     line, box = [[[0, 9, 0], [1, 9, 0]], [[-1, -1, -1], [1, 1, 1]]], [[0, 0, 0], [1, 1, 1]]
@@ -174,7 +266,7 @@ TRIANGLE = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2, 0, 0)), 0, (0, 0, 1
     (lambda: kx.KXM4NP3I1(M, P, out=np.zeros((7, 3), np.float32)), ValueError, "do not fit"),
     (lambda: kx.KXV3Cross(P, P, out=np.zeros((2, 6, 2), np.float32)), ValueError, "out has the shape"),
     (lambda: kx.KXM4Inverse(M, out=[0] * 16), TypeError, "not an array to be written to"),
-    (lambda: kx.KXM4Inverse(M, out=M.astype(int)), TypeError, "out is an array of int64"),
+    (lambda: kx.KXM4Inverse(M, out=M.astype(int)), TypeError, "out is made of int64, not of floats"),
     (lambda: kx.KXM4MatrixComponents(M, position=[0] * 6), TypeError, "position is a list"),
     (lambda: kx.KXPlaneEquation(P, P, P, out=(None, None, None)), ValueError, "KXPlaneEquation"),
     (lambda: kx.KXLineIxBox(P[:2], P[:2], point=P[0].astype(bool)), TypeError, "point"),
@@ -189,13 +281,27 @@ TRIANGLE = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2, 0, 0)), 0, (0, 0, 1
     (lambda: kx.KXM4Scale(1, "2", 3), TypeError, "sy is made of"),
     (lambda: kx.KXRayIxTriangle(P[:2], TRIANGLE, P[:2]), ValueError, "triangle has the vertex 2"),
     (lambda: kx.KXRayIxTriangle(P[:2], [0, 1, 2], P), TypeError, "of the type KXTriangle"),
-    (lambda: kx.KXV3Cross(P, P, dtype=np.float64), TypeError, "always float32"),
     (lambda: kx.KXV3Cross(P, P, casting="no", out=P.astype(float)), TypeError, "KXV3Cross"),
+    (lambda: kx.KXV3Length(np.ma.masked_equal(P, 0)), TypeError, "v is a masked array"),
+    (lambda: kx.KXV3Length(P, where=[True, False]), ValueError, r"v \(6, 3\), where \(2,\)"),
+    (lambda: kx.KXV3Length(P, where=P[0] == 0, out=read_only(np.zeros(6))), ValueError, "result is read-only"),
+    (lambda: kx.KXM4P3I1(M, np.zeros(2, [("x", "f4"), ("y", "f4")])), TypeError, "p is made of"),
+    (lambda: kx.KXM4P3I1(M, P[0], dtype=float), TypeError, "out is always float32, not float64"),
     (lambda: kx.KXPosition(1, 2, 3, 4, 5, 6, 7), TypeError, "6 fields"),
     (lambda: kx.KXPosition(1, x=2), TypeError, "given twice")])
 def test_refused(call, error, words):
     with pytest.raises(error, match=words):
         call()
+
+
+def test_pickles():
+    """Dask sends functions and what they are called with to its workers."""
+    assert pickle.loads(pickle.dumps(kx.KXM4Inverse)) is kx.KXM4Inverse
+    place = kx.KXPosition(1, 2, 3)
+    assert pickle.loads(pickle.dumps(place)) == place
+    mesh = kx.Mesh([[0, 0, 0], [1, 0, 0], [0, 1, 0]], [[0, 1, 2]])
+    for same in (mesh, pickle.loads(pickle.dumps(mesh)), pickle.loads(pickle.dumps(mesh))):
+        assert same.meets([[0.2, 0.2, 5], [0, 0, -1]])
 
 
 def test_top_bits():
