@@ -29,16 +29,13 @@ function meshOf(name, geometry) {
 
 /** The mesh of an OBJ file's text. Throws an Error that says in a sentence what is wrong. */
 function readObj(name, text) {
+  // Of other files the reader complains on the console, line by line.
+  if (!/^\s*f\s/m.test(text)) throw new Error(`${name} cannot be read: there are no triangles in it, as an OBJ file has them.`);
   const parts = [];
-  try {
-    new OBJLoader().parse(text).traverse((each) => each.isMesh && parts.push(each.geometry.attributes.position.array));
-  } catch {
-    throw new Error(`${name} cannot be read: it is not an OBJ file.`);
-  }
+  new OBJLoader().parse(text).traverse((each) => each.isMesh && parts.push(each.geometry.attributes.position.array));
   const points = new Float32Array(parts.reduce((sum, each) => sum + each.length, 0));
   parts.reduce((at, each) => (points.set(each, at), at + each.length), 0);
-  if (!points.length) throw new Error(`${name} cannot be read: there are no triangles in it, as an OBJ file has them.`);
-  if (!points.every(Number.isFinite)) {
+  if (!points.length || !points.every(Number.isFinite)) {
     throw new Error(`${name} cannot be read: a number is not one, or a face has a corner that is not there.`);
   }
   if (points.every((each, i) => each === points[i % 3])) throw new Error(`${name} cannot be shown: all its points are one.`);
