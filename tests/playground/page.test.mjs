@@ -81,7 +81,7 @@ test("a mesh is placed by fields, sliders and orders, and read back", async (t) 
   assert.match((await verdicts())[0], /^Does not rebuild.*not perpendicular/);
   assert.match((await verdicts())[1], /^Rebuilds/);
 
-  await inAddress("order=XYZ");
+  await inAddress("r=30,20,90");
   const [said, link] = [await matrix(), page.url()];
   await page.close();
   await visit(new URL(link).hash);
@@ -104,7 +104,7 @@ test("the programs that are shown print the matrix that is shown", async () => {
     "C++": (file) => (execFileSync("g++", ["-std=c++17", file, ...host]), execFileSync(join(folder, "host"))),
     Python: (file) => execFileSync("/usr/bin/python3", [file], { env: { ...process.env, PYTHONPATH: `${root}/build/python/installed` } }),
     // Where the package is installed.
-    JavaScript: (file, text) => execFileSync("node", ["--input-type=module", "-"], { input: text, cwd: import.meta.dirname }),
+    JavaScript: (file, text) => execFileSync("node", ["--input-type=module", "-"], { input: text, cwd: `${root}/build/playground/source` }),
   };
   for (const hash of ["#s=1,2,0.5", "#order=ZXY&scale=last&r=10,-200,33.3&p=1e-7,3,-1"]) {
     await visit(hash);
