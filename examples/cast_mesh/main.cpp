@@ -47,28 +47,29 @@ std::optional<Options> read_options(int argc, char **argv)
                      "  cast_mesh part.stl --up z --from mm --to mm --smooth 30 -o part.png\n"
                      "  cast_mesh house.obj --azimuth 120 --elevation 10 --pick 640 360");
     add_angle(line, "--azimuth", camera.azimuth,
-              "where the eye is as seen from the mesh, from +Z towards +X");
-    add_angle(line, "--elevation", camera.elevation, "how high the eye is as seen from the mesh");
+              "direction from the mesh to the eye, from +Z towards +X");
+    add_angle(line, "--elevation", camera.elevation, "how high the eye is above the mesh");
     add_angle(line, "--field-of-view", camera.field_of_view,
-              "from the picture's left side to its right, 0.1 to 170");
+              "from the left of the picture to its right, 0.1 to 170");
     const auto lengths = {
-        std::tuple("--distance", &camera.distance,
-                   "from the eye to the mesh's middle, in the unit of --to; 0: so that the whole "
-                   "mesh is in the picture"),
+        std::tuple(
+            "--distance", &camera.distance,
+            "from the eye to the mesh's middle, in the unit of --to; 0 shows the whole mesh"),
         std::tuple("--eye-offset", &camera.eye_offset,
-                   "how far the eye is to the right, in the unit of --to, for one of a pair of "
-                   "pictures")};
+                   "shifts the eye to the right, in the unit of --to, for one picture of a stereo "
+                   "pair")};
     for (const auto &[name, value, help] : lengths) {
         line.app.add_option(name, *value, help)->type_name("NUMBER")->capture_default_str();
     }
-    add_angle(line, "--light-azimuth", options.light.azimuth, "where the light comes from");
+    add_angle(line, "--light-azimuth", options.light.azimuth,
+              "direction from the mesh to the light");
     add_angle(line, "--light-elevation", options.light.elevation, "how high the light is");
     float crease = 0.0f;
     const CLI::Option *smooth =
         line.app
             .add_option("--smooth", crease,
-                        "shade smoothly, but for edges with a larger angle than this between "
-                        "their triangles, in degrees; the file's normals come first")
+                        "shade smoothly, except where triangles meet at more than this angle, in "
+                        "degrees; normals in the file are used as they are")
             ->type_name("NUMBER")
             ->check(CLI::Range(0.0f, 180.0f));
     const auto sizes = {std::pair("--width", &camera.width), std::pair("--height", &camera.height)};
@@ -96,18 +97,19 @@ std::optional<Options> read_options(int argc, char **argv)
             throw Failure("the options take finite numbers only");
         }
     }
-    if (!(camera.field_of_view > 0.001f && camera.field_of_view < 3.0f)) {
+    const double field_of_view = in_degrees(static_cast<double>(camera.field_of_view));
+    if (!(field_of_view >= 0.1 && field_of_view <= 170.0)) {
         throw Failure("--field-of-view takes 0.1 to 170 degrees");
     }
     if (camera.distance < 0.0f) {
-        throw Failure("--distance takes a positive number");
+        throw Failure("--distance can't be negative");
     }
     if (smooth->count() > 0) {
         options.crease = crease * radians_per_degree;
     }
     if (pick->count() > 0) {
         if (pixel[0] < 0 || pixel[0] >= camera.width || pixel[1] < 0 || pixel[1] >= camera.height) {
-            throw Failure(text_of("--pick takes a pixel of the picture, which has %d by %d",
+            throw Failure(text_of("--pick takes a pixel of the picture, which is %d by %d",
                                   camera.width, camera.height));
         }
         options.pick = pixel;

@@ -35,13 +35,12 @@ constexpr std::array<const char *, 6> orders = {"XYZ", "XZY", "YXZ", "YZX", "ZXY
 CommandLine::CommandLine(const std::string &purpose, const std::string &examples) : app(purpose)
 {
     app.get_formatter()->column_width(32);
-    app.footer(
-        "Three numbers follow one another with blanks between: --rotate 0 45 0\n\nExamples:\n" +
-        examples);
+    app.footer("Write three numbers with spaces between them: --rotate 0 45 0\n\nExamples:\n" +
+               examples);
     app.add_option(
            "mesh", mesh,
-           "OBJ, STL, PLY or glTF file, or another that Assimp reads. Default: a bunny from "
-           "the package glmark2-data, or a knot where that is not installed")
+           "OBJ, STL, PLY or glTF file, or another that Assimp reads. Default: the bunny of "
+           "the package glmark2-data or, without that, a knot")
         ->type_name("FILE");
     app.add_option("--up", up, "which axis of the file is up: y, or z as in most CAD files")
         ->type_name("AXIS")
@@ -58,8 +57,8 @@ CommandLine::CommandLine(const std::string &purpose, const std::string &examples
                "where the mesh's origin goes, in the unit of --to");
     add_triple("--rotate", degrees, "X Y Z", "rotation about X, Y and Z, in degrees");
     app.add_option("--order", order,
-                   "order of the rotations, of which the last letter acts first: XYZ, XZY, YXZ, "
-                   "YZX, ZXY or ZYX")
+                   "order of the rotations, the last letter acts first: XYZ, XZY, YXZ, YZX, ZXY or "
+                   "ZYX")
         ->type_name("ORDER")
         ->capture_default_str();
 }
@@ -88,7 +87,7 @@ bool CommandLine::parse(int argc, char **argv, PlacedMeshOptions &options)
         std::cout << app.help();
         return false;
     } catch (const CLI::ParseError &error) {
-        throw Failure(error.what());
+        throw Failure(std::string(error.what()) + ". Try --help.");
     }
     for (const Triple *triple : triples) {
         if (!std::all_of(triple->begin(), triple->end(),

@@ -60,6 +60,9 @@ public:
         if (rest.substr(0, 3) == byte_order_mark) {
             rest.remove_prefix(3);
         }
+        if (rest.substr(0, 2) == "\xff\xfe" || rest.substr(0, 2) == "\xfe\xff") {
+            throw Failure(path + " is in UTF-16: save it as UTF-8");
+        }
     }
 
     std::string plain()
@@ -90,6 +93,14 @@ private:
     [[noreturn]] void fail(const std::string &what) const
     {
         throw Failure(path + ", line " + std::to_string(line_number) + ": " + what);
+    }
+
+    static std::string printable(std::string_view word)
+    {
+        std::string text(word.substr(0, 20));
+        std::replace_if(
+            text.begin(), text.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+        return text;
     }
 
     /** A line, together with those that a backslash at its end continues it in. */
@@ -136,7 +147,7 @@ private:
             const std::size_t second = std::min(word.find('/', slash + 1), word.size());
             const long vertex = index(word.substr(0, slash), vertices);
             if (vertex < 1) {
-                fail("a face names vertex \"" + std::string(word.substr(0, slash)) + "\", and " +
+                fail("a face names vertex \"" + printable(word.substr(0, slash)) + "\", and " +
                      std::to_string(vertices) + " come before it");
             }
             if (vertex > largest) {
@@ -322,6 +333,21 @@ std::string plain_obj(const std::string &path, std::string_view text)
 void check_ply(const std::string &path, std::string_view bytes)
 {
     PlyWalk(path, bytes).check();
+}
+
+void check_off(const std::string &path, std::string_view bytes)
+{
+    std::string_view words = bytes;
+    next_word(words); // OFF, or a variant of it
+    for (const char *what : {"vertices", "faces"}) {
+        const std::string count(next_word(words));
+        // Each has a line of its own.
+        const auto number = number_in<std::uint64_t>(count);
+        if (number && *number > bytes.size()) {
+            throw Failure(path + " is cut off or damaged: it is too short for " + count + " " +
+                          what);
+        }
+    }
 }
 
 void check_stl(const std::string &path, std::string_view bytes)

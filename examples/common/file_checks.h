@@ -19,6 +19,9 @@ std::string plain_obj(const std::string &path, std::string_view text);
 /** Throws Failure where a PLY file has no header, or not all that its header names. */
 void check_ply(const std::string &path, std::string_view bytes);
 
+/** Throws Failure where an OFF file can't have as many vertices or faces as it begins with. */
+void check_off(const std::string &path, std::string_view bytes);
+
 /** Throws Failure where an STL file of either kind ends too soon. */
 void check_stl(const std::string &path, std::string_view bytes);
 

@@ -134,6 +134,8 @@ Mesh read_mesh(const std::string &path)
             check_ply(path, bytes);
         } else if (extension == ".stl") {
             check_stl(path, bytes);
+        } else if (extension == ".off") {
+            check_off(path, bytes);
         }
         scene = importer.ReadFile(path, steps);
     }

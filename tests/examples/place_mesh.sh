@@ -148,10 +148,8 @@ refused_mesh "a corner outside, in a polygon" "${triangle}v 1 1 0\nf 1 2 3 9\n"
 refused_mesh "a corner before the first" "${triangle}f 1 2 -4\n"
 refused_mesh "corner 0" "${triangle}f 0 1 2\n"
 refused_mesh "two corners, as in a truncated file" "${triangle}f 1 2"
-refused_mesh "two coordinates" "v 0 0 0\nv 1 0\nv 0 1 0\nf 1 2 3\n"
 refused_mesh "a word for a coordinate" "v 0 0 0\nv 1 0 x\nv 0 1 0\nf 1 2 3\n"
 refused_mesh "not a number" "v 0 0 0\nv 1 0 nan\nv 0 1 0\nf 1 2 3\n"
-refused_mesh "infinite" "v 0 0 0\nv 1 0 inf\nv 0 1 0\nf 1 2 3\n"
 refused_mesh "beyond a float" "v 0 0 0\nv 1 0 1e39\nv 0 1 0\nf 1 2 3\n"
 # refused_with WORDS WHAT FILE CONTENTS: the sentence names the file and what is wrong.
 refused_with() {
@@ -170,6 +168,8 @@ refused_with ' cannot be read.*range' "a PLY corner outside" bad.ply "${ply}0 1 
 refused_with ' is cut off.*endsolid' "a text STL cut off" bad.stl "$stl"
 refused_with ' is cut off.*0 of its 1 ' "a binary STL cut off" bad.stl \
     "$(printf '%080d' 0)\0001\0000\0000\0000abc"
+refused_with ' is cut off.*4000000000 vertices' "an OFF file that would fill the memory" bad.off 'OFF\n4000000000 1 0\n'
+refused_with ' is in UTF-16' "another encoding" bad.obj '\0377\0376v\0000 \00000\0000'
 refused_with ' is damaged' "glTF cut off" bad.gltf "$(echo "$gltf" | head -c 200)"
 refused_with ' has no triangles' "points alone" bad.ply \
     'ply\nformat ascii 1.0\nelement vertex 1\nproperty float x\nproperty float y\nproperty float z\nend_header\n0 0 0\n'
