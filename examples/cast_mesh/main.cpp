@@ -5,10 +5,10 @@
  * A host of kxmaths5: the geometry is the library's. What is left to it are colours, and the cosine
  * between two unit vectors.
  */
-#include "camera.h"
 #include "hierarchy.h"
 #include "render.h"
 #include "report.h"
+#include "scene.h"
 
 #include <algorithm>
 #include <cmath>

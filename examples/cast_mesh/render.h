@@ -2,7 +2,6 @@
 #ifndef CAST_MESH_RENDER_H
 #define CAST_MESH_RENDER_H
 
-#include "camera.h"
 #include "hierarchy.h"
 #include "png_file.h"
 #include "scene.h"

@@ -3,7 +3,6 @@
  * picture's rays, each through both, and hit or miss and the distance compared. Both work on the
  * same singles.
  */
-#include "camera.h"
 #include "hierarchy.h"
 #include "scene.h"
 

@@ -25,3 +25,8 @@ library=$(find "$PWD/$work/extracted" -name 'libkxmaths5.so.5')
 module=$(readlink -f "$library")
 root=${module%/usr/lib/*}
 [ "$(find "$root" -name '*-gdb.py')" = "$root/usr/share/gdb/auto-load${module#"$root"}-gdb.py" ]
+
+# The guide, the description and the examples are those of the sources.
+for directory in docs api examples; do
+    diff -r "$directory" "$work/extracted/usr/share/doc/libkxmaths5-dev/$directory"
+done

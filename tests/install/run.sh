@@ -27,7 +27,7 @@ fi
 mv "$work/one/installed" "$work/moved"
 ./tests/install/hosts.sh "$work/moved"
 for language in C CXX; do
-    ./tests/install/host.sh "$PWD/$work/moved" "$language" shared 'sh compiler'
-    ./tests/install/host.sh "$PWD/$work/moved" "$language" static 'sh compiler static'
+    ./tests/install/hosts.sh "$work/moved" "$language" shared 'sh compiler'
+    ./tests/install/hosts.sh "$work/moved" "$language" static 'sh compiler static'
 done
-./tests/install/host.sh "$PWD/$work/moved" C static 'cmake subdirectory static'
+./tests/install/hosts.sh "$work/moved" C static 'cmake subdirectory static'
