@@ -1,4 +1,4 @@
-// Programs that make the matrix that is shown, and print it and its inverse.
+// Programs that make the matrix that is shown, and print it and its inverse; and what is copied.
 import { radians, single } from "./kx.js";
 
 const c = (value) => {
@@ -88,4 +88,16 @@ export const languages = Object.keys(makers);
 /** A program in one of the languages; angles in radians, as singles have them. */
 export function program(language, state) {
   return makers[language]({ ...state, r: state.r.map(radians) });
+}
+
+/** Copies a text, and says so on the button. */
+export async function copy(text, button) {
+  button.dataset.label ??= button.textContent;
+  try {
+    await navigator.clipboard.writeText(text);
+    button.textContent = "Copied";
+  } catch {
+    button.textContent = "The browser refused";
+  }
+  setTimeout(() => { button.textContent = button.dataset.label; }, 1500);
 }

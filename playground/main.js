@@ -1,4 +1,5 @@
 // The page's frame: tabs, the theme, the mesh, and what is wrong if something is.
+import { copy } from "./code.js";
 import { loadLibrary } from "./kx.js";
 import { defaultMesh, readFile } from "./mesh.js";
 import { pick } from "./pick.js";
@@ -77,26 +78,12 @@ element("theme").addEventListener("click", () => {
 });
 matchMedia("(prefers-color-scheme: dark)").addEventListener("change", redraw);
 
-/** Copies a text, and says so on the button. */
-export async function copy(text, button) {
-  const label = button.textContent;
-  try {
-    await navigator.clipboard.writeText(text);
-    button.textContent = "Copied";
-  } catch {
-    button.textContent = "The browser refused";
-  }
-  setTimeout(() => { button.textContent = label; }, 1500);
-}
 element("link").addEventListener("click", (event) => setTimeout(() => copy(location.href, event.target), 200));
-document.addEventListener("copy-text", ({ target, detail }) => copy(detail, target));
 
 onChange((names) => names.includes("tab") && openTab());
 onChange(redraw);
 readAddress();
-start();
-async function start() {
-  await loadLibrary();
+loadLibrary().then(() => {
   use(defaultMesh());
   openTab();
-}
+}, (error) => show(`This browser cannot run the library: ${error.message}`));

@@ -162,12 +162,11 @@ const handles = [["path", 0, "Start of the path"], ["path", 3, "End of the path,
   ["triangle", 0, "First corner of the triangle"], ["triangle", 3, "Second corner of the triangle"], ["triangle", 6, "Third corner of the triangle"]];
 
 function scene() {
-  let angles = [20, 16];
   let now;
   const place = ([name, at]) => state[name].slice(at, at + 3);
   const moveTo = ([name, at], point, step) => change({ [name]: state[name].toSpliced(at, 3, ...[...point].map((each) => Number((Math.round(each / step) * step).toFixed(2)))) });
 
-  const view = new View(element("scene-view"), { distance: 8, eye: () => angles, paint() {
+  const view = new View(element("scene-view"), { distance: 8, eye: () => state.eye, paint() {
     view.floor();
     const [box, triangle] = now;
     const corner = (i) => [0, 1, 2].map((axis) => state.box[axis + (i >> axis & 1 ? 3 : 0)]);
@@ -185,7 +184,7 @@ function scene() {
       element("handles").children[i].style.translate = `${x}px ${y}px`;
     });
   } });
-  orbit(view.canvas, { get: () => angles, set(next) { angles = next; view.redraw(); } });
+  orbit(view.canvas, { get: () => state.eye, set: (next) => change({ eye: next }) });
 
   element("handles").innerHTML = handles.map(([name]) => `<button type="button" class="handle of-${name}"></button>`).join("");
   [...element("handles").children].forEach((button, i) => {

@@ -1,5 +1,5 @@
 // The tab on which a mesh is placed.
-import { languages, program } from "./code.js";
+import { copy, languages, program } from "./code.js";
 import * as kxmaths5 from "./kx.js";
 import { degrees, kx, radians, vector } from "./kx.js";
 import { change, onChange, orders, reset, state } from "./state.js";
@@ -141,7 +141,7 @@ export function place(section, mesh) {
     language = target.value;
     update();
   });
-  element("copy").addEventListener("click", ({ target }) => target.dispatchEvent(new CustomEvent("copy-text", { bubbles: true, detail: program(language, state) })));
+  element("copy").addEventListener("click", ({ target }) => copy(program(language, state), target));
 
   function update() {
     now = placement(state);

@@ -107,11 +107,13 @@ test("the programs that are shown print the matrix that is shown", async () => {
     JavaScript: (file, text) => execFileSync("node", ["--input-type=module", "-"], { input: text, cwd: `${root}/build/playground/source` }),
   };
   for (const hash of ["#s=1,2,0.5", "#order=ZXY&scale=last&r=10,-200,33.3&p=1e-7,3,-1"]) {
-    await visit(hash);
+    await visit(hash, { permissions: ["clipboard-read", "clipboard-write"] });
     const wanted = [...await matrix(), ...await matrix("inverse")];
     for (const [language, end] of Object.entries({ C: "c", "C++": "cpp", Python: "py", JavaScript: "mjs" })) {
       await page.locator("#languages label", { hasText: RegExp(`^${language.replaceAll("+", "[+]")}$`) }).click();
-      const text = await page.innerText("#code");
+      await page.click("#copy");
+      const text = await page.locator("#code").textContent();
+      await page.waitForFunction(async (wanted) => await navigator.clipboard.readText() === wanted, text);
       const file = join(folder, `program.${end}`);
       writeFileSync(file, text);
       const printed = String(runs[language](file, text)).match(/-?\d[\d.e+-]*/g).map(Number);
