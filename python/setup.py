@@ -44,6 +44,8 @@ class BuildWithLibrary(build_ext):
 
     def build_library(self, folder, package):
         """Builds the shared module and puts it into the package."""
+        if not shutil.which("cmake"):
+            sys.exit("kxmaths5 is built with CMake and a C++ compiler, and there is no cmake on the path")
         subprocess.run(["cmake", "-S", LIBRARY, "-B", folder, "-DCMAKE_BUILD_TYPE=Release",
                         "-DKX_BUILD_TESTS=OFF", "-DKX_BUILD_EXAMPLES=OFF", "-DKX_INSTALL=OFF"],
                        check=True, stdout=subprocess.DEVNULL)
@@ -67,7 +69,10 @@ class SourcesWithLibrary(sdist):
                 shutil.copy(LIBRARY / name, to)
 
 
-setup(version=VERSION, cmdclass={"build_ext": BuildWithLibrary, "sdist": SourcesWithLibrary},
-      ext_modules=[Extension("kxmaths5._ufuncs", ["kxmaths5/_ufuncs.c"], extra_compile_args=[] if os.name == "nt" else ["-O2"]),
+# What is built with NumPy 1.24 has the ABI of 1.23, and runs with all versions below the next major one.
+setup(version=VERSION, install_requires=[f"numpy>=1.23,<{int(numpy.__version__.split('.')[0]) + 1}"],
+      cmdclass={"build_ext": BuildWithLibrary, "sdist": SourcesWithLibrary},
+      ext_modules=[Extension("kxmaths5._ufuncs", ["kxmaths5/_ufuncs.c"],
+                             extra_compile_args=[] if os.name == "nt" else ["-O2"]),
                    Extension("kxmaths5._tree", ["kxmaths5/_tree.cpp"],
                              extra_compile_args=["/std:c++17" if os.name == "nt" else "-std=c++17"])])

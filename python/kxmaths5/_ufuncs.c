@@ -64,7 +64,7 @@ static const float no_result[16] = {NAN, NAN, NAN, NAN, NAN, NAN, NAN, NAN,
 
 static void kx_box_around(uint32_t count, const KXP3 *points, KXBox *out)
 {
-    const KXP3 nowhere = {NPY_NANF, NPY_NANF, NPY_NANF};
+    const KXP3 nowhere = {NAN, NAN, NAN};
     KXBox box = {count ? points[0] : nowhere, count ? points[0] : nowhere};
     for (uint32_t i = 1; i < count; ++i) {
         KXPutPointInBox(&points[i], &box);

@@ -210,7 +210,7 @@ def test_structured_arrays():
     assert hits.tolist() == [1, 0] and points[0].tolist() == [1, 1, 1]
 
     # Fields of other types, byte orders and places mean the same numbers.
-    swapped = np.zeros(3, [("rotateY", ">f8"), ("x", "i2"), ("y", "f4"), ("z", "f4"), ("rotateX", "f4"), ("rotateZ", "f4")])
+    swapped = np.zeros(3, [("rotateY", ">f8"), ("x", "i2"), *((name, "f4") for name in ("y", "z", "rotateX", "rotateZ"))])
     swapped["rotateY"] = places["rotateY"]
     np.testing.assert_array_equal(kx.KXM4Position(swapped, kx.KX_ORDER_YXZ)[0], matrices)
     mixed = np.array([(0, 4, 1, 2)], [("x", "<i2"), ("y", ">f8"), ("colour", "u1"), ("z", "<f4")])[["x", "y", "z"]]
