@@ -2,6 +2,56 @@
 
 using namespace test;
 
+static const KXM4 unit4 = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+static const KXM3 unit3 = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
+TEST_CASE("KXM4Unit and KXM3Unit fill the record")
+{
+    Guarded<KXM4> four;
+    KXM4Unit(&four.record);
+    four.check("KXM4Unit", unit4);
+    Guarded<KXM3> three;
+    KXM3Unit(&three.record);
+    three.check("KXM3Unit", unit3);
+}
+
+/** Every element in turn, at both sides of its bound. */
+template <int Size, typename Matrix>
+static void check_bounds(const Matrix &unit, std::int32_t (*is_unit)(const Matrix *))
+{
+    struct Row {
+        float diagonal, other;
+        std::int32_t verdict;
+    };
+    const Row rows[] = {
+        {1.0000009536743164f, tolerance, 1},
+        {1.000001072883606f, above_tolerance, 0},
+        {0.9999990463256836f, -tolerance, 1},
+        {0.9999989867210388f, -above_tolerance, 0},
+        {2, 2, 0},
+    };
+    CHECK(is_unit(&unit) == 1);
+    Matrix unknown = unit;
+    unknown.m[0][1] = not_a_number;
+    CHECK(is_unit(&unknown) == 1); // a NaN is not above the tolerance
+    for (int r = 0; r < Size; ++r) {
+        for (int c = 0; c < Size; ++c) {
+            for (const Row &row : rows) {
+                Matrix m = unit;
+                m.m[r][c] = r == c ? row.diagonal : row.other;
+                CHECK_MESSAGE(is_unit(&m) == row.verdict, "row ", r, ", column ", c, ": ",
+                              m.m[r][c]);
+            }
+        }
+    }
+}
+
+TEST_CASE("KXM4IsUnit and KXM3IsUnit")
+{
+    check_bounds<4>(unit4, KXM4IsUnit);
+    check_bounds<3>(unit3, KXM3IsUnit);
+}
+
 TEST_CASE("Every elementary transform fills the whole record")
 {
     const auto check = [](const char *label, void (*fill)(KXM4 *), const KXM4 &wanted) {
