@@ -34,15 +34,9 @@ void KXM4P3I1(const KXM4 *m, const KXP3 *p, KXP3 *out)
 
 void KXM4P4(const KXM4 *m, const KXP4 *p, KXP4 *out)
 {
-    // Two rows side by side.
     const Double2 xy = load2(&p->x), zw = load2(&p->z);
-    const auto rows = [xy, zw](const float *row_a, const float *row_b) {
-        const Double2 a = load2(row_a) * xy, a_end = load2(row_a + 2) * zw;
-        const Double2 b = load2(row_b) * xy, b_end = load2(row_b + 2) * zw;
-        return narrow(unpack_low(a, b) + unpack_high(a, b) + unpack_low(a_end, b_end) +
-                      unpack_high(a_end, b_end));
-    };
-    const Float2 image_xy = rows(m->m[0], m->m[1]), image_zw = rows(m->m[2], m->m[3]);
+    const Float2 image_xy = two_rows(m->m[0], m->m[1], xy, zw);
+    const Float2 image_zw = two_rows(m->m[2], m->m[3], xy, zw);
     store(&out->x, image_xy);
     store(&out->z, image_zw);
 }

@@ -1,4 +1,4 @@
-/* One point with two coordinates by a matrix. */
+/* One point by a matrix, in vectors of two lanes. */
 #ifndef KX_MATRIX_TRANSFORM_POINT_H
 #define KX_MATRIX_TRANSFORM_POINT_H
 
@@ -8,6 +8,15 @@
 
 namespace kx
 {
+
+/** Two rows of a matrix, each times x, y, z and w: two coordinates, side by side. */
+KX_INLINE Float2 two_rows(const float *row_a, const float *row_b, Double2 xy, Double2 zw)
+{
+    const Double2 a = load2(row_a) * xy, a_end = load2(row_a + 2) * zw;
+    const Double2 b = load2(row_b) * xy, b_end = load2(row_b + 2) * zw;
+    return narrow(unpack_low(a, b) + unpack_high(a, b) + unpack_low(a_end, b_end) +
+                  unpack_high(a_end, b_end));
+}
 
 /** Of points if Moved, or of directions: those don't read the last column. */
 template <bool Moved>

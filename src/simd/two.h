@@ -58,20 +58,6 @@ KX_INLINE V subtract_exact_product(V c, V a, V b)
     return c - a * b;
 }
 
-/**
- * Lets what follows read these values from memory, where a load brings one into all lanes.
- * Compilers would rather shuffle the vectors that were stored there.
- */
-template <typename Values>
-KX_INLINE void read_back(Values &values)
-{
-#if defined(__GNUC__)
-    __asm__("" : "+m"(values));
-#else
-    static_cast<void>(values);
-#endif
-}
-
 /** Four columns as four rows, or the reverse. */
 KX_INLINE void transpose(Float4 &a, Float4 &b, Float4 &c, Float4 &d)
 {

@@ -101,6 +101,16 @@ KX_INLINE void store(float *to, Vector v)
 KX_INLINE Vector load_in_groups(const float *from) { return load(from); }
 #endif
 
+/**
+ * Lets what follows read these values from memory, where a load brings one into all lanes.
+ * Compilers would rather shuffle the vectors that were stored there.
+ */
+template <typename Values>
+KX_INLINE void read_back(Values &values)
+{
+    __asm__("" : "+m"(values));
+}
+
 } // namespace kx
 
 #endif

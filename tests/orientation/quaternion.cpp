@@ -20,6 +20,13 @@ TEST_CASE("KXGenerateQuat")
     check("next to half a turn: w is the cosine, not a root", 3.1f, {0, 1, 0},
           {0, 0.99978375f, 0, 0.020794876f});
     check("no angle leaves the axis its signs", 0, {-1, 2, -2}, {-0.0f, 0, -0.0f, 1});
+    check("-0 has a sine of -0", -0.0f, {1, 0, 0}, {-0.0f, -0.0f, -0.0f, 1});
+    check("the sine's last term decides", 0x1.920b76p+0f, {0, 0, 1},
+          {0, 0, 0.706997573f, 0.707216024f});
+    check("the cosine's last term decides", 0x1.916136p+0f, {0, 0, 1},
+          {0, 0, 0.706078351f, 0.708133698f});
+    check("too large for a reduction in double", 0x1.338e6ep+35f, {0, 0, 1},
+          {0, 0, 0.605170965f, -0.79609555f});
     check("no axis leaves w", 1, {0, 0, 0}, {0, 0, 0, 0.87758255f});
     check("all singles", 2, {1, -2, 3}, {0.224892572f, -0.449785143f, 0.67467773f, 0.540302277f});
     check("too short to be made unit", 1, {0, -tolerance, 0},

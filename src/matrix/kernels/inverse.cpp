@@ -68,7 +68,7 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
     // or above 0 and of the others: to the sum that it does not belong to a term adds 0, which
     // avoids an unpredictable branch. A term that is subtracted changes sides.
     const Double4 elements = permute<0, 1, 2, 2>(row0);
-    const double first_term = round_to_single(low(plus) * low(row0));
+    const double first_term = round_to_single(low(plus) * low(row0)); // m11*m22*m00
     const Double4 plus_terms = replace_lane0(first_term, plus * elements);
     const Double4 minus_terms = minus * elements;
     const Double4 plus_above = positive_part(plus_terms), plus_below = negative_part(plus_terms);

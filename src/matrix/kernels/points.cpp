@@ -46,6 +46,7 @@ namespace KX_INSTRUCTION_SET
 
 void position(const KXM4 *m, const KXP3 *p, KXP3 *out)
 {
+#if KX_HAS_DOUBLE4
     const Double4 xyz1 = join(load2(&p->x), lanes(widen(p->z), 1.0));
     const Double4 a = load4(m->m[0]) * xyz1; // m00*x  m01*y  m02*z  m03
     const Double4 b = load4(m->m[1]) * xyz1;
@@ -57,6 +58,12 @@ void position(const KXM4 *m, const KXP3 *p, KXP3 *out)
     const Double4 image =
         join_low(ab02, cc02) + join_low(ab13, cc13) + join_high(ab02, cc02) + join_high(ab13, cc13);
     store3(&out->x, narrow(image));
+#else
+    const Double2 xy = load2(&p->x), z1 = lanes(widen(p->z), 1.0);
+    const Double2 c = load2(m->m[2]) * xy, c_end = load2(m->m[2] + 2) * z1;
+    store(&out->x, two_rows(m->m[0], m->m[1], xy, z1));
+    out->z = narrow(low(c) + high(c) + low(c_end) + high(c_end));
+#endif
 }
 
 void directions(const KXM3 *m, uint32_t count, const KXP2 *in, KXP2 *out)

@@ -46,17 +46,15 @@ struct Columns3 {
     }
 };
 
+#if KX_HAS_DOUBLE4
 /** Prefetches the lines that are written soon; an address past the end is harmless. */
 KX_INLINE void prefetch_output(const float *to)
 {
-#if defined(__GNUC__)
     const uintptr_t ahead = reinterpret_cast<uintptr_t>(to) + 2048;
     __builtin_prefetch(reinterpret_cast<const void *>(ahead), 1);
     __builtin_prefetch(reinterpret_cast<const void *>(ahead + 64), 1);
-#else
-    static_cast<void>(to);
-#endif
 }
+#endif
 
 #if KX_HAS_DOUBLE4 && !defined(__AVX512F__)
 

@@ -1,4 +1,9 @@
-/* The box around a transformed box. */
+/*
+ * The box around a transformed box. For each row r of the matrix, over its columns c in order,
+ *
+ *     a = minimum[c]*m[r][c],  b = maximum[c]*m[r][c]          b is single
+ *     lowest[r] += lower of a and b,  highest[r] += higher     from m[r][3]; each sum is single
+ */
 #include "kernels.h"
 
 #include "simd/four.h"
@@ -8,11 +13,7 @@ using namespace kx;
 namespace
 {
 
-/**
- * What matrix elements add to the lowest and the highest coordinates: the lower and the higher of
- * their products with both ends of the box, a with the minimum and b, which is single, with the
- * maximum.
- */
+/** Where they are equal, or one is a NaN, b is the lower. */
 template <typename Doubles>
 KX_INLINE void sort(Doubles a, Doubles b, Doubles *lower, Doubles *higher)
 {
@@ -20,7 +21,7 @@ KX_INLINE void sort(Doubles a, Doubles b, Doubles *lower, Doubles *higher)
     *higher = max(b, a);
 }
 
-/** Lowest or highest coordinates, from what the three elements of a row add to the translation. */
+/** Lowest or highest coordinates: the translation and what the three columns add to it. */
 template <typename Doubles>
 KX_INLINE auto sum(Doubles translation, Doubles x, Doubles y, Doubles z)
 {
@@ -62,8 +63,8 @@ KX_INLINE void transform_in_pairs(const KXP3 &minimum, const KXP3 &maximum, cons
     Double2 lower_x, higher_x, lower_y, higher_y, lower_z, higher_z;
 
     const Float4 row_x = load_floats4(m.m[0]), row_y = load_floats4(m.m[1]);
-    const Float4 columns_xy = interleave_low(row_x, row_y);
-    const Float4 columns_zw = interleave_high(row_x, row_y);
+    const Float4 columns_xy = interleave_low(row_x, row_y);  // m00 m10, m01 m11
+    const Float4 columns_zw = interleave_high(row_x, row_y); // m02 m12, m03 m13
     const Float4 b_xy = columns_xy * join(maximum_x, maximum_y);
     const Float4 b_zw = columns_zw * join(maximum_z, one);
     sort(widen(low_half(columns_xy)) * minimum_x, widen(low_half(b_xy)), &lower_x, &higher_x);
