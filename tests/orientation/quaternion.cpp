@@ -21,10 +21,11 @@ TEST_CASE("KXGenerateQuat")
           {0, 0.99978375f, 0, 0.020794876f});
     check("no angle leaves the axis its signs", 0, {-1, 2, -2}, {-0.0f, 0, -0.0f, 1});
     check("-0 has a sine of -0", -0.0f, {1, 0, 0}, {-0.0f, -0.0f, -0.0f, 1});
-    check("the sine's last term decides", 0x1.920b76p+0f, {0, 0, 1},
-          {0, 0, 0.706997573f, 0.707216024f});
-    check("the cosine's last term decides", 0x1.916136p+0f, {0, 0, 1},
-          {0, 0, 0.706078351f, 0.708133698f});
+    // Nearer to a tie than any term of a series may be wrong.
+    check("a sine above a tie", 0x1.89f59p+0f, {0, 0, 1}, {0, 0, 0.695741475f, 0.718292296f});
+    check("a sine below a tie", 0x1.8bfa1ep+0f, {0, 0, 1}, {0, 0, 0.698566794f, 0.71554482f});
+    check("a cosine above a tie", 0x1.91b66ap+0f, {0, 0, 1}, {0, 0, 0.706538498f, 0.707674623f});
+    check("a cosine below a tie", 0x1.8bbf96p+0f, {0, 0, 1}, {0, 0, 0.698247194f, 0.715856671f});
     check("too large for a reduction in double", 0x1.338e6ep+35f, {0, 0, 1},
           {0, 0, 0.605170965f, -0.79609555f});
     check("no axis leaves w", 1, {0, 0, 0}, {0, 0, 0, 0.87758255f});
