@@ -59,6 +59,14 @@ TEST_CASE("KXQuatToMatrix")
                 {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0},
                 {0, 0, 0, 1}}});
 
+    const KXQuat long_one = {6.5f, 5.5f, 6.5f, -5.5f};
+    KXQuatToMatrix(&long_one, &out.record);
+    out.check("2 divided by the sum of squares",
+              {{{-0x1.054beap-26f, 0x1.f8f01cp-1f, 0x1.52fabp-3f, 0},
+                {0x1p-25f, -0x1.52fabap-3f, 0x1.f8f01cp-1f, 0},
+                {1, -0x1p-25f, -0x1p-24f, 0},
+                {0, 0, 0, 1}}});
+
     const KXQuat unit = {0.224892572f, -0.449785143f, 0.67467773f, 0.540302277f};
     KXQuatToMatrix(&unit, &out.record);
     out.check("a unit quaternion is divided by its squares as well",

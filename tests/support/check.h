@@ -160,13 +160,14 @@ void check_two_in_out(const std::string &label, const Record &a, const Record &b
 
 /**
  * What array functions are tried with: every remainder of a block of any size, with no block before
- * it and with many; and counts of more than 16 bits that end within a block.
+ * it and with many; and counts of more than 16 and 20 bits that end within a block. The last makes
+ * arrays that no second cache holds.
  */
 inline std::vector<std::uint32_t> array_counts()
 {
     std::vector<std::uint32_t> counts(85);
     std::iota(counts.begin(), counts.end(), 0U);
-    counts.insert(counts.end(), {0x10001, 0x1000b});
+    counts.insert(counts.end(), {0x10001, 0x1000b, 0x100003});
     return counts;
 }
 
