@@ -20,7 +20,16 @@ const space = kx.createWorkspace(6e6);
 space.array.set(points);
 const [spaceIn, spaceOut] = [space.array.subarray(0, 3e6), space.array.subarray(3e6)];
 const attribute = new BufferAttribute(points.slice(), 3);
+const [few, fewMoved, spaceFew, spaceFewMoved] = [points, moved, spaceIn, spaceOut].map((all) => all.subarray(0, 3e3));
+const fewAttribute = new BufferAttribute(few.slice(), 3);
 const [glIn, glOut] = [vec3.create(), vec3.create()];
+function withGlMatrix(from, to) {
+  for (let i = 0; i < from.length; i += 3) {
+    glIn[0] = from[i]; glIn[1] = from[i + 1]; glIn[2] = from[i + 2];
+    vec3.transformMat4(glOut, glIn, a[0]);
+    to[i] = glOut[0]; to[i + 1] = glOut[1]; to[i + 2] = glOut[2];
+  }
+}
 
 const jobs = {
   "product, ns": [1e6 / records, 200, {
@@ -33,16 +42,16 @@ const jobs = {
     "gl-matrix": every((i) => mat4.invert(out, a[i])),
     "three.js": every((i) => threeOut.copy(threeA[i]).invert()),
   }],
+  "a thousand points, µs": [1e3, 10, {
+    "kxmaths5, copied": () => kx.KXM4NP3I1(a[0], few, fewMoved),
+    "kxmaths5, workspace": () => space.KXM4NP3I1(a[0], spaceFew, spaceFewMoved),
+    "gl-matrix": () => withGlMatrix(few, fewMoved),
+    "three.js": () => fewAttribute.applyMatrix4(threeA[0]),
+  }],
   "a million points, ms": [1, 1, {
     "kxmaths5, copied": () => kx.KXM4NP3I1(a[0], points, moved),
     "kxmaths5, workspace": () => space.KXM4NP3I1(a[0], spaceIn, spaceOut),
-    "gl-matrix": () => {
-      for (let i = 0; i < 3e6; i += 3) {
-        glIn[0] = points[i]; glIn[1] = points[i + 1]; glIn[2] = points[i + 2];
-        vec3.transformMat4(glOut, glIn, a[0]);
-        moved[i] = glOut[0]; moved[i + 1] = glOut[1]; moved[i + 2] = glOut[2];
-      }
-    },
+    "gl-matrix": () => withGlMatrix(points, moved),
     "three.js": () => attribute.applyMatrix4(threeA[0]),
   }],
 };

@@ -168,7 +168,11 @@ function ordinaryFunction(plan) {
 }
 
 function functionText(plan) {
+  if (plan.symbol === "KXM4Mult") return "  KXM4Mult,";
   const body = plan.array ? arrayFunction(plan) : ordinaryFunction(plan);
+  if (plan.symbol === "KXM4Inverse") {
+    body.unshift("const inverse = invertAffine(m, out);", "if (inverse !== undefined) return inverse;");
+  }
   return `  ${plan.js}(${parameters(plan)}) {\n${body.map((line) => `    ${line}`).join("\n")}\n  },`;
 }
 
@@ -235,7 +239,8 @@ ${floats.map((i) => `    to[${i}] = floats[at + ${i}];`).join("\n")}
 }
 
 const core = `// Made by generate.mjs from the description of the library.
-import { Heap, refuseRecord } from "./heap.js";
+import { KXM4Mult, invertAffine } from "./arithmetic.js";
+import { Heap, check, refuseRecord } from "./heap.js";
 
 ${values.map((each) => `export const ${each.name} = ${each.value};`).join("\n")}
 
@@ -258,9 +263,6 @@ export function record(type, values) {
 function functions(heap) {
   const { exports: w, floats, slots } = heap;
   const first = slots >> 2;
-  const check = (record, count, name) => {
-    if (!(record instanceof Float32Array && record.length === count)) refuseRecord(record, count, name);
-  };
   const slot = (index) => slots + index * ${slotBytes};
 
   // Written out, since a loop over a record's floats takes longer than most functions.

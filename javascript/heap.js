@@ -20,6 +20,11 @@ export function refuseRecord(record, count, name) {
   refuse(RangeError, name, `has ${record.length} floats, not ${count}`);
 }
 
+/** Refuses what isn't a record of so many floats. */
+export function check(record, count, name) {
+  if (!(record instanceof Float32Array && record.length === count)) refuseRecord(record, count, name);
+}
+
 export class Heap {
   /** @param {WebAssembly.Module} module
    *  @param {number} floats how many floats the caller gets of the memory */

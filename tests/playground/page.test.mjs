@@ -214,6 +214,22 @@ test("files that can't be read are said so, in a sentence, and the mesh stays", 
   assert.ok(await page.isHidden("#problem"));
 });
 
+test("digests and replay are those of the native build, and one bit changed is noticed", async () => {
+  await visit("#tab=same-bits");
+  await page.locator("#digests-verdict.good").waitFor();
+  assert.equal(await page.innerText("#digests-verdict"), "92 of 92 digests are those of the native build.");
+  await page.locator(".function").first().focus();
+  await page.keyboard.press("ArrowRight");
+  assert.match(await page.innerText("#digest-details"), /^KXV3Normalise: [0-9a-f]{16}, here and natively$/);
+  await page.locator("#replay-verdict.good").waitFor({ timeout: 90000 });
+  assert.equal(await page.locator("#checkpoints .same").count(), 10);
+  await page.click("#replay-bit");
+  await page.locator("#checkpoints .other").first().waitFor();
+  assert.equal(await page.locator("#checkpoints .same").count(), 0);
+  await page.click("#replay-again");
+  await page.locator("#checkpoints .same").first().waitFor();
+});
+
 test("any address, a narrow screen, and both themes", async () => {
   const background = () => page.evaluate(() => getComputedStyle(document.documentElement).backgroundColor);
   await visit("#tab=none&p=1,2&r=a,b,c&order=&ray=1,2&eye=NaN,1&box=Infinity,0,0,1,1,1&unknown=1", { width: 360, height: 740, colorScheme: "dark" });
