@@ -45,7 +45,6 @@ function meshPicker(first) {
   const view = new View(element("pick-view"), { distance: 6.5, eye, paint() {
     view.floor();
     view.mesh(mesh.shape, [place.matrix], [colour("mesh")]);
-    if (!state.ray.length) return;
     const ray = vector(state.ray);
     const end = found.point ?? along(ray, 12);
     view.lines([along(ray, 0.2), end], { stroke: colour("accent"), width: 1.5, dash: [5, 4] });
@@ -61,7 +60,7 @@ function meshPicker(first) {
     click: aim,
     key(event, step) {
       if (event.shiftKey && step) return false;
-      const [x, y] = state.ray.length && step ? view.project(found.point ?? along(vector(state.ray), 6)) : [view.width / 2, view.height / 2];
+      const [x, y] = step ? view.project(found.point ?? along(vector(state.ray), 6)) : [view.width / 2, view.height / 2];
       aim(x + (step?.[0] ?? 0), y - (step?.[1] ?? 0));
       return true;
     },
@@ -71,10 +70,10 @@ function meshPicker(first) {
     place = placement(state);
     found = {};
     element("cast-time").textContent = "";
-    let text = "<p>No ray yet: click the mesh.</p>";
-    if (state.ray.length && !place.inverse) {
+    let text = "<p>Its hierarchy of boxes is being built…</p>";
+    if (!place.inverse) {
       text = "<p class='off'>The mesh is flat here: its matrix is singular, so no ray can be taken into its space.</p>";
-    } else if (state.ray.length && hierarchy) {
+    } else if (hierarchy) {
       found = castAt(mesh, hierarchy, place);
       element("cast-time").textContent = `${found.time < 1 ? "Less than 1" : Math.round(found.time)} µs for this ray, among ${(mesh.triangles.length / 3).toLocaleString("en")} triangles.`;
       text = !found.point ? "<p>The ray misses the mesh.</p>" : facts([["Triangle", found.triangle.toLocaleString("en")], ["Point", numbers(found.point)],

@@ -9,7 +9,7 @@ const initial = {
   // The eye's azimuth and elevation, in degrees.
   eye: [25, 18],
   // Pick: the ray at the mesh; and box, ray and triangle, whose ray may be taken as a line.
-  ray: [],
+  ray: [2.6, 2, 5.5, -0.37, -0.28, -0.88],
   box: [-1, -0.5, -0.5, 0, 0.5, 0.5],
   path: [-1.9, 0.27, 0.78, -1.2, 0.2, 0.5],
   triangle: [0.8, -0.8, -0.6, 1.7, -0.7, 0.5, 1.1, 0.9, -0.5],
@@ -33,9 +33,8 @@ export function onChange(listener) {
 
 /** Numbers as they are in an address; undefined unless there are as many as there should be. */
 function numbers(text, name) {
-  const list = text === "" ? [] : text.split(",").map(Number);
-  const fits = list.length === initial[name].length || (name === "ray" && list.length === 6);
-  return fits && list.every((each) => Math.abs(each) < 1e6) ? list : undefined;
+  const list = text.split(",").map(Number);
+  return list.length === initial[name].length && list.every((each) => Math.abs(each) < 1e6) ? list : undefined;
 }
 
 /** Takes the state from the address. What makes no sense there is as it is at the start. */
