@@ -6,14 +6,15 @@
  * the record, so that any C function takes it by address, and the array forms take arrays of it.
  * Small operators are inline; everything else calls C. Results have the bits that C gives.
  *
- *     a point is no vector   m * point moves, m * vector turns; point - point is a vector
- *     failures are values    std::optional, empty where C reports a status
+ *     points and vectors     m * point applies the translation, m * vector does not; point - point
+ *                            is a vector
+ *     failures               are empty std::optionals, where C reports a status
  *     angles                 are radians; kxm::radians(90) makes them from degrees
  *     {} makes               a zero vector, the origin, the identity of matrices and quaternions,
- *                            and the empty box that any point makes larger
+ *                            and an empty box
  *
- * What returns a std::optional is a template, so that a program pays at compile time for those
- * alone that it uses; its argument is never given. kxmaths5/print.hpp has << and std::formatter.
+ * Functions that return a std::optional are templates, so that a program compiles only those that
+ * it uses; don't give the argument. kxmaths5/print.hpp has << and std::formatter.
  */
 #ifndef KXMATHS5_HPP
 #define KXMATHS5_HPP
@@ -627,7 +628,7 @@ struct point3 : KXP3 {
         KXP3ChangeUnits(static_cast<KXUnit>(from), static_cast<KXUnit>(to), &p);
         return p;
     }
-    /** Turned about an axis through the origin, a unit vector, by radians: KXRotateInPlane. */
+    /** Rotated about an axis through the origin, a unit vector, by radians: KXRotateInPlane. */
     [[nodiscard]] point3 rotated(const vec3 &axis, float angle) const
     {
         point3 p = *this;
@@ -768,7 +769,7 @@ struct quat : KXQuat {
     {
         return quat(KXQuat{x_, y_, z_, w_});
     }
-    /** A turn about an axis of any length, by radians: KXGenerateQuat. */
+    /** A rotation about an axis of any length, by radians: KXGenerateQuat. */
     [[nodiscard]] static quat about(const vec3 &axis, float angle)
     {
         return detail::result<quat>(KXGenerateQuat, angle, &axis);
@@ -931,12 +932,12 @@ struct mat3 : KXM3 {
     {
         return detail::result<mat3>(KXM3Add, &a, &b);
     }
-    /** A position moved: KXM3P2I1. */
+    /** A position transformed: KXM3P2I1. */
     [[nodiscard]] friend point2 operator*(const mat3 &m, const point2 &p)
     {
         return detail::result<point2>(KXM3P2I1, &m, &p);
     }
-    /** A direction turned: KXM3P2I0. */
+    /** A direction transformed: KXM3P2I0. */
     [[nodiscard]] friend vec2 operator*(const mat3 &m, const vec2 &v)
     {
         return detail::result<vec2>(KXM3P2I0, &m, &v);
@@ -1122,17 +1123,17 @@ struct mat4 : KXM4 {
     {
         return detail::result<mat4>(KXM4Add, &a, &b);
     }
-    /** A position moved; row 3 is not read: KXM4P3I1. */
+    /** A position transformed; row 3 is not read: KXM4P3I1. */
     [[nodiscard]] friend point3 operator*(const mat4 &m, const point3 &p)
     {
         return detail::result<point3>(KXM4P3I1, &m, &p);
     }
-    /** A direction turned; neither row 3 nor column 3 is read: KXM4P3I0. */
+    /** A direction transformed; row 3 and column 3 are not read: KXM4P3I0. */
     [[nodiscard]] friend vec3 operator*(const mat4 &m, const vec3 &v)
     {
         return detail::result<vec3>(KXM4P3I0, &m, &v);
     }
-    /** A homogeneous point's image: KXM4P4. */
+    /** A homogeneous point transformed: KXM4P4. */
     [[nodiscard]] friend point4 operator*(const mat4 &m, const point4 &p)
     {
         return detail::result<point4>(KXM4P4, &m, &p);
@@ -1157,11 +1158,11 @@ struct there_and_back {
     mat4 back;  /**< Its inverse. */
 };
 
-/** Where something is and how it is turned: x, y, z and, in radians, rotateX, rotateY, rotateZ. */
+/** A position and three Euler angles: x, y, z and, in radians, rotateX, rotateY, rotateZ. */
 struct position : KXPosition {
-    /** The origin, not turned. */
+    /** The origin, not rotated. */
     constexpr position() : KXPosition{0.0f, 0.0f, 0.0f, 0.0f, 0.0f, 0.0f} {}
-    /** At a point, turned about the three axes by radians. */
+    /** At a point, rotated about the three axes by radians. */
     constexpr explicit position(const point3 &at, float rotate_x = 0.0f, float rotate_y = 0.0f,
                                 float rotate_z = 0.0f)
         : KXPosition{at.x, at.y, at.z, rotate_x, rotate_y, rotate_z}
@@ -1263,7 +1264,7 @@ inline plane_placement mat3::placement() const
 
 /** An axis-aligned box. */
 struct box : KXBox {
-    /** The empty box, inverted, that any point or box put into it makes its own. */
+    /** The empty box: inverted, so that the first point or box included becomes it. */
     constexpr box() : KXBox{{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}} {}
     /** By its corners with the lowest and the highest coordinates. */
     constexpr box(const point3 &lowest, const point3 &highest) : KXBox{lowest, highest} {}
@@ -1316,12 +1317,12 @@ struct box : KXBox {
     {
         return KXIsValidBox(this) != 0;
     }
-    /** Grows until it holds a point; whether it had to: KXPutPointInBox. */
+    /** Extends it to contain a point; true if it changed: KXPutPointInBox. */
     bool include(const point3 &p)
     {
         return KXPutPointInBox(&p, this) != 0;
     }
-    /** Grows until it holds another box: KXCombineBoxes. */
+    /** Extends it to contain another box: KXCombineBoxes. */
     void include(const box &other)
     {
         KXCombineBoxes(this, &other);
@@ -1428,7 +1429,7 @@ struct triangle : KXTriangle {
     [[nodiscard]] constexpr std::uint32_t vertex(int index) const { return corner[index].vertex; }
     /** The plane. */
     [[nodiscard]] constexpr kxm::plane plane() const { return kxm::plane(KXTriangle::plane); }
-    /** How much of each corner is in a point of the triangle; nothing if it has no area:
+    /** The barycentric coordinates of a point of it; nothing if it has no area:
      * kx_barycentric. */
     template <typename Weights = std::array<float, 3>>
     [[nodiscard]] std::optional<Weights> barycentric(const point3 *vertices, const point3 &p) const
@@ -1474,7 +1475,7 @@ struct line : KXLine {
         return detail::if_hit<Point>(KXLineIxTriangle, this, &t, vertices);
     }
 
-    /** The line carried: KXTransformLine. */
+    /** The line transformed: KXTransformLine. */
     [[nodiscard]] friend line operator*(const mat4 &m, const line &l)
     {
         return detail::result<line>(KXTransformLine, &l, &m);
@@ -1530,7 +1531,7 @@ struct ray : KXRay {
         return detail::if_hit<Point>(KXRayIxTriangle, this, &t, vertices);
     }
 
-    /** The ray carried, its direction made unit length: KXTransformRay. */
+    /** The ray transformed, its direction made unit length: KXTransformRay. */
     [[nodiscard]] friend ray operator*(const mat4 &m, const ray &r)
     {
         return detail::result<ray>(KXTransformRay, &r, &m);
@@ -1585,11 +1586,11 @@ struct direction_angles {
     return KXBearing(&of, &seen_from);
 }
 
-/** A camera's place, and what takes the world into its space. */
+/** The placement of a camera, and its inverse, the view. */
 struct viewpoint {
     mat4 placement; /**< From the camera's space to the world. */
     mat4 view;      /**< From the world to the camera's space. */
-    bool is_chosen; /**< The direction said too little, and another was chosen. */
+    bool is_chosen; /**< The direction was undefined, and one was chosen: kx_look_at. */
 };
 
 /** A camera at a point, looking at another along its -Z, X to the right, Y up: kx_look_at. */

@@ -18,8 +18,8 @@ namespace example
  * A mesh on a floor, in a space of its own: the mesh's own axes about the mesh's middle, scaled by
  * a power of two until the mesh is 512 to 1024 units across. The triangle test's tolerances are
  * absolute; what a mesh is measured in must not decide which of its triangles can be seen. Rays are
- * carried into this space, not the triangles out of it, and what is seen does not depend on how far
- * from the world's origin the mesh is.
+ * transformed into this space, not the triangles out of it, and what is seen does not depend on how
+ * far from the world's origin the mesh is.
  */
 class Scene
 {

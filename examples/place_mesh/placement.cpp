@@ -50,7 +50,7 @@ Placement place(Mesh mesh, const Options &options)
     p.matrix = at.matrix(order);
     std::vector<KXP3> placed(points.size());
     KXM4NP3I1(&p.matrix, count, points.data(), placed.data());
-    p.carried_box = p.matrix * p.own_box;
+    p.placed_box = p.matrix * p.own_box;
     p.tight_box = kxm::box(box_around(placed));
     p.mid_point = p.matrix * p.own_mid_point;
 
@@ -58,7 +58,7 @@ Placement place(Mesh mesh, const Options &options)
     const kxm::mat4 to_middle = kxm::mat4::translation(-kxm::vec3(p.own_mid_point));
     KXM4NP3I1(&to_middle, count, points.data(), points.data());
     KXM4NP3I0(&turn, count, points.data(), points.data());
-    p.carried_box_here = turn * (to_middle * p.own_box);
+    p.placed_box_here = turn * (to_middle * p.own_box);
     p.tight_box_here = kxm::box(box_around(points));
 
     const kxm::point3 observer(options.observer);
@@ -67,7 +67,7 @@ Placement place(Mesh mesh, const Options &options)
     p.seen = kxm::polar(observer, p.mid_point);
 
     // A box grown from points that overflowed is infinite, or too large to have a diagonal.
-    if (!is_finite(p.own_diagonal) || !is_finite(p.carried_box.diagonal()) ||
+    if (!is_finite(p.own_diagonal) || !is_finite(p.placed_box.diagonal()) ||
         !is_finite(p.mid_point) || !std::isfinite(p.seen.range)) {
         throw Failure("the mesh is too large for its place: a coordinate goes beyond 3.4e38");
     }
@@ -94,7 +94,7 @@ std::vector<ReportLine> report(const Placement &p, const Options &options)
                  in_degrees(static_cast<double>(at.rotateX)),
                  in_degrees(static_cast<double>(at.rotateY)),
                  in_degrees(static_cast<double>(at.rotateZ)), options.order_name.c_str())},
-        {"box carried", box(p.carried_box)},
+        {"box placed", box(p.placed_box)},
         {"box around", box(p.tight_box)},
         {"observer", point(options.observer)},
         {"mid-point at", point(p.mid_point)},
@@ -139,8 +139,8 @@ std::vector<ReportLine> report(const ReadBack &read)
         {"quaternion",
          text_of("(%.6g, %.6g, %.6g, %.6g)", static_cast<double>(q.x), static_cast<double>(q.y),
                  static_cast<double>(q.z), static_cast<double>(q.w))},
-        {"built again", text_of("from each of the three: at most %.1e off",
-                                static_cast<double>(read.largest_difference))},
+        {"rebuilt", text_of("from each of the three: at most %.1e off",
+                            static_cast<double>(read.largest_difference))},
     };
 }
 

@@ -24,13 +24,13 @@ struct Placement {
     kxm::point3 own_mid_point;
     kxm::vec3 own_diagonal;
     kxm::mat4 matrix;      /**< From the mesh's own space to its place. */
-    kxm::box carried_box;  /**< The mesh's own box, carried to its place. */
+    kxm::box placed_box;   /**< The mesh's own box, transformed to its place. */
     kxm::box tight_box;    /**< Around the points in their place. */
     kxm::point3 mid_point; /**< The middle of the mesh's own box, in its place. */
     /** The mesh and its boxes as placed, but about mid_point: far from the origin, singles have too
      * few bits for a shape. */
     Mesh mesh;
-    kxm::box carried_box_here, tight_box_here;
+    kxm::box placed_box_here, tight_box_here;
     double ground_range;         /**< From the observer to mid_point: along the ground, */
     double bearing;              /**< the direction on the ground from +Z towards +X, 0 to 2pi, */
     kxm::polar_coordinates seen; /**< and in space. */

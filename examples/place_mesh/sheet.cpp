@@ -24,7 +24,7 @@ constexpr Colour panel_paper = {0.965, 0.97, 0.98};
 constexpr Colour grid = {0.86, 0.88, 0.91};
 constexpr Colour ink = {0.17, 0.20, 0.25};
 constexpr Colour faint_ink = {0.45, 0.49, 0.55};
-constexpr Colour carried_box_ink = {0.88, 0.45, 0.10};
+constexpr Colour placed_box_ink = {0.88, 0.45, 0.10};
 constexpr Colour tight_box_ink = {0.15, 0.42, 0.75};
 constexpr std::array<Colour, 3> axis_ink = {
     {{0.80, 0.16, 0.18}, {0.13, 0.58, 0.24}, {0.12, 0.38, 0.84}}};
@@ -96,7 +96,7 @@ struct Scene {
 
 Scene scene_of(const Placement &placement)
 {
-    kxm::box whole = placement.carried_box_here;
+    kxm::box whole = placement.placed_box_here;
     whole.include(placement.tight_box_here);
     const kxm::vec3 extent = whole.diagonal();
     const Rectangle plot = three_views()[0].plot();
@@ -236,7 +236,7 @@ void draw_view(Pen &pen, const View &view, const Scene &scene, const std::string
     pen.confine(plot);
     pen.image(plot.x, plot.y, 1.0 / oversampling, shaded);
     const kxm::mat4 pixels = pixel_matrix(view, scene, 1.0, 0.0, 0.0);
-    draw_box(pen, placement.carried_box_here, pixels, carried_box_ink, 0.0);
+    draw_box(pen, placement.placed_box_here, pixels, placed_box_ink, 0.0);
     draw_box(pen, placement.tight_box_here, pixels, tight_box_ink, 6.0);
     pen.release();
     draw_axes(pen, view, scene, step);
@@ -258,11 +258,11 @@ void draw_report(Pen &pen, const Rectangle &panel, const std::vector<ReportLine>
         pen.fitted_text(left + 122, y, line.text, 14, ink, panel.width - 24 - 122 - 12);
     }
     y += 40;
-    pen.line(left, y - 5, left + 60, y - 5, carried_box_ink, 2.0);
-    pen.text(left + 72, y, "the mesh's own box, carried to its place", 14, ink);
+    pen.line(left, y - 5, left + 60, y - 5, placed_box_ink, 2.0);
+    pen.text(left + 72, y, "the mesh's own box, transformed to its place", 14, ink);
     y += 26;
     pen.line(left, y - 5, left + 60, y - 5, tight_box_ink, 2.0, 6.0);
-    pen.text(left + 72, y, "the box around the points in their place", 14, ink);
+    pen.text(left + 72, y, "the box around the placed points", 14, ink);
     pen.release();
 }
 

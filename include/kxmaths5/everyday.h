@@ -1,7 +1,7 @@
 /**
  * @file
- * What most hosts need as well: dot products, quaternion algebra, cameras, and what intersections
- * need of a mesh and do not return.
+ * What most hosts need as well: dot products, quaternion algebra, cameras, and for intersections
+ * the preparation of a mesh, and the parameter and the barycentric coordinates of a hit.
  *
  * All of it is `static inline`, in C99 that is also valid C++. kxmaths5.h does not include this
  * header, since it needs the host's <math.h>. In C, link with -lm.
@@ -127,7 +127,7 @@ static inline double kx_distance(const KXP3 *a, const KXP3 *b)
 
 /**
  * Linear interpolation: out = (1 - t)*a + t*b. With t = 0 it is a, with t = 1 b; outside 0 to 1 it
- * goes on along the line.
+ * extrapolates along the line.
  *
  * - Aliasing: out may be a, b or both; a and b may be one record.
  *
@@ -258,7 +258,7 @@ static inline void kx_quat_rotate(const KXQuat *q, const KXV3 *v, KXV3 *out)
  * @param[in]  a    the rotation at t = 0, a unit quaternion
  * @param[in]  b    the rotation at t = 1, a unit quaternion
  * @param[in]  t    how far from a to b
- * @param[out] out  the rotation between, as long as a and b are
+ * @param[out] out  the rotation between, of unit length like a and b
  */
 static inline void kx_quat_slerp(const KXQuat *a, const KXQuat *b, float t, KXQuat *out)
 {
@@ -548,9 +548,10 @@ static inline void kx_screen_to_ray(const KXM4 *projection, const KXM4 *placemen
 /** @} */
 
 /** @name Meshes for intersection
- * What the functions of spatial.h need of a mesh: coordinates around the origin, large enough for
- * their absolute tolerances, and each triangle started at the corner that loses the fewest bits.
- * And what they do not return: where on the path and where in the triangle a hit is.
+ * The functions of spatial.h need coordinates around the origin, large enough for their absolute
+ * tolerances, and each triangle started at the corner that loses the fewest bits. They return the
+ * point of a hit; kx_ray_parameter says where on the path that is, and kx_barycentric where in the
+ * triangle.
  */
 /** @{ */
 
@@ -616,7 +617,7 @@ static inline int32_t kx_fit_mesh(const KXBox *box, KXM4 *to, KXM4 *from)
  * selects. Where ep is small compared with the edge but not 0, as a quarter turn in singles leaves
  * it, the rounding of beta is divided by it, and rays at the triangle's inside miss. So the record
  * starts at the corner whose edge to the next has the largest |ep|, on a tie at the earlier one.
- * The corners keep their cyclic order, first, second, third, and the plane's normal its side.
+ * The corners keep their cyclic order, so the plane's normal keeps its side.
  *
  * The host's words become 0; fill them in afterwards, by the corners' vertices.
  *
@@ -717,9 +718,9 @@ static inline double kx_line_parameter(const KXLine *line, const KXP3 *point)
 }
 
 /**
- * The barycentric coordinates of a point of a triangle: how much of each corner is in it. They sum
- * to 1; what a host keeps for each corner, a normal, a colour, a texture coordinate, is at
- * the point weights[0]*corner[0]'s + weights[1]*corner[1]'s + weights[2]*corner[2]'s.
+ * The barycentric coordinates of a point of a triangle, which sum to 1. With v[k] a value that a
+ * host keeps for corner[k], such as a normal, a colour or a texture coordinate, the value at the
+ * point is weights[0]*v[0] + weights[1]*v[1] + weights[2]*v[2].
  *
  * With hp, hq, ep, eq, fp, fq as KXRayIxTriangle has them, in the projection that it uses:
  *

@@ -16,7 +16,7 @@ KX_BEGIN_DECLARATIONS
 /** @{ */
 
 /**
- * Length of a vector: sqrt(x*x + y*y + z*z). KX_TOLERANCE plays no part.
+ * Length of a vector: sqrt(x*x + y*y + z*z). KX_TOLERANCE is not used.
  *
  * @param[in] v  the vector, in any unit
  * @return the length in that unit, unrounded

@@ -81,7 +81,7 @@ KX_API void KXM3Mult(const KXM3 *a, const KXM3 *b, KXM3 *out);
 
 /**
  * Product of the upper-left 3x3 blocks of two 4x4 matrices, stored in the block of a third. Row 3
- * and column 3 of a and b play no part; those of out stay untouched.
+ * and column 3 of a and b are not read; those of out stay untouched.
  *
  *     out[r][c] = a[r][0]*b[0][c] + a[r][1]*b[1][c] + a[r][2]*b[2][c]     r, c = 0, 1, 2
  *

@@ -82,7 +82,7 @@ def report(points, placed, matrix, off, unit):
 
     print(f"own box       {text(own_box[0])} to {text(own_box[1])} {unit}")
     print(f"placed        {text(placed_box[0])} to {text(placed_box[1])} {unit}")
-    print(f"box carried   {text(carried[0])} to {text(carried[1])} {unit}")
+    print(f"box placed    {text(carried[0])} to {text(carried[1])} {unit}")
     print(f"from origin   range {away:.6g} {unit}, elevation {np.degrees(elevation):.6g}, "
           f"azimuth {np.degrees(azimuth):.6g} degrees")
     print(f"read back     {text(angles)} degrees in the order YXZ, scale {text(scale)}")

@@ -29,7 +29,7 @@ mid-point      (50, 100, 200) cm
 diagonal       (100, 200, 400) cm, length 458.258 cm
 position       (1000, 0, 0) cm
 rotation       X 0, Y 0, Z 90 degrees, order YXZ
-box carried    (800, 0, 0) to (1000, 100, 400) cm
+box placed     (800, 0, 0) to (1000, 100, 400) cm
 box around     (800, 0, 0) to (1000, 100, 400) cm
 observer       (900, -50, 200) cm
 mid-point at   (900, 50, 200) cm
@@ -38,7 +38,7 @@ in space       range 100 cm, elevation 90, azimuth 0 degrees
 read by rows   X 0, Y 0, Z 90 degrees, scale (1, 1, 1)
 by columns     X 0, Y 0, Z 90 degrees, scale (1, 1, 1)
 quaternion     (0, 0, 0.707107, 0.707107)
-built again    from each of the three: at most 4.4e-08 off
+rebuilt        from each of the three: at most 4.4e-08 off
 picture        placed.png, 1600 x 1200 pixels
 TEXT
 is_png placed.png 1600 1200
@@ -54,15 +54,15 @@ TEXT
 
 # Angles from rows are those of the order XYZ, angles from columns those of YXZ.
 for order in XYZ YXZ; do
-    "$program" wedge.obj --rotate 20 30 40 --order $order --output order.png | grep -E 'by|again'
+    "$program" wedge.obj --rotate 20 30 40 --order $order --output order.png | grep -E 'by|rebuilt'
 done >read.txt
 diff - read.txt <<'TEXT' || fail "the placement is read back wrong"
 read by rows   X 20, Y 30, Z 40 degrees, scale (1, 1, 1)
 by columns     X 17.2294, Y 31.5667, Z 50.3141 degrees, scale (1, 1, 1)
-built again    from each of the three: at most 6.0e-08 off
+rebuilt        from each of the three: at most 6.0e-08 off
 read by rows   X 22.7959, Y 28.0243, Z 28.8298 degrees, scale (1, 1, 1)
 by columns     X 20, Y 30, Z 40 degrees, scale (1, 1, 1)
-built again    from each of the three: at most 6.0e-08 off
+rebuilt        from each of the three: at most 6.0e-08 off
 TEXT
 
 # The sheet: what is where, and that it is neither mirrored, upside down, shifted nor without its boxes.
@@ -71,12 +71,12 @@ pixels sheet.png <<'TEXT'
 450 250 166 155 138 from above: a face
 480 380 255 255 255 from above: paper, next to the mesh
 700 102 216 91 95 from above: the line of Z = 0
-400 512 225 115 25 from above: the carried box
+400 512 225 115 25 from above: the placed box
 330 850 75 70 63 from the front: a face away from the light
 450 900 244 228 203 from the front: one towards it
 1300 870 246 230 205 from the right: a face
 1350 950 112 105 93 from the right: the other
-1016 900 225 115 25 from the right: the carried box
+1016 900 225 115 25 from the right: the placed box
 1200 727 225 116 27 from the right: its upper side
 1426 700 85 173 107 from the right: the line of Z = 0
 700 41 43 51 64 the scale bar

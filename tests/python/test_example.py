@@ -22,7 +22,7 @@ def test_report(tmp_path):
     assert ran.returncode == 0, ran.stderr
     assert "own box       (0, 0, 0) to (100, 200, 400) cm\n" in ran.stdout
     assert "placed        (800, 0, 0) to (1000, 100, 400) cm\n" in ran.stdout
-    assert "box carried   (800, 0, 0) to (1000, 100, 400) cm\n" in ran.stdout
+    assert "box placed    (800, 0, 0) to (1000, 100, 400) cm\n" in ran.stdout
     assert "read back     (-0, 0, 90) degrees in the order YXZ, scale (1, 1, 1)\n" in ran.stdout
     assert (tmp_path / "place_mesh.png").read_bytes().startswith(b"\x89PNG")
 
