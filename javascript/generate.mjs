@@ -1,17 +1,20 @@
-// Writes what the package has of each function, from the description of the library:
+// Writes the package's modules, from the description of the library and from the library as WebAssembly:
 //
-//   core.js, core.d.ts   the functions, their types and contracts
-//   everyday.c           exports of the functions that are inline in C
+//   core.js, index.js    the functions; core.d.ts, index.d.ts their types and contracts
+//   wasm.js              the WebAssembly
 //
-// node generate.mjs KXMATHS5.JSON FOLDER
+// node generate.mjs KXMATHS5.JSON FOLDER KXMATHS5.WASM
+//
+// Without WebAssembly it writes what that is made with: everyday.c, exports of the functions that are inline in C.
 import { readFile, writeFile } from "node:fs/promises";
+import { deflateRawSync } from "node:zlib";
 
-const [, , apiPath, folder] = process.argv;
+const [, , apiPath, folder, program] = process.argv;
 const api = JSON.parse(await readFile(apiPath, "utf8"));
 const records = new Map(api.records.map((each) => [each.name, each]));
 const highest = new Map(api.enumerations.map((each) => [each.name, each.values.length - 1]));
 // Words that the language keeps for itself get an underscore.
-const reserved = new Set(["in", "from", "to"].filter((word) => word === "in"));
+const reserved = new Set(["in"]);
 const jsName = (name) => (reserved.has(name) ? `${name}_` : name);
 // This status says how an output was made, not that there is none.
 const alwaysWrites = new Set(["kx_look_at"]);
@@ -358,8 +361,21 @@ ${plans.map((each) => `export const ${each.js}: Functions["${each.js}"];`).join(
 export function createWorkspace(floats: number): Workspace;
 `;
 
-for (const [name, text] of Object.entries({
-  "core.js": core, "core.d.ts": types, "everyday.c": everyday, "index.js": main, "index.d.ts": mainTypes,
-})) {
-  await writeFile(`${folder}/${name}`, text);
+const embed = async () => `// Made by generate.mjs: the WebAssembly, deflated.
+const text = "${deflateRawSync(await readFile(program), { level: 9 }).toString("base64")}";
+
+/** The WebAssembly, to be compiled. */
+export async function bytes() {
+  const deflated = Uint8Array.from(atob(text), (letter) => letter.charCodeAt(0));
+  const stream = new Blob([deflated]).stream().pipeThrough(new DecompressionStream("deflate-raw"));
+  return new Uint8Array(await new Response(stream).arrayBuffer());
 }
+`;
+const wasmTypes = `/** The WebAssembly, to be compiled; it imports nothing. */
+export function bytes(): Promise<Uint8Array>;
+`;
+
+const files = program
+  ? { "core.js": core, "core.d.ts": types, "index.js": main, "index.d.ts": mainTypes, "wasm.js": await embed(), "wasm.d.ts": wasmTypes }
+  : { "everyday.c": everyday };
+for (const [name, text] of Object.entries(files)) await writeFile(`${folder}/${name}`, text);
