@@ -822,6 +822,16 @@ TEST_CASE("arrays")
     check_convert<point4>("KXP4ChangeNUnits", KXP4ChangeNUnits);
     check_convert<plane>("KXPlaneChangeNUnits", KXPlaneChangeNUnits);
 
+    // More than a count of the C functions holds: the parts follow one another and end where the
+    // array does.
+    std::size_t end = 0;
+    kxm::detail::in_parts(static_cast<std::size_t>(0x200000005ULL),
+                          [&](std::size_t begin, std::uint32_t part) {
+                              CHECK(begin == end);
+                              end += part;
+                          });
+    CHECK(end == static_cast<std::size_t>(0x200000005ULL));
+
     const point3 points[] = {{1, 5, -2}, {0, 7, 3}, {4, 6, 1}};
     CHECK(box::around(points, 3) == box({0, 5, -2}, {4, 7, 3}));
     CHECK(!box::around(points, 0).is_valid());

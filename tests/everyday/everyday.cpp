@@ -126,6 +126,9 @@ TEST_CASE("kx_quat_slerp")
     const KXQuat a = turn(0.2f, {0, 0, 1}), b = turn(1.2f, {0, 0, 1});
     const KXQuat minus_b = {-b.x, -b.y, -b.z, -b.w};
     KXQuat q;
+    const KXQuat close = turn(0.24f, {0, 0, 1}), between = turn(0.21f, {0, 0, 1});
+    kx_quat_slerp(&a, &close, 0.25f, &q);
+    check_same("along the arc even where it is short", between, q);
     for (const KXQuat &end : {b, minus_b}) {
         kx_quat_slerp(&a, &end, 0.25f, &q);
         const KXQuat wanted = turn(0.45f, {0, 0, 1});
@@ -218,11 +221,11 @@ TEST_CASE("projections")
     }
 
     KXP3 out = {7, 7, 7};
-    const KXP4 direction = {1, 2, 3, -0.0f}, behind = {1, 2, 3, -2};
+    const KXP4 direction = {1, 2, 3, -0.0f}, behind = {1, 2, 3, -2.1e-8f};
     CHECK(kx_divide_by_w(&direction, &out) == 1);
     check_same("a direction writes nothing", KXP3{7, 7, 7}, out);
     CHECK(kx_divide_by_w(&behind, &out) == 0);
-    check_same("at the camera's back", KXP3{-0.5f, -1, -1.5f}, out);
+    check_same("at the camera's back, next to it", KXP3{-47619048, -95238096, -142857136}, out);
 }
 
 TEST_CASE("kx_screen_to_ray goes through what is seen at that place")

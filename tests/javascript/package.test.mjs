@@ -79,6 +79,24 @@ test("arrays of any length, copied, in place, overlapping, and in a workspace", 
   assert.equal(kx.KXM4NP3I1(m, new Float32Array(0)).length, 0);
 });
 
+test("array forms of every stride in a workspace, apart, in place and overlapping", () => {
+  const units = [kx.KX_UNIT_FOOT, kx.KX_UNIT_INCH];
+  const [m3, m4] = [9, 16].map((length) => Float32Array.from({ length }, (_, i) => i - 5));
+  const numbers = Float32Array.from({ length: 24 }, (_, i) => i + 1);
+  for (const [name, ...first] of [
+    ["KXM3NP2I0", m3], ["KXM3NP2I1", m3], ["KXM4NP3I0", m4], ["KXM4NP3I1", m4], ["KXM4NP4", m4],
+    ["KXP3ChangeNUnits", ...units], ["KXP4ChangeNUnits", ...units], ["KXPlaneChangeNUnits", ...units],
+  ]) {
+    for (const shift of [-12, -4, 0, 4, 12, 24]) {
+      const { array, [name]: call } = kx.createWorkspace(60);
+      const [from, to] = [array.subarray(12, 36), array.subarray(12 + shift, 36 + shift)];
+      from.set(numbers);
+      call(...first, from, to);
+      assert.deepEqual(to.slice(), kx[name](...first, numbers), `${name}, shifted by ${shift}`);
+    }
+  }
+});
+
 test("triangles, rays and the everyday functions", () => {
   const triangle = kx.triangle(vertices, 0, 1, 2);
   const hit = kx.KXRayIxTriangle(floats(1, 1, 5, 0, 0, -1), triangle, vertices);
