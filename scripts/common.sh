@@ -17,7 +17,7 @@ refuse() {
 
 # refuse_any "$@": for a script that takes no arguments.
 refuse_any() {
-    [ $# -eq 0 ] || refuse "there are no arguments, so $1 is none"
+    [ $# -eq 0 ] || refuse "takes no arguments, but got $1"
 }
 
 require_preset() {

@@ -139,8 +139,11 @@ std::vector<ReportLine> report(const ReadBack &read)
         {"quaternion",
          text_of("(%.6g, %.6g, %.6g, %.6g)", static_cast<double>(q.x), static_cast<double>(q.y),
                  static_cast<double>(q.z), static_cast<double>(q.w))},
-        {"rebuilt", text_of("from each of the three: at most %.1e off",
-                            static_cast<double>(read.largest_difference))},
+        {"rebuilt",
+         "from each of the three: " +
+             (read.largest_difference == 0.0f
+                  ? "exactly"
+                  : text_of("at most %.1e off", static_cast<double>(read.largest_difference)))},
     };
 }
 
