@@ -154,6 +154,11 @@ test("a ray is cast at the mesh by mouse and keyboard", async () => {
   await page.waitForFunction((before) => document.getElementById("pick-view").toDataURL() !== before, eye);
   await page.click("#pick-view", { position: { x: 5, y: 5 } });
   assert.equal(await page.innerText("#hit"), "The ray misses the mesh.");
+
+  // Turned by 45 degrees about X, then twice as high: the normal is stretched the other way.
+  await page.evaluate(() => { location.hash = "tab=pick&p=0,0,0&r=45,0,0&s=1,2,1&scale=last&ray=0,0,6,0,0,-9"; });
+  await page.waitForSelector("#hit dl");
+  assert.deepEqual((await texts("#hit dd")).slice(1), ["0.000  0.000  0.000", "0.000  −0.447  0.894", "6.000", "180.0°", "0.0°"]);
 });
 
 test("box, triangle and path are dragged, and are in the rows of the tables", async () => {
