@@ -64,7 +64,7 @@ static inline bool invert_block(const Matrix &m, InverseBlock *inverse)
 
     // The cofactors, divided by D. The two products of the first element are single; no others are.
     const double k = 1.0 / D;
-    const Double2 plus_minus = lanes(k, -k), minus_plus = lanes(-k, k);
+    const Double2 plus_minus = lanes(k, -k), minus_plus = swap_lanes(plus_minus);
     const Double2 singles = round_to_single(unpack_low(plus, minus));
     const Double2 minors0 = replace_low(low(singles) - high(singles), plus - minus);
     const Double2 minors1 = swapped0 * m22 - swapped2 * m02;

@@ -201,7 +201,7 @@ private:
     {
         swap(rows23[A], rows23[B]);
         swap(result[A], result[B]);
-        result[0] = exchange_rows<A, B>(result[0]);
+        // Column 0 has nothing to exchange: up to the end its rows below the first are alike.
         result[1] = exchange_rows<A, B>(result[1]);
         result[2] = exchange_rows<A, B>(result[2]);
         result[3] = exchange_rows<A, B>(result[3]);
