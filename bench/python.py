@@ -3,6 +3,7 @@
 import argparse
 import ctypes
 import pathlib
+import random
 import statistics
 import subprocess
 import tempfile
@@ -46,10 +47,13 @@ def c_loops(include):
 
 
 def timed(ways, repetitions):
-    """Median seconds of each way, all of them in turns."""
+    """Median seconds of each way, all of them in turns. What ran before empties caches, so the order is random."""
     seconds = {name: [] for name in ways}
+    order = random.Random(5)
     for _ in range(repetitions):
-        for name, way in ways.items():
+        for name in order.sample(list(ways), len(ways)):
+            way = ways[name]
+            way()
             started = time.perf_counter()
             way()
             seconds[name].append(time.perf_counter() - started)
@@ -67,7 +71,7 @@ def rows(count, loops):
     others = matrices[::-1].copy()
     vectors, squares = np.empty_like(a), np.empty_like(matrices)
     quats, parts = np.empty((count, 4), np.float32), np.zeros(count, kx.KXComponents)
-    one_box = np.empty((2, 3), np.float32)
+    one_box, statuses = np.empty((2, 3), np.float32), np.zeros(count, np.int32)
 
     def loop(name, first, second, out):
         arguments = [ctypes.c_long(count)] + [ctypes.c_void_p(each.ctypes.data if each is not None else None)
@@ -81,7 +85,7 @@ def rows(count, loops):
         "ours": lambda: kx.KXM4Mult(matrices, others, out=squares), "C": loop("product", matrices, others, squares),
         "NumPy": lambda: np.matmul(matrices, others, out=squares)}
     yield "an inverse", {
-        "ours": lambda: kx.KXM4Inverse(matrices, out=squares), "C": loop("inverse", matrices, None, squares),
+        "ours": lambda: kx.KXM4Inverse(matrices, out=(statuses, squares)), "C": loop("inverse", matrices, None, squares),
         "NumPy": lambda: np.linalg.inv(matrices)}
     yield "a point by one matrix", {
         "ours": lambda: kx.KXM4P3I1(matrix, a, out=vectors), "C": loop("points", a, matrix, vectors),
@@ -90,7 +94,8 @@ def rows(count, loops):
         "ours": lambda: kx.KXMatrixToQuat(matrices, out=quats), "C": loop("quaternion", matrices, None, quats),
         "SciPy": lambda: Rotation.from_matrix(rotations).as_quat()}
     yield "a decomposition", {
-        "ours": lambda: kx.KXM4Decompose(matrices, components=parts), "C": loop("decompose", matrices, None, parts),
+        "ours": lambda: kx.KXM4Decompose(matrices, out=(statuses, parts)),
+        "C": loop("decompose", matrices, None, parts),
         "SciPy": lambda: Rotation.from_matrix(rotations).as_euler("XYZ")}
     yield "a point put into a box", {
         "ours": lambda: kx.box_around(a), "C": loop("box", a, None, one_box),

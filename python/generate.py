@@ -10,6 +10,7 @@ import argparse
 import json
 import keyword
 import pathlib
+import re
 import textwrap
 
 NUMPY_TYPES = {"float": "NPY_FLOAT", "double": "NPY_DOUBLE", "int32": "NPY_INT32", "uint32": "NPY_UINT32"}
@@ -286,10 +287,16 @@ def section(title, entries):
     return f"{title}\n{'-' * len(title)}\n{text}" if text else ""
 
 
+def reflowed(text):
+    """Paragraphs filled; those that have formulas or tables as they are."""
+    return "\n\n".join(each if re.search(r"^ |  ", each, re.MULTILINE) else textwrap.fill(each, 92)
+                       for each in text.split("\n\n"))
+
+
 def docstring(function):
     described = function.described
     texts = {each["name"]: each["text"] for each in described["arguments"]}
-    parts = [described["brief"], described["text"],
+    parts = [described["brief"], reflowed(described["text"]),
              f"As a ufunc: {function.signature}"]
     parameters = [entry(each.name, each.type_text, texts[each.c_name]) for each in function.inputs]
     for each in function.outputs:
@@ -369,7 +376,8 @@ def functions_module(api):
 
 def constants_module(api):
     described = api.described
-    lines = ['"""Constants, enumerations and records. Made by generate.py."""', "import enum", "from typing import Any", "",
+    lines = ['"""Constants, enumerations and records. Made by generate.py."""',
+             "import enum", "from typing import Any", "",
              "from ._call import Record", "", f'VERSION = "{described["version"]}"']
     lines += [f"{each['name']} = {each['value']!r}" for each in described["constants"]]
     names = [each["name"] for each in described["constants"]]
