@@ -26,6 +26,8 @@ TEST_CASE("KXGenerateQuat")
     check("a sine below a tie", 0x1.8bfa1ep+0f, {0, 0, 1}, {0, 0, 0.698566794f, 0.71554482f});
     check("a cosine above a tie", 0x1.91b66ap+0f, {0, 0, 1}, {0, 0, 0.706538498f, 0.707674623f});
     check("a cosine below a tie", 0x1.8bbf96p+0f, {0, 0, 1}, {0, 0, 0.698247194f, 0.715856671f});
+    check("many quarter turns, next to one of them", 0x1.4ac55cp+22f, {0, 0, 1},
+          {0, 0, 1, -1.91002378e-08f});
     check("too large for a reduction in double", 0x1.338e6ep+35f, {0, 0, 1},
           {0, 0, 0.605170965f, -0.79609555f});
     check("no axis leaves w", 1, {0, 0, 0}, {0, 0, 0, 0.87758255f});
