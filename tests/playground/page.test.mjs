@@ -201,15 +201,6 @@ test("box, triangle and path are dragged, and are in the rows of the tables", as
   assert.match((await rows())[0], /^the box is inverted/);
 });
 
-test("digests and replay are the native ones, and one changed bit is noticed", async () => {
-  await visit("#tab=same-bits");
-  const verdict = (id, is) => page.waitForSelector(`#${id}-verdict.${is}`, { timeout: 120000 });
-  await Promise.all([verdict("digests", "good"), verdict("replay", "good")]);
-  assert.match(await page.innerText("#digests-verdict"), /^92 of 92/);
-  await page.click("#replay-bit");
-  await verdict("replay", "off");
-});
-
 test("files that can't be read are said so, in a sentence, and the mesh stays", async () => {
   await visit();
   for (const [name, content, sentence] of [
