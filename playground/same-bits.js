@@ -95,6 +95,7 @@ function digests(compiled) {
 }
 
 function tell(verdict, isGood, text) {
+  verdict.ariaBusy = "false";
   verdict.textContent = text;
   verdict.className = `verdict ${isGood ? "good" : "off"}`;
 }
@@ -159,7 +160,8 @@ function replay(compiled) {
       row.className = "";
       row.cells[1].firstChild.textContent = row.cells[2].textContent = "";
     }
-    element("replay-verdict").className = "verdict";
+    // Every step would be read out otherwise.
+    Object.assign(element("replay-verdict"), { className: "verdict", ariaBusy: "true" });
   }
   element("replay-again").addEventListener("click", () => start(false));
   element("replay-bit").addEventListener("click", () => start(true));
