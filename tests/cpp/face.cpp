@@ -223,6 +223,9 @@ TEST_CASE("vectors")
             return KXV3Length(&v) > double(KX_TOLERANCE) ? std::optional(out) : std::nullopt;
         },
         [](auto v, auto length) { return v.with_length(length); });
+    // As long as the tolerance is too short.
+    CHECK(!vec3(0, KX_TOLERANCE, 0).normalised());
+    CHECK(!vec3(0, KX_TOLERANCE, 0).with_length(5));
     compare<vec3>(
         "perpendicular", [](auto v) { return c<KXV3>(KXV3Perpendicular, &v); },
         [](auto v) { return v.perpendicular(); });
