@@ -57,6 +57,11 @@ TEST_CASE("One point")
     check_forms("P2I1, order", ordered3, {1, 1}, {0, 1}, KXM3P2I1, KXM3NP2I1);
     check_forms("P3I0, order", ordered4, {1, 1, 1}, {0, 1, 0}, KXM4P3I0, KXM4NP3I0);
     check_forms("P3I1, order", ordered4, {1, 1, 1}, {8, 3, 2}, KXM4P3I1, KXM4NP3I1);
+    // These make the terms of the last row large, 1 and -large.
+    check_forms("P3I0, order", ordered4, {large, 1 / large, 1}, {0x1p120f, 0x1p120f, 0}, KXM4P3I0,
+                KXM4NP3I0);
+    check_forms("P3I1, order", ordered4, {large, 1 / large, 1}, {0x1p120f, 0x1p120f, 2}, KXM4P3I1,
+                KXM4NP3I1);
     check_forms("P4, order", ordered4, {1, 1, 1, 1}, {8, 3, 2, 0}, KXM4P4, KXM4NP4);
 }
 
