@@ -385,7 +385,10 @@ static char *address_of(PyObject *value, const Operand *operand, PyArray_Descr *
     }
     if (operand->type == NPY_FLOAT && (PyFloat_Check(value) || PyLong_Check(value))) {
         const double wide = PyFloat_AsDouble(value);
-        PyErr_Clear(); /* Of an integer that no double reaches. */
+        if (PyErr_Occurred()) { /* Of an integer that no double reaches. */
+            PyErr_Clear();
+            return NULL;
+        }
         number->single = (float)wide;
         return fabs(wide) <= 0x1p53 ? (char *)number : NULL;
     }

@@ -46,7 +46,7 @@ def test_nearest_against_every_triangle(scale, shift):
                                rtol=1e-3, atol=1e-4 * scale + 1e-6 * shift)
     assert np.isnan(points[numbers < 0]).all() and np.isnan(distances[numbers < 0]).all()
 
-    assert (mesh.meets(rays) == (numbers >= 0)).all()
+    assert (mesh.meets(rays.reshape(20, 10, 2, 3).swapaxes(0, 1)) == (numbers >= 0).reshape(20, 10).T).all()
     ends = rays[:, 0] + 2 * scale * rays[:, 1] / lengths[:, None]
     blocked = mesh.blocks(np.stack([rays[:, 0], ends], axis=1))
     assert (blocked == (hit & (t.min(axis=1) * lengths < 2 * scale))).mean() > 0.98

@@ -4,6 +4,7 @@ import itertools
 import json
 import pathlib
 import pickle
+import tracemalloc
 
 import numpy as np
 import pytest
@@ -280,6 +281,9 @@ TRIANGLE = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2, 0, 0)), 0, (0, 0, 1
     (lambda: kx.KXBitCount(1.0), TypeError, "v is made of float64"),
     (lambda: kx.KXM4Scale(1, "2", 3), TypeError, "sy is made of"),
     (lambda: kx.KXRayIxTriangle(P[:2], TRIANGLE, P[:2]), ValueError, "triangle has the vertex 2"),
+    (lambda: kx.triangle(P, 0, 1, [0, 6]), ValueError, "third has the vertex 6"),
+    (lambda: kx.KXM4Position(TRIANGLE, 0), TypeError, "position is made of"),
+    (lambda: kx.KXM4Scale(10**400, 1, 1), TypeError, "sx is made of object"),
     (lambda: kx.KXRayIxTriangle(P[:2], [0, 1, 2], P), TypeError, "of the type KXTriangle"),
     (lambda: kx.KXV3Cross(P, P, casting="no", out=P.astype(float)), TypeError, "KXV3Cross"),
     (lambda: kx.KXV3Length(np.ma.masked_equal(P, 0)), TypeError, "v is a masked array"),
@@ -302,6 +306,21 @@ def test_pickles():
     mesh = kx.Mesh([[0, 0, 0], [1, 0, 0], [0, 1, 0]], [[0, 1, 2]])
     for same in (mesh, pickle.loads(pickle.dumps(mesh)), pickle.loads(pickle.dumps(mesh))):
         assert same.meets([[0.2, 0.2, 5], [0, 0, -1]])
+
+
+def test_memory_is_given_back():
+    mesh, rays = kx.Mesh(np.eye(3), [[0, 1, 2]]), np.ones((9, 2, 3))
+
+    def kept():
+        for _ in range(3000):  # The interpreter itself keeps up to 2000 free tuples.
+            kx.KXRayIxTriangle(P[:2], TRIANGLE, P)
+            kx.KXM4MatrixComponents(M)
+            mesh.nearest(rays), mesh.blocks(rays)
+        return tracemalloc.get_traced_memory()[0]
+    tracemalloc.start()
+    before = kept()
+    assert kept() < before + 5000
+    tracemalloc.stop()
 
 
 def test_top_bits():
