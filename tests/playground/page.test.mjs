@@ -62,6 +62,8 @@ test("a mesh is placed by fields, sliders and orders, and read back", async (t) 
   assert.match((await verdicts())[0], /^Rebuilds/);
   assert.match((await verdicts())[1], /^Does not rebuild.*a shear/);
   const drawn = await picture("place-view");
+  const orders = await page.$$eval("#orders canvas", (all) => all.map((each) => each.toDataURL()));
+  assert.equal(new Set(orders).size, 6);
 
   // A quarter turn about Z, and a scale before it: (x, y, z) goes to (1 - y, 2 + 2x, 3 + z).
   for (const [at, value] of Object.entries({ p0: 1, p1: 2, p2: 3, r0: 0, r1: 0, r2: 90, s0: 2, s1: 1, s2: 1 })) {
@@ -159,6 +161,17 @@ test("a ray is cast at the mesh by mouse and keyboard", async () => {
   await page.evaluate(() => { location.hash = "tab=pick&p=0,0,0&r=45,0,0&s=1,2,1&scale=last&ray=0,0,6,0,0,-9"; });
   await page.waitForSelector("#hit dl");
   assert.deepEqual((await texts("#hit dd")).slice(1), ["0.000  0.000  0.000", "0.000  −0.447  0.894", "6.000", "180.0°", "0.0°"]);
+
+  // Moved to the upper right, and high rather than wide: it is drawn there, and not next to it.
+  await page.evaluate(() => { location.hash = "p=0.6,0.4,0&r=0,0,90&s=1,0.5,1&eye=0,0"; });
+  await page.waitForFunction(() => {
+    const canvas = document.getElementById("place-view");
+    const { width, height } = canvas;
+    const context = new OffscreenCanvas(width, height).getContext("2d", { willReadFrequently: true });
+    context.drawImage(canvas, 0, 0);
+    const isDrawn = ([x, y]) => context.getImageData(width / 2 + x * height / 4.02, height / 2 - y * height / 4.02, 1, 1).data[3] > 128;
+    return [[0.15, 1.3], [1.05, 1.3], [1.05, -0.5]].every(isDrawn) && ![[-0.1, 1.3], [1.2, 1.3], [1.05, 1.5]].some(isDrawn);
+  });
 });
 
 test("box, triangle and path are dragged, and are in the rows of the tables", async () => {
