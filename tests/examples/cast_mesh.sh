@@ -155,6 +155,20 @@ cmp -s crease.png flat.png || fail "a crease is shaded smoothly"
 [ $("$pixel" flat.png 78 50 82 50 | awk 'NR == 1 { a = $1 } NR == 2 { print ($1 - a) ^ 2 < 100 }') = 0 ] ||
     fail "a fold is shaded smoothly unasked"
 
+# Normals of the file come first. They turn with it where its Z is up, and stay with their corners in
+# whatever order these come.
+printf 'v -1 0 0\nv 0 -1 0.6\nv 0 1 0.6\nv 1 0 0\nvn -1 0 1\nvn 0 -1 1\nvn 0 1 1\nvn 1 0 1\n%b' \
+    'f 1//1 2//2 3//3\nf 2//2 4//4 3//3\n' >own.obj
+printf 'v -1 0 0\nv 0 -0.6 -1\nv 0 -0.6 1\nv 1 0 0\nvn -1 -1 0\nvn 0 -1 -1\nvn 0 -1 1\nvn 1 -1 0\n%b' \
+    'f 2//2 1//1 3//3\nf 2//2 3//3 4//4\n' >own_z.obj
+"$program" own.obj $view --light-azimuth 20 --smooth 0 --output own.png >report.txt
+"$program" own_z.obj $view --light-azimuth 20 --smooth 0 --up z --output own_z.png >report.txt
+! cmp -s own.png flat.png || fail "a file's normals are not used"
+for at in "60 60" "100 60" "75 45" "85 75"; do
+    echo "$at $("$pixel" own.png $at)"
+done >colours.txt
+pixels own_z.png <colours.txt
+
 refused "no faces" /dev/null --output out/bad.png
 refused "a pixel outside" cube.obj --pick 1280 0 --output out/bad.png
 refused "a picture of no size" cube.obj --width 0 --output out/bad.png
