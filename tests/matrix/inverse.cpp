@@ -202,6 +202,10 @@ TEST_CASE("What counts as singular")
     // |D / (pos - neg)| is 1e-15 itself: 8 / 7999999999999999.
     CHECK(status({0x1.4f0296p-21f, 37.1921883f, 37.1921883f, 0, 8388925, 1, 0, 0, 0, 12820411,
                   12820411, 0, 0, 0, 0, 1}) == 0);
+    const KXM3 block = {
+        {{0x1.4f0296p-21f, 37.1921883f, 37.1921883f}, {8388925, 1, 0}, {0, 12820411, 12820411}}};
+    KXM3 block_inverse;
+    CHECK(KXM3Inverse(&block, &block_inverse) == 0);
     // The general method refuses a pivot equal to the tolerance, in every stage.
     for (int i = 0; i < 4; ++i) {
         Elements m = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 2};
