@@ -13,6 +13,7 @@ suite=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
 mirror=$(apt-get indextargets --format '$(REPO_URI)' "Codename: $suite" 'Created-By: Packages' | head -n 1)
 if ! [ -d "$root" ]; then
     echo "Making a bare $suite in build/bare"
+    mkdir -p build
     debootstrap --variant=minbase --include=sudo "$suite" "$root" "$mirror" >build/bare.log || {
         cat build/bare.log >&2
         exit 1
