@@ -7,7 +7,7 @@
 //
 // Without WebAssembly it writes what that is made with: everyday.c, exports of the functions that are inline in C.
 import { readFile, writeFile } from "node:fs/promises";
-import { deflateRawSync } from "node:zlib";
+import { deflateSync } from "node:zlib";
 
 const [, , apiPath, folder, program] = process.argv;
 const api = JSON.parse(await readFile(apiPath, "utf8"));
@@ -361,13 +361,14 @@ ${plans.map((each) => `export const ${each.js}: Functions["${each.js}"];`).join(
 export function createWorkspace(floats: number): Workspace;
 `;
 
+// Debian's node 18 does not know "deflate-raw".
 const embed = async () => `// Made by generate.mjs: the WebAssembly, deflated.
-const text = "${deflateRawSync(await readFile(program), { level: 9 }).toString("base64")}";
+const text = "${deflateSync(await readFile(program), { level: 9 }).toString("base64")}";
 
 /** The WebAssembly, to be compiled. */
 export async function bytes() {
   const deflated = Uint8Array.from(atob(text), (letter) => letter.charCodeAt(0));
-  const stream = new Blob([deflated]).stream().pipeThrough(new DecompressionStream("deflate-raw"));
+  const stream = new Blob([deflated]).stream().pipeThrough(new DecompressionStream("deflate"));
   return new Uint8Array(await new Response(stream).arrayBuffer());
 }
 `;
