@@ -183,16 +183,11 @@ inline double median(const std::vector<double> &values)
     return quantile(values, 0.5);
 }
 
-/** How long arrays of one size take, with one thread and with more, each with arrays of its own. */
-struct Scale {
-    std::size_t points;       /**< In the array of each thread. */
-    double nanoseconds;       /**< For a point, with one thread. */
-    std::vector<double> gain; /**< Throughput with thread_counts()[i] threads; 1 with one. */
-};
-
-/** 1, 2, 4 and so on, and as many as the machine runs at once, but no more than 16. */
-std::vector<int> thread_counts();
-
-std::vector<Scale> measure_scale(int repetitions);
+/**
+ * The times of KXM4NP3I1 over arrays of one size, for each number of threads, the largest last.
+ * Each thread has arrays of its own.
+ */
+std::vector<Times> measure_arrays(std::size_t points, const std::vector<int> &threads,
+                                  int repetitions);
 
 #endif

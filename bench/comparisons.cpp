@@ -3,6 +3,7 @@
 #include <kxmaths5.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
@@ -101,54 +102,50 @@ double difference(const void *ours, const void *theirs, std::size_t records)
     return largest;
 }
 
+/** Matrices as each library reads them, or records that are the same for all. */
+struct Operand {
+    const void *ours = nullptr, *theirs = nullptr;
+
+    Operand() = default;
+    Operand(const Matrices &matrices) : ours(matrices.rows), theirs(matrices.columns) {}
+    Operand(const void *records) : ours(records), theirs(records) {}
+};
+using Operands = std::array<Operand, 3>;
+
 /** A row whose results are records of a type, in memory of their own. */
 template <typename Record>
-Comparison row(const std::string &operation, const char *kernel, const Work &ours,
-               const Work &theirs, double tolerance, std::vector<Peer> peers)
+Comparison row(const std::string &operation, const char *kernel, const Operands &in,
+               double tolerance, std::vector<Peer> peers, std::size_t count = record_count,
+               std::size_t groups = 1)
 {
-    Comparison result = {
-        operation,          kernel,   ours, theirs, std::move(peers), sizeof(Record),
-        difference<Record>, tolerance};
-    result.memory = {allocate(result.items() * sizeof(Record))};
-    result.ours.out = result.theirs.out = result.memory[0].get();
-    return result;
-}
-
-/** The same for records and a matrix each, or for pairs of matrices. */
-template <typename Record>
-Comparison matrix_row(const char *operation, const char *kernel, const void *records,
-                      const Matrices &matrices, double tolerance, std::vector<Peer> peers)
-{
-    return row<Record>(operation, kernel, {{records, matrices.rows}, nullptr, record_count},
-                       {{records, matrices.columns}, nullptr, record_count}, tolerance,
-                       std::move(peers));
+    const Memory out = allocate(count * groups * sizeof(Record));
+    return {operation,
+            kernel,
+            {{in[0].ours, in[1].ours, in[2].ours}, out.get(), count, groups},
+            {{in[0].theirs, in[1].theirs, in[2].theirs}, out.get(), count, groups},
+            std::move(peers),
+            sizeof(Record),
+            difference<Record>,
+            tolerance,
+            &kxmaths5,
+            {out}};
 }
 
 /** Vectors, by the operators of the C++ face; the results are of one type, or floats. */
 template <typename Result>
-Comparison vector_row(const char *operation, const char *kernel, const void *second, double goal)
+Comparison vector_row(const char *operation, const char *kernel, Operand second, double goal)
 {
-    const Work work = {{data().points, second}, nullptr, record_count};
     Comparison result =
-        row<Result>(operation, kernel, work, work, 1e-4, {{glm, goal, goal}, {calls}});
+        row<Result>(operation, kernel, {data().points, second}, 1e-4, {{glm, goal, goal}, {calls}});
     result.library = &cpp;
-    return result;
-}
-
-Comparison algebra_row(const char *operation, const char *kernel, const Matrices &first,
-                       const Matrices &second, double tolerance, std::vector<Peer> peers)
-{
-    Comparison result =
-        matrix_row<KXM4>(operation, kernel, first.rows, second, tolerance, std::move(peers));
-    result.theirs.in[0] = first.columns;
     return result;
 }
 
 Comparison ray_row(const char *operation, const char *kernel, const KXRay *rays,
                    const void *targets, std::vector<Peer> peers)
 {
-    const Work work = {{rays, targets, data().vertices}, nullptr, ray_count};
-    return row<Hit>(operation, kernel, work, work, 1e-4, std::move(peers));
+    return row<Hit>(operation, kernel, {rays, targets, data().vertices}, 1e-4, std::move(peers),
+                    ray_count);
 }
 
 /** Arrays of points. In place, the results take the points' values first and are what is moved. */
@@ -161,10 +158,9 @@ Comparison array_row(const std::string &operation, const char *kernel, std::size
     Point *const points = static_cast<Point *>(memory.get());
     const KXM4 *const matrices = data().placements.rows;
     // Of ten million points some come near the origin, where the terms cancel.
-    Comparison result = row<Point>(operation + (in_place ? ", in place" : ""), kernel,
-                                   {{points, matrices}, nullptr, count, groups},
-                                   {{points, data().placements.columns}, nullptr, count, groups},
-                                   1e-4, std::move(peers));
+    Comparison result =
+        row<Point>(operation + (in_place ? ", in place" : ""), kernel, {points, data().placements},
+                   1e-4, std::move(peers), count, groups);
     result.memory.push_back(memory);
     Point *const images = static_cast<Point *>(result.ours.out);
     if (in_place) {
@@ -242,23 +238,23 @@ std::vector<Comparison> all_comparisons()
             {{copying, 1.0}, {scaling}, {glm_intrinsics}, {glm}}),
         xyzw("array of xyzw points, 1,000", "points_xyzw", 1000, 1, false,
              {{cglm, 0.60}, {glm_intrinsics, 1.15}, {glm}, {eigen}}),
-        matrix_row<KXP3>("one point", "point", in.points, in.affine, 1e-4,
-                         {{cglm, 1.15}, {cpp}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
-        algebra_row("4x4 product", "product", in.affine, in.general, 1e-5,
-                    {{cglm, 1.15}, {cpp}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
-        algebra_row("4x4 product, each of the one before", "product_chain", in.placements,
-                    in.placements, 1e-5, {{glm, 1.10}, {glm_intrinsics}, {cglm}, {eigen}, {imath}}),
-        algebra_row("inverse, affine", "inverse_affine", in.affine, in.affine, of_inverses,
-                    {{imath, 0.85}, {cpp}, {glm, 1.6}, {glm_intrinsics}, {eigen}}),
-        algebra_row("inverse, general", "inverse_general", in.general, in.general, of_inverses,
-                    {{imath, 0.42}, {cpp}, {glm, 2.0}, {glm_intrinsics}, {cglm}, {eigen}}),
-        row<float>("4x4 determinant", "determinant", {{in.general.rows}, nullptr, record_count},
-                   {{in.general.columns}, nullptr, record_count}, 1e-4,
+        row<KXP3>("one point", "point", {in.points, in.affine}, 1e-4,
+                  {{cglm, 1.15}, {cpp}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
+        row<KXM4>("4x4 product", "product", {in.affine, in.general}, 1e-5,
+                  {{cglm, 1.15}, {cpp}, {glm}, {glm_intrinsics}, {eigen}, {imath}}),
+        row<KXM4>("4x4 product, each of the one before", "product_chain",
+                  {in.placements, in.placements}, 1e-5,
+                  {{glm, 1.10}, {glm_intrinsics}, {cglm}, {eigen}, {imath}}),
+        row<KXM4>("inverse, affine", "inverse_affine", {in.affine}, of_inverses,
+                  {{imath, 0.85}, {cpp}, {glm, 1.6}, {glm_intrinsics}, {eigen}}),
+        row<KXM4>("inverse, general", "inverse_general", {in.general}, of_inverses,
+                  {{imath, 0.42}, {cpp}, {glm, 2.0}, {glm_intrinsics}, {cglm}, {eigen}}),
+        row<float>("4x4 determinant", "determinant", {in.general}, 1e-4,
                    {{glm, 1.2}, {glm_intrinsics}, {cglm}, {eigen}, {imath}}),
-        matrix_row<KXM4>("orientation from three angles, one output", "orientation", in.angles,
-                         in.affine, 1e-5, {{glm, 1.6}, {cglm}}),
-        matrix_row<KXBox>("box transform", "box_transform", in.boxes, in.affine, 1e-5,
-                          {{cglm, 1.35}, {eigen, 0.65}, {imath, 0.65}}),
+        row<KXM4>("orientation from three angles, one output", "orientation", {in.angles}, 1e-5,
+                  {{glm, 1.6}, {cglm}}),
+        row<KXBox>("box transform", "box_transform", {in.boxes, in.affine}, 1e-5,
+                   {{cglm, 1.35}, {eigen, 0.65}, {imath, 0.65}}),
         ray_row("ray against box, mixed", "ray_box", in.at_boxes.mixed, in.boxes,
                 {{imath, 0.35}, {cpp}}),
         ray_row("ray against box, all hit", "ray_box", in.at_boxes.hits, in.boxes, {{imath, 0.35}}),

@@ -128,18 +128,9 @@ KXComponents components(Source &source)
 {
     const KXV3 scale = source.point(0.5, 2.0), step = source.point(-10.0, 10.0);
     const KXV3 angles = source.point(-1.5, 1.5);
-    KXComponents out = {};
-    out.scaleX = scale.x;
-    out.scaleY = scale.y;
-    out.scaleZ = scale.z;
-    out.rotateX = angles.x;
-    out.rotateY = angles.y;
-    out.rotateZ = angles.z;
-    out.translateX = step.x;
-    out.translateY = step.y;
-    out.translateZ = step.z;
-    out.perspectiveW = 1.0f;
-    return out;
+    // Scale, shear, rotation, translation and perspective.
+    return {scale.x,  scale.y, scale.z, 0.0f,   0.0f, 0.0f, angles.x, angles.y,
+            angles.z, step.x,  step.y,  step.z, 0.0f, 0.0f, 0.0f,     1.0f};
 }
 
 KXQuat quaternion(Source &source)

@@ -24,36 +24,18 @@ const Record *operands(std::size_t place, bool vertices, bool at_triangles)
     const Data &in = data();
     if constexpr (std::is_same_v<Record, KXM4>) {
         return place == 0 ? in.affine.rows : in.general.rows;
-    } else if constexpr (std::is_same_v<Record, KXM3>) {
-        return in.plane_matrices;
     } else if constexpr (std::is_same_v<Record, KXV3>) {
         return vertices     ? in.vertices
                : place == 0 ? in.points
                : place == 1 ? in.unit_vectors
                             : in.other_points;
-    } else if constexpr (std::is_same_v<Record, KXP2>) {
-        return in.plane_points;
-    } else if constexpr (std::is_same_v<Record, KXP4>) {
-        return in.homogeneous_points;
-    } else if constexpr (std::is_same_v<Record, KXBox>) {
-        return in.boxes;
-    } else if constexpr (std::is_same_v<Record, KXTriangle>) {
-        return in.triangles;
-    } else if constexpr (std::is_same_v<Record, KXPlane>) {
-        return in.planes;
-    } else if constexpr (std::is_same_v<Record, KXRay>) {
-        return at_triangles ? in.at_triangles.mixed : in.at_boxes.mixed;
-    } else if constexpr (std::is_same_v<Record, KXLine>) {
-        return at_triangles ? in.lines_at_triangles : in.lines_at_boxes;
-    } else if constexpr (std::is_same_v<Record, KXPosition>) {
-        return in.positions;
-    } else if constexpr (std::is_same_v<Record, KXComponents>) {
-        return in.components;
-    } else if constexpr (std::is_same_v<Record, KXQuat>) {
-        return in.quaternions;
     } else {
-        static_assert(std::is_same_v<Record, float>, "a record that the data has");
-        return in.factors;
+        // Of each other record there is one array.
+        return std::get<const Record *>(std::make_tuple(
+            in.plane_matrices, in.plane_points, in.homogeneous_points, in.boxes, in.triangles,
+            in.planes, at_triangles ? in.at_triangles.mixed : in.at_boxes.mixed,
+            at_triangles ? in.lines_at_triangles : in.lines_at_boxes, in.positions, in.components,
+            in.quaternions, in.factors));
     }
 }
 
@@ -88,8 +70,8 @@ public:
     {
         // Any, an order of rotations, or from one length unit to another.
         return entry.word_limit == 0    ? data().words[values++ % record_count]
-               : entry.word_limit == 10 ? KX_UNIT_METRE + values++ - call
-                                        : call % 6;
+               : entry.word_limit == 10 ? KX_UNIT_METRE + static_cast<KXUnit>(values++ - call)
+                                        : static_cast<KXRotationOrder>(call % 6);
     }
 
     std::uint32_t count(bool)

@@ -6,10 +6,15 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <functional>
+#include <iterator>
 #include <regex>
 #include <string>
+#include <thread>
+#include <utility>
 
 namespace
 {
@@ -37,167 +42,64 @@ Processor processor()
 #endif
 }
 
+std::string text(const char *format, double value)
+{
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, format, value);
+    return buffer;
+}
+
 /** Three digits, whether it is a tenth of a nanosecond or a thousand. */
 std::string nanoseconds(double value)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.*f", value < 10.0 ? 2 : value < 100.0 ? 1 : 0, value);
-    return text;
+    return text(value < 10.0 ? "%.2f" : value < 100.0 ? "%.1f" : "%.0f", value);
 }
 
 std::string ratio(double value)
 {
-    char text[32];
-    std::snprintf(text, sizeof text, "%.2f", value);
-    return text;
+    return text("%.2f", value);
 }
 
-void begin_comparisons()
+/** Times of one contender divided by those of another, repetition by repetition. */
+Times ratios(const Times &times, const Times &others)
 {
-    std::printf("\n### Side by side\n\n"
-                "| operation | ns | peer | its ns | ratio | 10th percentile | goal | results "
-                "differ by | bits |\n"
-                "|---|---:|---|---:|---:|---:|---|---:|---|\n");
+    Times result;
+    std::transform(times.begin(), times.end(), others.begin(), std::back_inserter(result),
+                   std::divides());
+    return result;
 }
 
-void begin_functions()
-{
-    std::printf("\n### Every function\n\n"
-                "| function | ns | 10th percentile | for each |\n"
-                "|---|---:|---:|---|\n");
-}
-
-void begin_scale()
-{
-    std::printf("\n### Many points, many threads\n\n| points a thread | ns a point, one thread |");
-    const std::vector<int> threads = thread_counts();
-    for (std::size_t i = 1; i < threads.size(); ++i) {
-        std::printf(" throughput, %d threads |", threads[i]);
-    }
-    std::printf("\n|---:|---:|");
-    for (std::size_t i = 1; i < threads.size(); ++i) {
-        std::printf("---:|");
-    }
-    std::printf("\n");
-}
-
-/** What a row's checks came to. */
-struct Checks {
-    double difference = 0.0;
-    bool agrees = true;
-    bool same_bits = true;
-};
-
-/** The tables, in Markdown, line by line as the measurements come in. */
-class Report
+/** A table in Markdown. Its head comes with the first line, so a filter leaves no empty table. */
+class Table
 {
 public:
-    /** Tells the processor's family, and which goals count: those for vectors or the others. */
-    Report(const std::string &instruction_set, int repetitions);
+    explicit Table(std::string title_and_columns) : head(std::move(title_and_columns)) {}
 
-    void add(const Comparison &row, const Peer &peer, const Times &ours, const Times &theirs,
-             const Checks &checks);
-    void add(const Function &row, const Times &times);
-    void add(const Scale &scale);
-
-    /** Returns whether every check passed. Missed goals are reported, and are no failure. */
-    bool end() const;
+    void add(const std::vector<std::string> &cells)
+    {
+        std::printf("%s|", std::exchange(head, "").c_str());
+        for (const std::string &cell : cells) {
+            std::printf(" %s |", cell.c_str());
+        }
+        std::puts("");
+        std::fflush(stdout);
+    }
 
 private:
-    /** Each table begins with the first of its rows, so a filter leaves no empty ones. */
-    enum class Table { none, comparisons, functions, scale };
-    bool begins(Table next);
-
-    Table table = Table::none;
-    bool has_vectors;
-    int goals = 0, met = 0, failed_checks = 0;
+    std::string head;
 };
 
-Report::Report(const std::string &instruction_set, int repetitions)
-{
-    const Processor here = processor();
-    has_vectors = here.has_avx2 && instruction_set != "baseline";
-    std::printf("Measured on %s, the library built with the instruction set `%s`; %d repetitions "
-                "of each pair.\n",
-                here.family, instruction_set.c_str(), repetitions);
-}
+/** What all rows came to. */
+struct Counts {
+    int goals = 0, met = 0, failed_checks = 0;
 
-bool Report::begins(Table next)
-{
-    const bool is_new = next != table;
-    table = next;
-    return is_new;
-}
-
-void Report::add(const Comparison &row, const Peer &peer, const Times &ours, const Times &theirs,
-                 const Checks &checks)
-{
-    if (begins(Table::comparisons)) {
-        begin_comparisons();
+    /** What a check that fails adds to its cell. */
+    const char *check(bool passed, const char *failure)
+    {
+        failed_checks += !passed;
+        return passed ? "" : failure;
     }
-    Times ratios;
-    for (std::size_t i = 0; i < ours.size(); ++i) {
-        ratios.push_back(ours[i] / theirs[i]);
-    }
-    const double middle = median(ratios);
-
-    const double limit = has_vectors ? peer.goal : peer.baseline_goal;
-    std::string goal = "";
-    if (limit > 0.0) {
-        const bool is_met = middle <= limit;
-        ++goals;
-        met += is_met;
-        goal = ratio(limit) + (is_met ? " met" : " **missed**");
-    }
-    std::string difference = "";
-    if (peer.against.limit == nullptr) {
-        char text[48];
-        std::snprintf(text, sizeof text, "%.1e%s", checks.difference,
-                      checks.agrees ? "" : " **too much**");
-        difference = text;
-        failed_checks += !checks.agrees;
-    }
-    std::string bits = "";
-    if (row.has_bits_of_single_calls) {
-        bits = checks.same_bits ? "as single calls" : "**other than single calls**";
-        failed_checks += !checks.same_bits;
-    }
-    std::printf("| %s | %s | %s | %s | %s | %s | %s | %s | %s |\n", row.operation.c_str(),
-                nanoseconds(median(ours)).c_str(), peer.against.name,
-                nanoseconds(median(theirs)).c_str(), ratio(middle).c_str(),
-                ratio(quantile(ratios, 0.1)).c_str(), goal.c_str(), difference.c_str(),
-                bits.c_str());
-    std::fflush(stdout);
-}
-
-void Report::add(const Function &row, const Times &times)
-{
-    if (begins(Table::functions)) {
-        begin_functions();
-    }
-    std::printf("| `%s` | %s | %s | %s |\n", row.name, nanoseconds(median(times)).c_str(),
-                nanoseconds(quantile(times, 0.1)).c_str(), row.unit);
-    std::fflush(stdout);
-}
-
-void Report::add(const Scale &scale)
-{
-    if (begins(Table::scale)) {
-        begin_scale();
-    }
-    std::printf("| %zu | %s |", scale.points, nanoseconds(scale.nanoseconds).c_str());
-    for (std::size_t i = 1; i < scale.gain.size(); ++i) {
-        std::printf(" %s |", ratio(scale.gain[i]).c_str());
-    }
-    std::printf("\n");
-    std::fflush(stdout);
-}
-
-bool Report::end() const
-{
-    std::printf("\n%d of %d goals met; %d failed checks.\n", met, goals, failed_checks);
-    return failed_checks == 0;
-}
+};
 
 /**
  * Runs a kernel from a fresh start, and returns a copy of what it left. Where no operand is
@@ -217,68 +119,131 @@ std::vector<char> results_of(const Comparison &row, KernelFunction kernel, const
     return std::vector<char>(out, out + bytes);
 }
 
-void compare(const Comparison &row, int repetitions, Report &report)
+/** Adds a line for each peer. Missed goals are reported, and are no failure. */
+void compare(const Comparison &row, int repetitions, bool has_vectors, Table &table, Counts &counts)
 {
     const KernelFunction kernel = row.library->find(row.kernel);
     std::vector<Contender> contenders = {
         {row.library->name, [&, kernel](int) { kernel(row.ours); }, row.items()}};
-    std::vector<Checks> checks;
+    std::vector<std::string> differences;
 
     const std::vector<char> ours = results_of(row, kernel, row.ours);
     for (const Peer &peer : row.peers) {
         const KernelFunction theirs = peer.against.find(row.kernel);
         const Work &work = peer.against.is_ours ? row.ours : row.theirs;
         contenders.push_back({peer.against.name, [&, theirs](int) { theirs(work); }, row.items()});
-        Checks check;
+        differences.push_back("");
         if (peer.against.limit == nullptr) {
             const std::vector<char> results = results_of(row, theirs, work);
-            check.difference =
+            const double difference =
                 results == ours ? 0.0 : row.difference(ours.data(), results.data(), row.items());
-            check.agrees = check.difference <= (peer.against.is_ours ? 0.0 : row.tolerance);
+            const bool agrees = difference <= (peer.against.is_ours ? 0.0 : row.tolerance);
+            differences.back() = text("%.1e", difference) + counts.check(agrees, " **too much**");
         }
-        checks.push_back(check);
     }
-    bool same_bits = true;
+    std::string bits = "";
     if (row.has_bits_of_single_calls) {
         row.reset();
-        same_bits = row.has_bits_of_single_calls();
+        const bool same = row.has_bits_of_single_calls();
         row.reset();
+        bits = same ? "as single calls" : counts.check(same, "**other than single calls**");
     }
 
     const std::vector<Times> times = measure(contenders, repetitions);
     for (std::size_t i = 0; i < row.peers.size(); ++i) {
-        checks[i].same_bits = same_bits;
-        report.add(row, row.peers[i], times[0], times[i + 1], checks[i]);
+        const Peer &peer = row.peers[i];
+        const Times to_peer = ratios(times[0], times[i + 1]);
+        const double limit = has_vectors ? peer.goal : peer.baseline_goal;
+        std::string goal = "";
+        if (limit > 0.0) {
+            const bool is_met = median(to_peer) <= limit;
+            ++counts.goals;
+            counts.met += is_met;
+            goal = ratio(limit) + (is_met ? " met" : " **missed**");
+        }
+        table.add({row.operation, nanoseconds(median(times[0])), peer.against.name,
+                   nanoseconds(median(times[i + 1])), ratio(median(to_peer)),
+                   ratio(quantile(to_peer, 0.1)), goal, differences[i], bits});
     }
 }
 
-void measure_alone(const Function &row, int repetitions, Report &report)
+void measure_alone(const Function &row, int repetitions, Table &table)
 {
-    const Contender contender = {row.name, [&](int) { row.run(); }, row.items};
-    report.add(row, measure({contender}, repetitions).front());
+    const Times times =
+        measure({{row.name, [&](int) { row.run(); }, row.items}}, repetitions).front();
+    table.add({"`" + std::string(row.name) + "`", nanoseconds(median(times)),
+               nanoseconds(quantile(times, 0.1)), row.unit});
+}
+
+/** How long arrays of one size take with one thread, and how much more is done by more threads. */
+void scale(std::size_t points, const std::vector<int> &threads, int repetitions, Table &table)
+{
+    const std::vector<Times> times = measure_arrays(points, threads, repetitions);
+    std::vector<std::string> cells = {std::to_string(points), nanoseconds(median(times[0]))};
+    for (std::size_t i = 1; i < times.size(); ++i) {
+        cells.push_back(ratio(median(ratios(times[0], times[i]))));
+    }
+    table.add(cells);
+}
+
+/** 1, 2, 4 and so on, and as many as the machine runs at once, but no more than 16. */
+std::vector<int> thread_counts()
+{
+    const int most = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 16);
+    std::vector<int> counts;
+    for (int n = 1; n < most; n *= 2) {
+        counts.push_back(n);
+    }
+    counts.push_back(most);
+    return counts;
 }
 
 /** Returns whether every check passed. */
 bool run(int repetitions, const std::regex &filter)
 {
     const auto is_wanted = [&](const std::string &name) { return std::regex_search(name, filter); };
-    Report report(KX_BENCH_INSTRUCTION_SET, repetitions);
+    const Processor here = processor();
+    const std::string instruction_set = KX_BENCH_INSTRUCTION_SET;
+    std::printf("Measured on %s, the library built with the instruction set `%s`; %d repetitions "
+                "of each pair.\n",
+                here.family, instruction_set.c_str(), repetitions);
+
+    Counts counts;
+    Table comparisons("\n### Side by side\n\n"
+                      "| operation | ns | peer | its ns | ratio | 10th percentile | goal | results "
+                      "differ by | bits |\n"
+                      "|---|---:|---|---:|---:|---:|---|---:|---|\n");
     for (const Comparison &row : all_comparisons()) {
         if (is_wanted(row.operation)) {
-            compare(row, repetitions, report);
+            compare(row, repetitions, here.has_avx2 && instruction_set != "baseline", comparisons,
+                    counts);
         }
     }
+
+    Table functions("\n### Every function\n\n"
+                    "| function | ns | 10th percentile | for each |\n"
+                    "|---|---:|---:|---|\n");
     for (const Function &row : all_functions()) {
         if (is_wanted(row.name)) {
-            measure_alone(row, repetitions, report);
+            measure_alone(row, repetitions, functions);
         }
     }
+
     if (is_wanted("scale")) {
-        for (const Scale &scale : measure_scale(repetitions)) {
-            report.add(scale);
+        const std::vector<int> threads = thread_counts();
+        std::string columns = "| points a thread | ns a point, one thread |", rule = "|---:|---:|";
+        for (std::size_t i = 1; i < threads.size(); ++i) {
+            columns += " throughput, " + std::to_string(threads[i]) + " threads |";
+            rule += "---:|";
+        }
+        Table scales("\n### Many points, many threads\n\n" + columns + "\n" + rule + "\n");
+        for (const std::size_t points : {1000, 10000, 100000, 1000000, 10000000}) {
+            scale(points, threads, repetitions, scales);
         }
     }
-    return report.end();
+    std::printf("\n%d of %d goals met; %d failed checks.\n", counts.met, counts.goals,
+                counts.failed_checks);
+    return counts.failed_checks == 0;
 }
 
 } // namespace

@@ -5,9 +5,10 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
-#include <thread>
+#include <numeric>
 
 namespace
 {
@@ -85,9 +86,7 @@ std::vector<Outcome> turn(const std::vector<Contender> &contenders,
 std::vector<Times> measure(const std::vector<Contender> &contenders, int repetitions, Clock clock)
 {
     std::vector<std::size_t> places(contenders.size());
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        places[i] = i;
-    }
+    std::iota(places.begin(), places.end(), 0);
     // The first turn warms up and finds the counts that all the others use.
     std::vector<benchmark::IterationCount> iterations(contenders.size(), 0);
     const std::vector<Outcome> first = turn(contenders, places, iterations, clock);
@@ -115,72 +114,25 @@ double quantile(std::vector<double> values, double share)
     return values[below] + (values[above] - values[below]) * (place - std::floor(place));
 }
 
-namespace
+std::vector<Times> measure_arrays(std::size_t points, const std::vector<int> &threads,
+                                  int repetitions)
 {
-
-/** What one thread works on. Memory of its own, so that no two threads write to one cache line. */
-struct Arrays {
-    Memory in, out;
-
-    explicit Arrays(std::size_t count)
-        : in(allocate(count * sizeof(KXP3))), out(allocate(count * sizeof(KXP3)))
-    {
-        fill(static_cast<KXP3 *>(in.get()), count);
-        std::memcpy(out.get(), in.get(), count * sizeof(KXP3));
+    // Memory of its own for each thread, so that no two of them write to one cache line.
+    std::vector<std::array<Memory, 2>> arrays(static_cast<std::size_t>(threads.back()));
+    for (auto &[in, out] : arrays) {
+        in = allocate(points * sizeof(KXP3));
+        out = allocate(points * sizeof(KXP3));
+        fill(static_cast<KXP3 *>(in.get()), points);
+        std::memcpy(out.get(), in.get(), points * sizeof(KXP3));
     }
-};
-
-Scale measure_size(std::size_t count, int repetitions)
-{
-    const std::vector<int> threads = thread_counts();
-    const std::vector<Arrays> arrays = [&] {
-        std::vector<Arrays> all;
-        for (int i = 0; i < threads.back(); ++i) {
-            all.emplace_back(count);
-        }
-        return all;
-    }();
     const auto run = [&](int thread) {
-        const Arrays &mine = arrays[static_cast<std::size_t>(thread)];
-        KXM4NP3I1(&data().placements.rows[0], static_cast<uint32_t>(count),
-                  static_cast<const KXP3 *>(mine.in.get()), static_cast<KXP3 *>(mine.out.get()));
+        const auto &[in, out] = arrays[static_cast<std::size_t>(thread)];
+        KXM4NP3I1(&data().placements.rows[0], static_cast<uint32_t>(points),
+                  static_cast<const KXP3 *>(in.get()), static_cast<KXP3 *>(out.get()));
     };
-
     std::vector<Contender> contenders;
     for (const int n : threads) {
-        contenders.push_back({std::to_string(n), run, count, n});
+        contenders.push_back({std::to_string(n), run, points, n});
     }
-    const std::vector<Times> times = measure(contenders, repetitions, Clock::wall);
-
-    Scale scale = {count, median(times[0]), {}};
-    for (const Times &with_threads : times) {
-        Times gains;
-        for (std::size_t i = 0; i < with_threads.size(); ++i) {
-            gains.push_back(times[0][i] / with_threads[i]);
-        }
-        scale.gain.push_back(median(gains));
-    }
-    return scale;
-}
-
-} // namespace
-
-std::vector<int> thread_counts()
-{
-    const int most = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 16);
-    std::vector<int> counts;
-    for (int n = 1; n < most; n *= 2) {
-        counts.push_back(n);
-    }
-    counts.push_back(most);
-    return counts;
-}
-
-std::vector<Scale> measure_scale(int repetitions)
-{
-    std::vector<Scale> scales;
-    for (const std::size_t count : {1000, 10000, 100000, 1000000, 10000000}) {
-        scales.push_back(measure_size(count, repetitions));
-    }
-    return scales;
+    return measure(contenders, repetitions, Clock::wall);
 }

@@ -65,74 +65,82 @@ namespace
     __asm__ volatile("" : : "r"(result) : "memory");
 }
 
-/** The loops around `One(out, operands...)`, which is inlined into them. */
-template <auto One, typename = decltype(One)>
-struct Each;
-
-template <auto One, typename Out, typename... In>
-struct Each<One, void (*)(Out &, In &...)> {
-    /** Every record by itself. */
-    static void record(const Work &work)
-    {
-        for_all(work, [](Work w, Out *out, In *...in) {
-            for (std::size_t i = 0; i < w.count; ++i) {
-                One(out[i], in[i]...);
-                keep(&out[i]);
-            }
-        });
-    }
-
-    /** Each from the result before; nothing has to be kept, since the next needs it anyway. */
-    static void chain(const Work &work)
-    {
-        for_all(work, [](Work w, Out *out, auto *, auto *links) {
-            out[0] = links[0];
-            for (std::size_t i = 1; i < w.count; ++i) {
-                One(out[i], out[i - 1], links[i]);
-            }
-        });
-    }
-
-    /** Arrays of points, each with a matrix, as a copy that no store to the results could change.
-     */
-    static void group(const Work &work)
-    {
-        for_all(work, [](Work w, Out *out, auto *in, auto *matrices) {
-            for (std::size_t group = 0; group < w.groups; ++group) {
-                std::decay_t<decltype(*matrices)> matrix = matrices[group];
-                const std::size_t begin = group * w.count;
-                for (std::size_t i = begin; i < begin + w.count; ++i) {
-                    One(out[i], in[i], matrix);
-                }
-            }
-        });
-    }
-
-    /** Rays, targets in turn, and what all targets share. */
-    static void ray(const Work &work)
-    {
-        for_all(work, [](Work w, Out *out, auto *rays, auto *targets, auto *...shared) {
-            for (std::size_t i = 0; i < w.count; ++i) {
-                One(out[i], rays[i], targets[i % target_count], *shared...);
-                keep(&out[i]);
-            }
-        });
-    }
-
-private:
-    template <typename Loop>
-    static void for_all(const Work &work, Loop loop)
-    {
-        with_arrays(work, loop, std::index_sequence_for<In...>());
-    }
-    template <typename Loop, std::size_t... Place>
-    static void with_arrays(const Work &work, Loop loop, std::index_sequence<Place...>)
+/** Calls the loop with the arrays of a run, typed as the job takes records of them. */
+template <typename Out, typename... In, typename Loop>
+void with_arrays(const Work &work, void (*)(Out &, In &...), Loop loop)
+{
+    [&]<std::size_t... Place>(std::index_sequence<Place...>)
     {
         // Some peers take no const; nothing is written through.
         loop(work, static_cast<Out *>(work.out),
              static_cast<In *>(const_cast<void *>(work.in[Place]))...);
     }
-};
+    (std::index_sequence_for<In...>());
+}
+
+/*
+ * The loops around a job, a lambda `(out, operands...)` of references that captures nothing: it is
+ * inlined into them.
+ */
+
+/** Every record by itself. */
+template <typename Job>
+constexpr KernelFunction each(Job)
+{
+    return [](const Work &work) {
+        with_arrays(work, +Job(), [](Work w, auto *out, auto *...in) {
+            for (std::size_t i = 0; i < w.count; ++i) {
+                Job()(out[i], in[i]...);
+                keep(&out[i]);
+            }
+        });
+    };
+}
+
+/** Each from the result before; nothing has to be kept, since the next needs it anyway. */
+template <typename Job>
+constexpr KernelFunction chain(Job)
+{
+    return [](const Work &work) {
+        with_arrays(work, +Job(), [](Work w, auto *out, auto *, auto *links) {
+            out[0] = links[0];
+            for (std::size_t i = 1; i < w.count; ++i) {
+                Job()(out[i], out[i - 1], links[i]);
+            }
+        });
+    };
+}
+
+/** Arrays of points, each with a matrix, as a copy that no store to the results could change. */
+template <typename Job>
+constexpr KernelFunction arrays(Job)
+{
+    return [](const Work &work) {
+        with_arrays(work, +Job(), [](Work w, auto *out, auto *in, auto *matrices) {
+            for (std::size_t group = 0; group < w.groups; ++group) {
+                std::decay_t<decltype(*matrices)> matrix = matrices[group];
+                const std::size_t begin = group * w.count;
+                for (std::size_t i = begin; i < begin + w.count; ++i) {
+                    Job()(out[i], in[i], matrix);
+                }
+            }
+        });
+    };
+}
+
+/** Rays, targets in turn, and what all targets share. */
+template <typename Job>
+constexpr KernelFunction rays(Job)
+{
+    return [](const Work &work) {
+        with_arrays(work, +Job(), [](Work w, auto *out, auto *in, auto *targets, auto *...shared) {
+            for (std::size_t i = 0; i < w.count; ++i) {
+                Job()(out[i], in[i], targets[i % target_count], *shared...);
+                keep(&out[i]);
+            }
+        });
+    };
+}
 
 } // namespace
 

@@ -20,51 +20,25 @@ struct Box {
     vec3 ends[2];
 };
 
-void point(Point &out, Point &in, Matrix &matrix)
-{
+constexpr auto point = [](Point &out, Point &in, Matrix &matrix) {
     glmc_mat4_mulv3(matrix.m, in.v, 1.0f, out.v);
-}
-
-void homogeneous(Homogeneous &out, Homogeneous &in, Matrix &matrix)
-{
-    glmc_mat4_mulv(matrix.m, in.v, out.v);
-}
-
-void product(Matrix &out, Matrix &a, Matrix &b)
-{
-    glmc_mat4_mul(a.m, b.m, out.m);
-}
-
-void inverse(Matrix &out, Matrix &matrix)
-{
-    glmc_mat4_inv(matrix.m, out.m);
-}
-
-void determinant(float &out, Matrix &matrix)
-{
-    out = glmc_mat4_det(matrix.m);
-}
-
-void orientation(Matrix &out, Point &angles)
-{
-    glmc_euler_xyz(angles.v, out.m);
-}
-
-void box_transform(Box &out, Box &box, Matrix &matrix)
-{
-    glmc_aabb_transform(box.ends, matrix.m, out.ends);
-}
+};
+constexpr auto product = [](Matrix &out, Matrix &a, Matrix &b) { glmc_mat4_mul(a.m, b.m, out.m); };
 
 const Kernel kernels[] = {
-    {"points_xyz", Each<point>::group},
-    {"points_xyzw", Each<homogeneous>::group},
-    {"point", Each<point>::record},
-    {"product", Each<product>::record},
-    {"product_chain", Each<product>::chain},
-    {"inverse_general", Each<inverse>::record},
-    {"determinant", Each<determinant>::record},
-    {"orientation", Each<orientation>::record},
-    {"box_transform", Each<box_transform>::record},
+    {"points_xyz", arrays(point)},
+    {"points_xyzw", arrays([](Homogeneous &out, Homogeneous &in, Matrix &matrix) {
+         glmc_mat4_mulv(matrix.m, in.v, out.v);
+     })},
+    {"point", each(point)},
+    {"product", each(product)},
+    {"product_chain", chain(product)},
+    {"inverse_general", each([](Matrix &out, Matrix &in) { glmc_mat4_inv(in.m, out.m); })},
+    {"determinant", each([](float &out, Matrix &in) { out = glmc_mat4_det(in.m); })},
+    {"orientation", each([](Matrix &out, Point &angles) { glmc_euler_xyz(angles.v, out.m); })},
+    {"box_transform", each([](Box &out, Box &in, Matrix &matrix) {
+         glmc_aabb_transform(in.ends, matrix.m, out.ends);
+     })},
     {},
 };
 

@@ -20,50 +20,28 @@ static_assert(sizeof(V3f) == 12 && sizeof(M44f) == 64 && sizeof(Box3f) == 24 &&
                   sizeof(Line3f) == 24,
               "records of the arrays' sizes");
 
-void point(V3f &out, const V3f &in, const M44f &matrix)
-{
-    out = in * matrix;
-}
-
-void product(M44f &out, const M44f &a, const M44f &b)
-{
-    out = b * a;
-}
-
-void inverse(M44f &out, const M44f &matrix)
-{
-    out = matrix.inverse();
-}
-
-void determinant(float &out, const M44f &matrix)
-{
-    out = matrix.determinant();
-}
-
-void box_transform(Box3f &out, const Box3f &box, const M44f &matrix)
-{
-    Imath::affineTransform(box, matrix, out);
-}
-
-void ray_box(Hit &out, const Line3f &ray, const Box3f &box)
-{
-    V3f contact;
-    out.hit = Imath::intersects(box, ray, contact);
-    if (out.hit) {
-        out.point = {contact.x, contact.y, contact.z};
-    }
-}
+constexpr auto point = [](V3f &out, const V3f &in, const M44f &matrix) { out = in * matrix; };
+constexpr auto product = [](M44f &out, const M44f &a, const M44f &b) { out = b * a; };
+constexpr auto inverse = [](M44f &out, const M44f &matrix) { out = matrix.inverse(); };
 
 const Kernel kernels[] = {
-    {"points_xyz", Each<point>::group},
-    {"point", Each<point>::record},
-    {"product", Each<product>::record},
-    {"product_chain", Each<product>::chain},
-    {"inverse_affine", Each<inverse>::record},
-    {"inverse_general", Each<inverse>::record},
-    {"determinant", Each<determinant>::record},
-    {"box_transform", Each<box_transform>::record},
-    {"ray_box", Each<ray_box>::ray},
+    {"points_xyz", arrays(point)},
+    {"point", each(point)},
+    {"product", each(product)},
+    {"product_chain", chain(product)},
+    {"inverse_affine", each(inverse)},
+    {"inverse_general", each(inverse)},
+    {"determinant", each([](float &out, const M44f &matrix) { out = matrix.determinant(); })},
+    {"box_transform", each([](Box3f &out, const Box3f &in, const M44f &matrix) {
+         Imath::affineTransform(in, matrix, out);
+     })},
+    {"ray_box", rays([](Hit &out, const Line3f &ray, const Box3f &box) {
+         V3f contact;
+         out.hit = Imath::intersects(box, ray, contact);
+         if (out.hit) {
+             out.point = {contact.x, contact.y, contact.z};
+         }
+     })},
     {},
 };
 

@@ -19,89 +19,44 @@ void points(const Work &work)
     }
 }
 
-void add(KXV3 &out, const KXV3 &a, const KXV3 &b)
-{
-    KXV3Combine(&a, &b, &out, 1.0f, 1.0f);
-}
-
-void scale(KXV3 &out, const KXV3 &v, const float &factor)
-{
-    KXV3Combine(&v, &v, &out, factor, 0.0f);
-}
-
-void dot(float &out, const KXV3 &a, const KXV3 &b)
-{
-    out = static_cast<float>(kx_dot(&a, &b));
-}
-
-void cross(KXV3 &out, const KXV3 &a, const KXV3 &b)
-{
-    KXV3Cross(&a, &b, &out);
-}
-
-void length(float &out, const KXV3 &v)
-{
-    out = static_cast<float>(KXV3Length(&v));
-}
-
-void point(KXP3 &out, const KXP3 &in, const KXM4 &matrix)
-{
-    KXM4P3I1(&matrix, &in, &out);
-}
-
-void product(KXM4 &out, const KXM4 &a, const KXM4 &b)
-{
-    KXM4Mult(&a, &b, &out);
-}
-
-void inverse(KXM4 &out, const KXM4 &matrix)
-{
-    KXM4Inverse(&matrix, &out);
-}
-
-void determinant(float &out, const KXM4 &matrix)
-{
-    out = static_cast<float>(KXM4Determinant(&matrix));
-}
-
-void orientation(KXM4 &out, const KXV3 &angles)
-{
-    KXM4Orientation(&out, nullptr, angles.x, angles.y, angles.z, KX_ORDER_XYZ);
-}
-
-void box_transform(KXBox &out, const KXBox &box, const KXM4 &matrix)
-{
-    KXTransformBox(&box, &matrix, &out);
-}
-
-void ray_box(Hit &out, const KXRay &ray, const KXBox &box)
-{
-    out.hit = KXRayIxBox(&ray, &box, &out.point);
-}
-
-void ray_triangle(Hit &out, const KXRay &ray, const KXTriangle &triangle, const KXP3 &vertices)
-{
-    out.hit = KXRayIxTriangle(&ray, &triangle, &vertices, &out.point);
-}
+constexpr auto product = [](KXM4 &out, const KXM4 &a, const KXM4 &b) { KXM4Mult(&a, &b, &out); };
+constexpr auto inverse = [](KXM4 &out, const KXM4 &matrix) { KXM4Inverse(&matrix, &out); };
 
 const Kernel kernels[] = {
-    {"add", Each<add>::record},
-    {"scale", Each<scale>::record},
-    {"dot", Each<dot>::record},
-    {"cross", Each<cross>::record},
-    {"length", Each<length>::record},
+    {"add",
+     each([](KXV3 &out, const KXV3 &a, const KXV3 &b) { KXV3Combine(&a, &b, &out, 1.0f, 1.0f); })},
+    {"scale", each([](KXV3 &out, const KXV3 &v, const float &factor) {
+         KXV3Combine(&v, &v, &out, factor, 0.0f);
+     })},
+    {"dot", each([](float &out, const KXV3 &a, const KXV3 &b) {
+         out = static_cast<float>(kx_dot(&a, &b));
+     })},
+    {"cross", each([](KXV3 &out, const KXV3 &a, const KXV3 &b) { KXV3Cross(&a, &b, &out); })},
+    {"length", each([](float &out, const KXV3 &v) { out = static_cast<float>(KXV3Length(&v)); })},
     {"points_xyz", points<KXM4NP3I1, KXP3>},
     {"points_xyzw", points<KXM4NP4, KXP4>},
-    {"point", Each<point>::record},
-    {"product", Each<product>::record},
-    {"product_chain", Each<product>::chain},
-    {"inverse_affine", Each<inverse>::record},
-    {"inverse_general", Each<inverse>::record},
-    {"determinant", Each<determinant>::record},
-    {"orientation", Each<orientation>::record},
-    {"box_transform", Each<box_transform>::record},
-    {"ray_box", Each<ray_box>::ray},
-    {"ray_triangle", Each<ray_triangle>::ray},
+    {"point",
+     each([](KXP3 &out, const KXP3 &in, const KXM4 &matrix) { KXM4P3I1(&matrix, &in, &out); })},
+    {"product", each(product)},
+    {"product_chain", chain(product)},
+    {"inverse_affine", each(inverse)},
+    {"inverse_general", each(inverse)},
+    {"determinant", each([](float &out, const KXM4 &matrix) {
+         out = static_cast<float>(KXM4Determinant(&matrix));
+     })},
+    {"orientation", each([](KXM4 &out, const KXV3 &angles) {
+         KXM4Orientation(&out, nullptr, angles.x, angles.y, angles.z, KX_ORDER_XYZ);
+     })},
+    {"box_transform", each([](KXBox &out, const KXBox &box, const KXM4 &matrix) {
+         KXTransformBox(&box, &matrix, &out);
+     })},
+    {"ray_box", rays([](Hit &out, const KXRay &ray, const KXBox &box) {
+         out.hit = KXRayIxBox(&ray, &box, &out.point);
+     })},
+    {"ray_triangle",
+     rays([](Hit &out, const KXRay &ray, const KXTriangle &triangle, const KXP3 &vertices) {
+         out.hit = KXRayIxTriangle(&ray, &triangle, &vertices, &out.point);
+     })},
     {},
 };
 
