@@ -65,10 +65,15 @@ constexpr float single(double value)
     return static_cast<float>(value);
 }
 
-/* A product or quotient of two singles, rounded once, is the same in single as in double. */
+/* A product or quotient of two singles, rounded once, is the same in single as in double. Where
+ * there is a fused multiply-add, g++ would leave out the rounding before a sum. */
 constexpr float times(float a, float b)
 {
+#if defined(__FP_FAST_FMAF)
+    return single(wide(a * b));
+#else
     return a * b;
+#endif
 }
 constexpr float times(float a, double b)
 {
