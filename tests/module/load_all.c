@@ -36,15 +36,15 @@ static void resolve(const char *name, void *function, size_t size)
     memcpy(function, &address, size);
 }
 
-/*
- * A pointer of the type given, to the function of that name. The comparison with the header's
- * declaration makes the compiler refuse any other; in sizeof it is not evaluated, so that this
- * program links to nothing.
- */
-#define FUNCTION(result, name, parameters)                                                         \
-    result(*name##_) parameters;                                                                   \
-    (void)sizeof(name##_ == &name);                                                                \
+/* A pointer to the function of that name. Its type comes from the header, without a use of the
+ * function, so that this program links to nothing. */
+#define FUNCTION(name)                                                                             \
+    __typeof__(&name) name##_;                                                                     \
     resolve(#name, &name##_, sizeof name##_)
+#define EXPORTED(name)                                                                             \
+    {                                                                                              \
+        FUNCTION(name);                                                                            \
+    }
 
 static void wants(int holds, const char *name)
 {
@@ -61,19 +61,14 @@ int main(int argc, char **argv)
         fprintf(stderr, "load_all: %s\n", argc == 2 ? FAILURE() : "wants the library's path");
         return 1;
     }
-#define EXPORTED(name)                                                                             \
-    {                                                                                              \
-        __typeof__(&name) function;                                                                \
-        resolve(#name, &function, sizeof function);                                                \
-    }
 #include "exported.inc"
 
-    FUNCTION(double, KXV3Length, (const KXV3 *));
-    FUNCTION(double, KXInterpolate, (float, float, float, float, float));
-    FUNCTION(uint32_t, KXMSB, (uint32_t));
-    FUNCTION(void, KXP3ChangeNUnits, (KXUnit, KXUnit, uint32_t, KXP3 *));
-    FUNCTION(void, KXM4Orientation, (KXM4 *, KXM4 *, float, float, float, KXRotationOrder));
-    FUNCTION(int32_t, KXM4Inverse, (const KXM4 *, KXM4 *));
+    FUNCTION(KXV3Length);
+    FUNCTION(KXInterpolate);
+    FUNCTION(KXMSB);
+    FUNCTION(KXP3ChangeNUnits);
+    FUNCTION(KXM4Orientation);
+    FUNCTION(KXM4Inverse);
 
     KXV3 v = {3, 4, 12};
     wants(KXV3Length_(&v) == 13, "KXV3Length");
