@@ -66,6 +66,13 @@ KX_INLINE Double4 replace_lane0(double value, Double4 v)
     return _mm256_blend_pd(v, _mm256_castpd128_pd256(_mm_set_sd(value)), 1);
 }
 
+/** With lane 0 rounded to single. */
+KX_INLINE Double4 round_lane0(Double4 v)
+{
+    const Float2 rounded = _mm_cvtsd_ss(_mm_setzero_ps(), low_half(v));
+    return _mm256_blend_pd(v, in_low_half(_mm_cvtss_sd(low_half(v), rounded)), 1);
+}
+
 /** All bits where the sign bit is set. */
 KX_INLINE Double4 negative_mask(Double4 v)
 {

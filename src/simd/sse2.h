@@ -202,6 +202,12 @@ KX_INLINE Float4 interleave_high(Float4 a, Float4 b)
 /** Lanes 0 and 1 of a, or lanes 2 and 3, and then those of b. */
 KX_INLINE Float4 join_low(Float4 a, Float4 b) { return {_mm_movelh_ps(a.floats, b.floats)}; }
 KX_INLINE Float4 join_high(Float4 a, Float4 b) { return {_mm_movehl_ps(b.floats, a.floats)}; }
+/** Two lanes of a and then two of b, by their numbers. */
+template <int A, int B, int C, int D>
+KX_INLINE Float4 shuffle(Float4 a, Float4 b)
+{
+    return {_mm_shuffle_ps(a.floats, b.floats, _MM_SHUFFLE(D, C, B, A))};
+}
 KX_INLINE Float2 low_half(Float4 v) { return v.floats; }
 KX_INLINE Float2 high_half(Float4 v) { return _mm_movehl_ps(v.floats, v.floats); }
 KX_INLINE Float4 join(Float2 low, Float2 high) { return {_mm_movelh_ps(low, high)}; }

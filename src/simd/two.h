@@ -69,6 +69,16 @@ KX_INLINE void transpose(Float4 &a, Float4 &b, Float4 &c, Float4 &d)
     d = join_high(ab_high, cd_high);
 }
 
+/** Three rows as four columns, whose last lane is that of the third row again. */
+KX_INLINE void columns_of_rows(Float4 row0, Float4 row1, Float4 row2, Float4 (&columns)[4])
+{
+    const Float4 low = interleave_low(row0, row1), high = interleave_high(row0, row1);
+    columns[0] = shuffle<0, 1, 0, 0>(low, row2);
+    columns[1] = shuffle<2, 3, 1, 1>(low, row2);
+    columns[2] = shuffle<0, 1, 2, 2>(high, row2);
+    columns[3] = shuffle<2, 3, 3, 3>(high, row2);
+}
+
 /** Three rows from their four columns, of which the last lane isn't stored. */
 KX_INLINE void store_columns(float *row0, float *row1, float *row2, Float4 a, Float4 b, Float4 c,
                              Float4 d)

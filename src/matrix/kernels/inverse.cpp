@@ -68,8 +68,7 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
     // or above 0 and of the others: to the sum that it does not belong to a term adds 0, which
     // avoids an unpredictable branch. A term that is subtracted changes sides.
     const Double4 elements = permute<0, 1, 2, 2>(row0);
-    const double first_term = round_to_single(low(plus) * low(row0)); // m11*m22*m00
-    const Double4 plus_terms = replace_lane0(first_term, plus * elements);
+    const Double4 plus_terms = round_lane0(plus * elements);
     const Double4 minus_terms = minus * elements;
     const Double4 plus_above = positive_part(plus_terms), plus_below = negative_part(plus_terms);
     const Double4 minus_above = positive_part(minus_terms);
@@ -84,13 +83,12 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
                          - high_half(minus02) // - m20*m11*m02
                          - low_half(plus1)    // - m10*m22*m01
                          - low_half(minus02); // - m21*m12*m00
-    const double pos = low(sums), neg = high(sums);
-    const double det = pos + neg;
+    const double det = low(sums + swap_lanes(sums)), size = low(sums - swap_lanes(sums));
     if (!(magnitude(det) > 0.0)) {
         return singular; // 0, or a NaN in the block
     }
     const double D = round_to_single(det);
-    if (magnitude(D / (pos - neg)) < 1e-15) {
+    if (magnitude(D / size) < 1e-15) {
         return singular;
     }
 
@@ -98,12 +96,14 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
     // products are single; no others are.
     const Double2 singles = round_to_single(unpack_low(low_half(plus), low_half(minus)));
     const Double4 minors0 = replace_lane0(low(singles) - high(singles), plus - minus);
-    const Double4 minors1 = minors(row0, row2), minors2 = minors(row0, row1);
-    const double k = 1.0 / D;
-    const Double4 plus_minus = change_signs(splat4(k), lanes(0.0, -0.0, 0.0, 0.0));
-    const Double4 minus_plus = negate(plus_minus);
-    const Float4 column0 = narrow(minors0 * plus_minus), column1 = narrow(minors1 * minus_plus);
-    const Float4 column2 = narrow(minors2 * plus_minus);
+    const Double4 plus_minus = lanes(0.0, -0.0, 0.0, 0.0),
+                  minus_plus = lanes(-0.0, 0.0, -0.0, -0.0);
+    const Double4 cofactors0 = change_signs(minors0, plus_minus);
+    const Double4 cofactors1 = change_signs(minors(row0, row2), minus_plus);
+    const Double4 cofactors2 = change_signs(minors(row0, row1), plus_minus);
+    const Double4 k = splat4(1.0 / D);
+    const Float4 column0 = narrow(cofactors0 * k), column1 = narrow(cofactors1 * k);
+    const Float4 column2 = narrow(cofactors2 * k);
     // The translation is -(block*t), by the block as it is stored.
     const Double4 turned =
         sum_of_products(widen(column0), broadcast4(&m.m[0][3]), widen(column1),

@@ -33,7 +33,7 @@ KX_INLINE void transform(const Matrix *m, uint32_t count, const Point *in, Point
     if (transformed == count) {
         return;
     }
-    const Form form(*m);
+    Form form(*m); // not const: g++ 12 would keep it in memory
     for (; transformed < count; ++transformed) {
         form.apply(in[transformed], &out[transformed]);
     }

@@ -19,12 +19,12 @@ struct Columns3 {
 
     KX_INLINE_MEMBER explicit Columns3(const KXM4 &m)
     {
-        Float4 a = load_row(m.m[0]), b = load_row(m.m[1]), c = load_row(m.m[2]), d = c;
-        transpose(a, b, c, d);
-        x = widen(a);
-        y = widen(b);
-        z = widen(c);
-        translation = widen(d);
+        Float4 columns[4];
+        columns_of_rows(load_row(m.m[0]), load_row(m.m[1]), load_row(m.m[2]), columns);
+        x = widen(columns[0]);
+        y = widen(columns[1]);
+        z = widen(columns[2]);
+        translation = widen(columns[3]);
     }
     /** Directions have nothing to do with the translation, and don't read it. */
     KX_INLINE Float4 load_row(const float *row)
@@ -78,30 +78,32 @@ KX_INLINE uint32_t transform_blocks(const KXM4 &m, uint32_t count, const KXP3 *i
     if (count < block) {
         return 0;
     }
-    const Form columns(m);
+    Form columns(m); // not const: g++ 12 would keep it in memory
     alignas(32) double widened[2][3 * block];
     widen_block(in, widened[0]);
     read_back(widened);
-    uint32_t done = 0;
+    float *to = &out->x;
     size_t now = 0;
-    for (; count - done >= 2 * block; done += block) {
-        prefetch_output(&out[done].x);
+    for (uint32_t left = count; left >= 2 * block; left -= block) {
+        prefetch_output(to);
         // The arrays may be the same, and the fourth lane of a point goes where the next point's x
         // will: the next block is read before this one is stored.
-        widen_block(in + done + block, widened[1 - now]);
+        in += block;
+        widen_block(in, widened[1 - now]);
 #pragma GCC unroll 8
-        for (size_t i = 0; i < block; ++i) {
-            store(&out[done + i].x, columns.image(widened[now] + 3 * i));
+        for (size_t i = 0; i < 3 * block; i += 3) {
+            store(to + i, columns.image(widened[now] + i));
         }
+        to += 3 * block;
         now = 1 - now;
         read_back(widened);
     }
 #pragma GCC unroll 7
-    for (size_t i = 0; i + 1 < block; ++i) {
-        store(&out[done + i].x, columns.image(widened[now] + 3 * i));
+    for (size_t i = 0; i < 3 * (block - 1); i += 3) {
+        store(to + i, columns.image(widened[now] + i));
     }
-    store3(&out[done + block - 1].x, columns.image(widened[now] + 3 * (block - 1)));
-    return done + block;
+    store3(to + 3 * (block - 1), columns.image(widened[now] + 3 * (block - 1)));
+    return count / block * block;
 }
 
 #elif KX_HAS_LANES

@@ -32,10 +32,8 @@ KX_INLINE auto sum(Doubles translation, Doubles x, Doubles y, Doubles z)
 KX_INLINE void transform_together(const KXP3 &minimum, const KXP3 &maximum, const KXM4 &m,
                                   KXBox *out)
 {
-    // The columns of the matrix, with the third row also in place of the last.
-    Float4 column_x = load_floats4(m.m[0]), column_y = load_floats4(m.m[1]);
-    Float4 column_z = load_floats4(m.m[2]), column_w = column_z;
-    transpose(column_x, column_y, column_z, column_w);
+    Float4 columns[4];
+    columns_of_rows(load_floats4(m.m[0]), load_floats4(m.m[1]), load_floats4(m.m[2]), columns);
     const auto multiply = [](Float4 column, const float *minimum_end, const float *maximum_end,
                              Double4 *lower, Double4 *higher) {
         const Double4 a = widen(column) * broadcast4(minimum_end);
@@ -43,12 +41,12 @@ KX_INLINE void transform_together(const KXP3 &minimum, const KXP3 &maximum, cons
         sort(a, b, lower, higher);
     };
     Double4 lower_x, higher_x, lower_y, higher_y, lower_z, higher_z;
-    multiply(column_x, &minimum.x, &maximum.x, &lower_x, &higher_x);
-    multiply(column_y, &minimum.y, &maximum.y, &lower_y, &higher_y);
-    multiply(column_z, &minimum.z, &maximum.z, &lower_z, &higher_z);
-    const Float4 lowest = sum(widen(column_w), lower_x, lower_y, lower_z);
-    const Float4 highest = sum(widen(column_w), higher_x, higher_y, higher_z);
-    store3(&out->minimum.x, lowest);
+    multiply(columns[0], &minimum.x, &maximum.x, &lower_x, &higher_x);
+    multiply(columns[1], &minimum.y, &maximum.y, &lower_y, &higher_y);
+    multiply(columns[2], &minimum.z, &maximum.z, &lower_z, &higher_z);
+    const Float4 lowest = sum(widen(columns[3]), lower_x, lower_y, lower_z);
+    const Float4 highest = sum(widen(columns[3]), higher_x, higher_y, higher_z);
+    store(&out->minimum.x, lowest); // whose last lane goes where the other corner's x will
     store3(&out->maximum.x, highest);
 }
 
