@@ -64,9 +64,9 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
     const Double4 minus = left_of(row2) * right_of(row1); // m21*m12  m20*m12  m20*m11
 
     // The determinant is the sum of those products by an element of row 0, with the sign of a
-    // cofactor. Of the six terms only the first is single. Two sums side by side, of the terms at
-    // or above 0 and of the others: to the sum that it does not belong to a term adds 0, which
-    // avoids an unpredictable branch. A term that is subtracted changes sides.
+    // cofactor. Of the six terms only the first is single. Two sums side by side, pos of the
+    // terms at or above 0 and neg of the others: to the sum that it does not belong to a term adds
+    // 0, which avoids an unpredictable branch. A term that is subtracted changes sides.
     const Double4 elements = permute<0, 1, 2, 2>(row0);
     const Double4 plus_terms = round_lane0(plus * elements);
     const Double4 minus_terms = minus * elements;
@@ -83,7 +83,9 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
                          - high_half(minus02) // - m20*m11*m02
                          - low_half(plus1)    // - m10*m22*m01
                          - low_half(minus02); // - m21*m12*m00
-    const double det = low(sums + swap_lanes(sums)), size = low(sums - swap_lanes(sums));
+    const Double2 swapped = swap_lanes(sums);
+    const double det = low(sums + swapped);  // pos + neg
+    const double size = low(sums - swapped); // pos - neg
     if (!(magnitude(det) > 0.0)) {
         return singular; // 0, or a NaN in the block
     }
@@ -96,8 +98,8 @@ KX_INLINE int32_t invert_affine(const KXM4 &m, KXM4 *out)
     // products are single; no others are.
     const Double2 singles = round_to_single(unpack_low(low_half(plus), low_half(minus)));
     const Double4 minors0 = replace_lane0(low(singles) - high(singles), plus - minus);
-    const Double4 plus_minus = lanes(0.0, -0.0, 0.0, 0.0),
-                  minus_plus = lanes(-0.0, 0.0, -0.0, -0.0);
+    const Double4 plus_minus = lanes(0.0, -0.0, 0.0, 0.0);
+    const Double4 minus_plus = lanes(-0.0, 0.0, -0.0, -0.0);
     const Double4 cofactors0 = change_signs(minors0, plus_minus);
     const Double4 cofactors1 = change_signs(minors(row0, row2), minus_plus);
     const Double4 cofactors2 = change_signs(minors(row0, row1), plus_minus);
