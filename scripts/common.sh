@@ -23,3 +23,12 @@ refuse_any() {
 require_preset() {
     grep -q "\"name\": \"$1\"" CMakePresets.json || refuse "there is no preset $1"
 }
+
+# Builds the Python package without its tests; for what measures the library with NumPy.
+build_python_package() {
+    ./scripts/install g++ cmake make python3-dev python3-numpy python3-setuptools >&2
+    # --force, since what is compiled includes a table that is made anew.
+    (cd python && /usr/bin/python3 -W ignore setup.py --quiet build --force \
+        --build-base ../build/numpy --build-lib ../build/numpy) >&2
+    export PYTHONPATH="$PWD/build/numpy"
+}
