@@ -60,11 +60,11 @@ public:
         for_every_count([&](std::uint32_t count) {
             Matrix m;
             inputs.fill(&m);
-            Array<Point> in = array<Point>(count), out = array<Point>(count);
-            in_environment(entry.function, &m, count, in.points(), out.points());
+            Words in = array<Point>(count), out = array<Point>(count);
+            in_environment(entry.function, &m, count, inside<Point>(in), inside<Point>(out));
             enter(in);
             enter(out);
-            in_environment(entry.function, &m, count, in.points(), in.points());
+            in_environment(entry.function, &m, count, inside<Point>(in), inside<Point>(in));
             enter(in);
         });
         return digest.value();
@@ -76,9 +76,9 @@ public:
     run(const catalogue::Entry<void (*)(KXUnit, KXUnit, std::uint32_t, Point *)> &entry)
     {
         for_every_count([&](std::uint32_t count) {
-            Array<Point> points = array<Point>(count);
+            Words points = array<Point>(count);
             const KXUnit from = inputs.below(10), to = inputs.below(10);
-            in_environment(entry.function, from, to, count, points.points());
+            in_environment(entry.function, from, to, count, inside<Point>(points));
             enter(points);
         });
         return digest.value();
@@ -96,9 +96,10 @@ public:
             KXTriangle triangle;
             inputs.fill(&path);
             inputs.fill(vertices, &triangle);
-            Frame point = frame();
-            digest.result(in_environment(entry.function, &path, &triangle, vertices,
-                                         reinterpret_cast<KXP3 *>(point.record.data())));
+            Words point;
+            renew(point);
+            digest.result(
+                in_environment(entry.function, &path, &triangle, vertices, inside<KXP3>(point)));
             enter(point);
         }
         return digest.value();
@@ -123,36 +124,29 @@ public:
     template <typename Pointee>
     Pointee *record(std::size_t index, bool)
     {
-        Frame &f = frames.at(index);
-        if (!f.filled) {
-            std::remove_const_t<Pointee> record;
-            static_assert(sizeof record <= sizeof f.record, "the largest record has room");
+        using Record = std::remove_const_t<Pointee>;
+        Record *const place = inside<Record>(frames.at(index));
+        if (!is_filled[index]) {
+            Record record;
+            static_assert(sizeof record <= largest * 4, "the largest record has room");
             inputs.fill(&record);
-            std::memcpy(f.record.data(), &record, sizeof record);
-            f.filled = true;
+            std::memcpy(place, &record, sizeof record);
+            is_filled[index] = true;
         }
-        return reinterpret_cast<Pointee *>(f.record.data());
+        return place;
     }
 
 private:
-    /** Room for the largest record, with words around it. */
-    struct Frame {
-        std::array<std::uint32_t, 4> before;
-        std::array<std::uint32_t, 16> record;
-        std::array<std::uint32_t, 4> after;
-        bool filled;
-    };
+    /** A record's or an array's, with four more before and after them. */
+    using Words = std::vector<std::uint32_t>;
 
-    /** An array with four words before and after it. */
-    template <typename Point>
-    struct Array {
-        std::vector<std::uint32_t> words;
+    static constexpr std::size_t largest = 16; /**< Words of the largest record. */
 
-        Point *points()
-        {
-            return reinterpret_cast<Point *>(words.data() + 4);
-        }
-    };
+    template <typename Record>
+    static Record *inside(Words &words)
+    {
+        return reinterpret_cast<Record *>(words.data() + 4);
+    }
 
     template <typename Result, typename... Parameters, typename... Arguments>
     Result in_environment(Result (*function)(Parameters...), Arguments... arguments)
@@ -168,23 +162,22 @@ private:
         }
     }
 
-    Frame frame()
+    /** Room for any record; what is around it can't be mistaken for a NaN. */
+    void renew(Words &frame)
     {
-        Frame f = {};
-        for (auto *part : {f.before.data(), f.after.data()}) {
-            std::generate_n(part, 4, [this] { return inputs.word() & 0x7f7fffffU; });
-        }
-        std::generate(f.record.begin(), f.record.end(), [this] { return inputs.number_bits(); });
-        return f;
+        frame.resize(largest + 8);
+        const auto around = [this] { return inputs.word() & 0x7f7fffffU; };
+        std::generate_n(frame.begin(), 4, around);
+        std::generate_n(frame.end() - 4, 4, around);
+        std::generate_n(frame.begin() + 4, largest, [this] { return inputs.number_bits(); });
     }
 
     template <typename Point>
-    Array<Point> array(std::uint32_t count)
+    Words array(std::uint32_t count)
     {
-        Array<Point> a;
-        a.words.resize(8 + count * (sizeof(Point) / 4));
-        std::generate(a.words.begin(), a.words.end(), [this] { return inputs.number_bits(); });
-        return a;
+        Words words(8 + count * (sizeof(Point) / 4));
+        std::generate(words.begin(), words.end(), [this] { return inputs.number_bits(); });
+        return words;
     }
 
     template <typename ForCount>
@@ -201,9 +194,10 @@ private:
     template <typename Result, typename... Arguments>
     void call(const catalogue::Entry<Result (*)(Arguments...)> &entry, const char *sharing)
     {
-        for (Frame &f : frames) {
-            f = frame();
+        for (Words &frame : frames) {
+            renew(frame);
         }
+        is_filled = {};
         const auto arguments = catalogue::arguments(entry, sharing, *this);
         const auto make = [&](Arguments... a) { return in_environment(entry.function, a...); };
         if constexpr (std::is_void_v<Result>) {
@@ -211,47 +205,25 @@ private:
         } else {
             digest.result(std::apply(make, arguments));
         }
-        for (const Frame &f : frames) {
-            if (f.filled) {
-                enter(f);
+        for (std::size_t i = 0; i < frames.size(); ++i) {
+            if (is_filled[i]) {
+                enter(frames[i]);
             }
         }
     }
 
-    void enter(std::uint32_t bits)
+    void enter(const Words &words)
     {
-        if (moved) {
-            digest.word(bits);
-        } else {
-            digest.computed(bits);
-        }
-    }
-
-    void enter(const Frame &f)
-    {
-        for (const std::uint32_t bits : f.before) {
-            enter(bits);
-        }
-        for (const std::uint32_t bits : f.record) {
-            enter(bits);
-        }
-        for (const std::uint32_t bits : f.after) {
-            enter(bits);
-        }
-    }
-
-    template <typename Point>
-    void enter(const Array<Point> &a)
-    {
-        for (const std::uint32_t bits : a.words) {
-            enter(bits);
+        for (const std::uint32_t bits : words) {
+            moved ? digest.word(bits) : digest.computed(bits);
         }
     }
 
     Inputs inputs;
     Environment environment;
     Digest digest;
-    std::array<Frame, 5> frames = {};
+    std::array<Words, 5> frames;
+    std::array<bool, 5> is_filled;
     std::uint32_t word_limit = 0;
     bool moved = false;
 };

@@ -248,17 +248,12 @@ private:
         return {body.place.x, body.place.y, body.place.z};
     }
 
-    static void place(Body &body, std::size_t index)
+    void place(Body &body) const
     {
-        const auto order = static_cast<KXRotationOrder>(index % 6);
+        const auto order = static_cast<KXRotationOrder>((&body - bodies.data()) % 6);
         KXM4Position(&body.to_world, &body.to_body, &body.place, order);
         const KXBox own = own_box(body);
         KXTransformBox(&own, &body.to_world, &body.reach);
-    }
-
-    void place(Body &body) const
-    {
-        place(body, static_cast<std::size_t>(&body - bodies.data()));
     }
 
     static KXBox own_box(const Body &body)
