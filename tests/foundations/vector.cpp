@@ -54,14 +54,16 @@ TEST_CASE("KXV3Scale")
         KXV3Scale(&out.record, length);
         out.check(label, scaled);
     };
-    check("the quotient stays wide", {5.3f, 6.3f, 3}, 9, {5.44370174f, 6.47081518f, 3.08134055f});
+    check("the quotient stays wide, and there is no unit vector", {0.6f, 0.7f, 2.4f}, 6,
+          {1.40023768f, 1.63361061f, 5.60095072f});
     check("from next to that length", {1.0000005f, 0, 0}, 1, {1, 0, 0});
     check("to -10 turns round", {3, 4, 0}, -10, {-6, -8, -0.0f});
     check("to 0", {3, 4, 0}, 0, {0, 0, 0});
     check("to 0 with signs", {-3, 4, -0.0f}, 0, {-0.0f, 0, -0.0f});
     check("zero stays", {0, -0.0f, 0}, 5, {0, -0.0f, 0});
     check("too short stays", {1e-07f, 0, 0}, 5, {1e-07f, 0, 0});
-    check("equal to the tolerance stays", {tolerance, 0, 0}, 5, {tolerance, 0, 0});
+    check("equal to the tolerance stays; above it by a hypotenuse and with z added first",
+          {tolerance, 1e-14f, 1.5e-14f}, 5, {tolerance, 1e-14f, 1.5e-14f});
     check("one step above", {above_tolerance, 0, 0}, 5, {5, 0, 0});
     check("between the single 1e-6 and the decimal", {tolerance, 1e-11f, 0}, 5,
           {5, 4.99999987e-05f, 0});

@@ -59,6 +59,9 @@ TEST_CASE("KXM3Determinant")
           {{{2.6f, 2.6f, 5.1f}, {5.9f, 5.9f, 6.2f}, {8.6f, 8.6f, 0.3f}}}, 0);
     check("the three terms are added from left to right",
           {{{-8, -6.9f, -8.4f}, {-1.5f, 1.2f, -7.2f}, {1.7f, -4.4f, -9.9f}}}, 497.09699936008411);
+    const KXM3 far = {{{1, 0, infinity}, {0, 1, 0}, {0, 0, 1}}};
+    const double unknown = KXM3Determinant(&far);
+    CHECK(unknown != unknown); // the translation takes part, times 0
 }
 
 TEST_CASE("KXM4IsOrthogonal")

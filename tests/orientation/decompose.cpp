@@ -133,7 +133,8 @@ TEST_CASE("The forms for the plane")
     refused.check("singular", marked<KXComponents>());
 
     Guarded<KXM3> out;
-    const KXComponents components = {2, 3, 7, 5, 6, 7, 1, 2, 0.75f, 4, 5, 6, 1, 2, 3, 4};
+    constexpr float x = not_a_number;
+    const KXComponents components = {2, 3, x, x, x, x, x, x, 0.75f, 4, 5, x, x, x, x, x};
     KXM3Compose(&out.record, &components);
     out.check("five fields are read",
               {{{1.46337771f, -1.36327755f, 4}, {2.04491639f, 2.19506645f, 5}, {0, 0, 1}}});
