@@ -233,6 +233,7 @@ def test_what_is_left_out_and_not_written():
     np.testing.assert_array_equal(inverse, kx.KXM4Orientation(0.1, 0.2, 0.3, 0)[1])
     given = np.zeros((4, 4), np.float32)
     assert kx.KXM4Orientation(0.1, 0.2, 0.3, 0, matrix=False, inverse=given) is given
+    assert len(kx.KXM3MatrixComponents(M[:3, :3], angle=False, scaleX=False)) == 2
     elevation = kx.KXPointsToREA([0, 0, 0], [3, 0, 4])[1]
     assert elevation == 0 and type(elevation) is np.float32
     masked = kx.KXV3Length([[3, 0, 4], [1, 0, 0]], where=[True, False], out=np.full(2, -1.0))
@@ -251,6 +252,8 @@ def read_only(array):
 
 M, P = np.eye(4, dtype=np.float32), np.zeros((6, 3), np.float32)
 TRIANGLE = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2, 0, 0)), 0, (0, 0, 1, -1))
+TOP_BIT = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2**31, 0, 0)), 0, (0, 0, 1, -1))
+SWAPPED = np.zeros((), [(name, ">f4") for name in kx.KXPosition.dtype.names])
 
 
 @pytest.mark.parametrize("call, error, words", [
@@ -281,6 +284,9 @@ TRIANGLE = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2, 0, 0)), 0, (0, 0, 1
     (lambda: kx.KXBitCount(1.0), TypeError, "v is made of float64"),
     (lambda: kx.KXM4Scale(1, "2", 3), TypeError, "sy is made of"),
     (lambda: kx.KXRayIxTriangle(P[:2], TRIANGLE, P[:2]), ValueError, "triangle has the vertex 2"),
+    (lambda: kx.KXRayIxTriangle(P[:2], TOP_BIT, P), ValueError, "triangle has the vertex 2147483648"),
+    (lambda: kx.Mesh(P, M[:3, :3]), TypeError, "faces is made of float32"),
+    (lambda: kx.KXM4MatrixComponents(M, position=SWAPPED), TypeError, "can't be written to"),
     (lambda: kx.triangle(P, 0, 1, [0, 6]), ValueError, "third has the vertex 6"),
     (lambda: kx.KXM4Position(TRIANGLE, 0), TypeError, "position is made of"),
     (lambda: kx.KXM4Scale(10**400, 1, 1), TypeError, "sx is made of object"),
@@ -296,6 +302,17 @@ TRIANGLE = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2, 0, 0)), 0, (0, 0, 1
 def test_refused(call, error, words):
     with pytest.raises(error, match=words):
         call()
+
+
+def test_what_help_says():
+    assert kx.__version__ == API["version"]
+    assert [getattr(kx, each["name"]) for each in API["constants"]] == [each["value"] for each in API["constants"]]
+    for function in FUNCTIONS:
+        notes = [text for label, text in function["notes"].items() if label not in ("Null", "Aliasing")]
+        texts = [each["text"].removesuffix("; or null") for each in arguments(function)]
+        said = " ".join(getattr(kx, function["name"]).__doc__.split())
+        missing = [text for text in [function["brief"], *texts, *notes] if " ".join(text.split()) not in said]
+        assert not missing, function["name"]
 
 
 def test_pickles():
@@ -327,6 +344,8 @@ def test_top_bits():
     words = np.array([0x80000000, 0xFFFFFFFF, 0x80000001], np.uint32)
     assert kx.KXMSB(words).tolist() == [31, 31, 31] and kx.KXBitCount(words).tolist() == [1, 32, 2]
     assert kx.KXLSB(0x80000000) == 31 and kx.KXBitCount(words.astype(np.int64)).tolist() == [1, 32, 2]
+    # Halfway between two singles, and a little more than a double holds.
+    assert kx.KXM4Translate(2**60 + 2**36 + 1, 0, 0)[0, 3] == 2**60 + 2**37
     # A clock that has run over.
     assert kx.KXDiffTime(5, 2**32 - 5) == pytest.approx(kx.KXDiffTime(15, 5))
 
