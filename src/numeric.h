@@ -136,6 +136,12 @@ static inline KXV3 narrow(const Xyz &v)
     return {narrow(v.x), narrow(v.y), narrow(v.z)};
 }
 
+/** Whether a box with these corners is inverted. A NaN does not make it so. */
+static inline bool is_inverted(const Xyz &minimum, const Xyz &maximum)
+{
+    return minimum.x > maximum.x || minimum.y > maximum.y || minimum.z > maximum.z;
+}
+
 /** What functions report: a status, 0 for success, or whether a path hits. */
 constexpr int32_t done = 0;
 constexpr int32_t singular = 1; /**< A matrix that cannot be inverted or taken apart. */

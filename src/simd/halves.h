@@ -103,7 +103,6 @@ KX_INLINE Double4 broadcast4(const float *from)
     const Double2 both = splat2(widen(*from));
     return {both, both};
 }
-
 KX_INLINE Double4 broadcast4(const double *from) { return splat4(*from); }
 
 KX_INLINE void store_columns(float *row0, float *row1, float *row2, float *row3, Double4 a,

@@ -168,18 +168,12 @@ KX_INLINE Float4 interleave_high(Float4 a, Float4 b)
 {
     return {{a.high.one, b.high.one}, {a.high.two, b.high.two}};
 }
-KX_INLINE Float4 join_low(Float4 a, Float4 b) { return {a.low, b.low}; }
-KX_INLINE Float4 join_high(Float4 a, Float4 b) { return {a.high, b.high}; }
-template <int N>
-KX_INLINE float lane(Float4 v)
-{
-    const Float2 half = N < 2 ? v.low : v.high;
-    return N % 2 == 0 ? half.one : half.two;
-}
 template <int A, int B, int C, int D>
 KX_INLINE Float4 shuffle(Float4 a, Float4 b)
 {
-    return {{lane<A>(a), lane<B>(a)}, {lane<C>(b), lane<D>(b)}};
+    const float of_a[4] = {a.low.one, a.low.two, a.high.one, a.high.two};
+    const float of_b[4] = {b.low.one, b.low.two, b.high.one, b.high.two};
+    return {{of_a[A], of_a[B]}, {of_b[C], of_b[D]}};
 }
 KX_INLINE Float2 low_half(Float4 v) { return v.low; }
 KX_INLINE Float2 high_half(Float4 v) { return v.high; }

@@ -67,7 +67,6 @@ KX_INLINE Double2 flush_below(double bound, Double2 p)
     const Double2 size = _mm_andnot_pd(_mm_set1_pd(-0.0), p);
     return _mm_and_pd(p, _mm_cmpge_pd(size, _mm_set1_pd(bound)));
 }
-
 /** Whether the magnitude of any lane is above a bound. */
 KX_INLINE bool any_above(double bound, Double2 p)
 {
@@ -199,9 +198,6 @@ KX_INLINE Float4 interleave_high(Float4 a, Float4 b)
 {
     return {_mm_unpackhi_ps(a.floats, b.floats)};
 }
-/** Lanes 0 and 1 of a, or lanes 2 and 3, and then those of b. */
-KX_INLINE Float4 join_low(Float4 a, Float4 b) { return {_mm_movelh_ps(a.floats, b.floats)}; }
-KX_INLINE Float4 join_high(Float4 a, Float4 b) { return {_mm_movehl_ps(b.floats, a.floats)}; }
 /** Two lanes of a and then two of b, by their numbers. */
 template <int A, int B, int C, int D>
 KX_INLINE Float4 shuffle(Float4 a, Float4 b)

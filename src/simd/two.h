@@ -63,10 +63,10 @@ KX_INLINE void transpose(Float4 &a, Float4 &b, Float4 &c, Float4 &d)
 {
     const Float4 ab_low = interleave_low(a, b), ab_high = interleave_high(a, b);
     const Float4 cd_low = interleave_low(c, d), cd_high = interleave_high(c, d);
-    a = join_low(ab_low, cd_low);
-    b = join_high(ab_low, cd_low);
-    c = join_low(ab_high, cd_high);
-    d = join_high(ab_high, cd_high);
+    a = shuffle<0, 1, 0, 1>(ab_low, cd_low);
+    b = shuffle<2, 3, 2, 3>(ab_low, cd_low);
+    c = shuffle<0, 1, 0, 1>(ab_high, cd_high);
+    d = shuffle<2, 3, 2, 3>(ab_high, cd_high);
 }
 
 /** Three rows as four columns, whose last lane is that of the third row again. */

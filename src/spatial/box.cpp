@@ -3,7 +3,6 @@
 
 #include "kernels.h"
 #include "numeric.h"
-#include "spatial/box.h"
 
 using namespace kx;
 

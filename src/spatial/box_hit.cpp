@@ -12,7 +12,6 @@
 #include "kxmaths5/spatial.h"
 
 #include "numeric.h"
-#include "spatial/box.h"
 
 using namespace kx;
 
