@@ -218,7 +218,7 @@ def print_first_edge():
 
 def print_grid():
     """What rays at the turned triangle do: 0 is a miss and 1 a hit that are right, 2 and 3 those that are not."""
-    axis = 1.6 * (np.arange(300) + 0.5) / 300 - 0.8
+    axis = 1.6 * (np.arange(300, dtype=np.float32) + 0.5) / 300 - 0.8
     rays = straight_down(*np.meshgrid(axis, axis))
     pictures = []
     for begun_well in (False, True):
