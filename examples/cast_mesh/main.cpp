@@ -5,6 +5,7 @@
  * A host of kxmaths5: the geometry is the library's. What is left to it are colours, and the cosine
  * between two unit vectors.
  */
+#include "command_line.h"
 #include "hierarchy.h"
 #include "render.h"
 #include "report.h"
@@ -184,8 +185,7 @@ void run(int argc, char **argv)
     if (!options) {
         return;
     }
-    const std::string symbol = unit_symbol(options->to);
-    const std::string unit = symbol.empty() ? "" : " " + symbol;
+    const std::string unit = options->symbol.empty() ? "" : " " + options->symbol;
 
     const Mesh mesh = mesh_for(*options);
     const Scene scene(mesh, *options);

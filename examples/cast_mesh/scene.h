@@ -2,9 +2,9 @@
 #ifndef CAST_MESH_SCENE_H
 #define CAST_MESH_SCENE_H
 
-#include "command_line.h"
 #include "hierarchy.h"
 #include "mesh.h"
+#include "report.h"
 
 #include <kxmaths5.hpp>
 

@@ -30,6 +30,33 @@ constexpr std::array<UnitName, 10> units = {{{"none", "none"},
                                              {"nmi", "nautical-mile"}}};
 constexpr std::array<const char *, 6> orders = {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"};
 
+/** The unit with a short or a long name, such as "mm" or "millimetre". Throws Failure. */
+KXUnit unit_named(const std::string &name)
+{
+    std::string known;
+    for (KXUnit unit = 0; unit < units.size(); ++unit) {
+        if (name == units[unit].symbol || name == units[unit].name) {
+            return unit;
+        }
+        known += (unit == 0 ? "" : ", ") + std::string(units[unit].symbol);
+    }
+    throw Failure("there is no unit \"" + name + "\": take one of " + known);
+}
+
+/** The order with a name such as "XYZ", in any case. Throws Failure. */
+KXRotationOrder order_named(const std::string &name)
+{
+    std::string upper = name;
+    std::transform(upper.begin(), upper.end(), upper.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    const auto found = std::find(orders.begin(), orders.end(), upper);
+    if (found == orders.end()) {
+        throw Failure("there is no rotation order \"" + name +
+                      "\": take one of XYZ, XZY, YXZ, YZX, ZXY, ZYX");
+    }
+    return static_cast<KXRotationOrder>(found - orders.begin());
+}
+
 } // namespace
 
 CommandLine::CommandLine(const std::string &purpose, const std::string &examples) : app(purpose)
@@ -105,6 +132,7 @@ bool CommandLine::parse(int argc, char **argv, PlacedMeshOptions &options)
     options.z_is_up = up == "z";
     options.from = unit_named(from);
     options.to = unit_named(to);
+    options.symbol = options.to == KX_UNIT_NONE ? "" : units[options.to].symbol;
     options.order = order_named(order);
     options.order_name = order;
     options.position = {position[0],
@@ -114,21 +142,6 @@ bool CommandLine::parse(int argc, char **argv, PlacedMeshOptions &options)
                         degrees[1] * radians_per_degree,
                         degrees[2] * radians_per_degree};
     return true;
-}
-
-Mesh mesh_for(const PlacedMeshOptions &options)
-{
-    Mesh mesh = mesh_named(options.mesh);
-    if (options.z_is_up) {
-        // A rotation by a quarter turn, exactly: in singles its cosine would be 4e-8.
-        const auto turn = [](KXV3 &v) { v = {v.x, v.z, -v.y}; };
-        std::for_each(mesh.points.begin(), mesh.points.end(), turn);
-        for (CornerNormals &normals : mesh.normals) {
-            std::for_each(normals.begin(), normals.end(), turn);
-        }
-    }
-    KXP3ChangeNUnits(options.from, options.to, mesh.point_count(), mesh.points.data());
-    return mesh;
 }
 
 int run_example(const char *name, int argc, char **argv, void (*run)(int, char **))
@@ -143,36 +156,6 @@ int run_example(const char *name, int argc, char **argv, void (*run)(int, char *
         std::cerr << name << ": " << error.what() << '\n';
         return 1;
     }
-}
-
-KXUnit unit_named(const std::string &name)
-{
-    std::string known;
-    for (KXUnit unit = 0; unit < units.size(); ++unit) {
-        if (name == units[unit].symbol || name == units[unit].name) {
-            return unit;
-        }
-        known += (unit == 0 ? "" : ", ") + std::string(units[unit].symbol);
-    }
-    throw Failure("there is no unit \"" + name + "\": take one of " + known);
-}
-
-std::string unit_symbol(KXUnit unit)
-{
-    return unit == KX_UNIT_NONE ? "" : units[unit].symbol;
-}
-
-KXRotationOrder order_named(const std::string &name)
-{
-    std::string upper = name;
-    std::transform(upper.begin(), upper.end(), upper.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
-    const auto found = std::find(orders.begin(), orders.end(), upper);
-    if (found == orders.end()) {
-        throw Failure("there is no rotation order \"" + name +
-                      "\": take one of XYZ, XZY, YXZ, YZX, ZXY, ZYX");
-    }
-    return static_cast<KXRotationOrder>(found - orders.begin());
 }
 
 } // namespace example

@@ -17,22 +17,6 @@ namespace example
 
 using Triple = std::array<float, 3>;
 
-constexpr float radians_per_degree = 0.017453292519943295f;
-
-/** A mesh, the unit to work in, and its place. */
-struct PlacedMeshOptions {
-    std::string mesh; /**< Empty: the default mesh. */
-    KXUnit from = KX_UNIT_METRE;
-    KXUnit to = KX_UNIT_METRE;
-    bool z_is_up = false;                     /**< In the file. */
-    KXPosition position = {0, 0, 0, 0, 0, 0}; /**< Angles in radians, as the library wants them. */
-    KXRotationOrder order = KX_ORDER_YXZ;
-    std::string order_name = "YXZ";
-};
-
-/** The mesh that is asked for, with Y up and in the unit to work in. Throws Failure. */
-Mesh mesh_for(const PlacedMeshOptions &options);
-
 /**
  * The options for a placed mesh, and the reading of a command line: add it to an app, add more
  * options, and parse. Values that CLI11 can't check are checked after that.
@@ -67,15 +51,6 @@ private:
  * non-zero exit. `run` takes the command line.
  */
 int run_example(const char *name, int argc, char **argv, void (*run)(int, char **));
-
-/** The unit with a short or a long name, such as "mm" or "millimetre". Throws Failure. */
-KXUnit unit_named(const std::string &name);
-
-/** The short name of a unit, such as "mm"; empty for KX_UNIT_NONE. */
-std::string unit_symbol(KXUnit unit);
-
-/** The order with a name such as "XYZ", in any case. Throws Failure. */
-KXRotationOrder order_named(const std::string &name);
 
 } // namespace example
 

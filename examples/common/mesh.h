@@ -53,6 +53,21 @@ Mesh trefoil();
  * either, the knot, with a line on stdout that says so. Throws Failure. */
 Mesh mesh_named(const std::string &path);
 
+/** A mesh, the unit to work in, and its place. */
+struct PlacedMeshOptions {
+    std::string mesh; /**< Empty: the default mesh. */
+    KXUnit from = KX_UNIT_METRE;
+    KXUnit to = KX_UNIT_METRE;
+    std::string symbol = "m"; /**< Of `to`; empty for KX_UNIT_NONE. */
+    bool z_is_up = false;                     /**< In the file. */
+    KXPosition position = {0, 0, 0, 0, 0, 0}; /**< Angles in radians, as the library wants them. */
+    KXRotationOrder order = KX_ORDER_YXZ;
+    std::string order_name = "YXZ";
+};
+
+/** The mesh that is asked for, with Y up and in the unit to work in. Throws Failure. */
+Mesh mesh_for(const PlacedMeshOptions &options);
+
 } // namespace example
 
 #endif

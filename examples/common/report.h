@@ -42,6 +42,8 @@ std::string text_of(const KXBox &box);
 /** 34835 and "triangle" as "34,835 triangles". */
 std::string count_of(std::size_t count, const std::string &what);
 
+constexpr float radians_per_degree = 0.017453292519943295f;
+
 /** Degrees to four digits after the point, which is what singles are good for; never -0. */
 double in_degrees(double radians);
 

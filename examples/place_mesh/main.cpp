@@ -4,6 +4,7 @@
  *
  * A host of kxmaths5: all geometry is the library's.
  */
+#include "command_line.h"
 #include "placement.h"
 #include "png_file.h"
 #include "sheet.h"
@@ -42,7 +43,7 @@ void run(int argc, char **argv)
     std::vector<ReportLine> lines = report(placement, *options);
     const std::vector<ReportLine> readings = report(read_back(placement.matrix));
     lines.insert(lines.end(), readings.begin(), readings.end());
-    const Picture picture = draw_sheet(placement, lines, unit_symbol(options->to));
+    const Picture picture = draw_sheet(placement, lines, options->symbol);
     write_png(options->picture, picture);
     lines.push_back(line_for(options->picture, picture));
     print(lines);

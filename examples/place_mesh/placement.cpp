@@ -77,7 +77,7 @@ Placement place(Mesh mesh, const Options &options)
 std::vector<ReportLine> report(const Placement &p, const Options &options)
 {
     const KXPosition &at = options.position;
-    const std::string unit = unit_symbol(options.to).empty() ? "" : " " + unit_symbol(options.to);
+    const std::string unit = options.symbol.empty() ? "" : " " + options.symbol;
     const auto point = [&unit](const KXP3 &q) { return text_of(q) + unit; };
     const auto box = [&unit](const KXBox &b) { return text_of(b) + unit; };
 

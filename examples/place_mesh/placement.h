@@ -2,7 +2,6 @@
 #ifndef PLACE_MESH_PLACEMENT_H
 #define PLACE_MESH_PLACEMENT_H
 
-#include "command_line.h"
 #include "mesh.h"
 #include "report.h"
 

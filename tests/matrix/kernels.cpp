@@ -6,6 +6,7 @@
 
 #include "support/check.h"
 #include "support/digest.h"
+#include "support/environment.h"
 #include "support/inputs.h"
 
 #include <cfenv>
@@ -35,9 +36,9 @@ constexpr Kind kinds[] = {Kind::lattice, Kind::ordinary, Kind::boundary, Kind::a
 template <typename Call>
 int raised_by(Call call)
 {
-    std::feclearexcept(FE_ALL_EXCEPT);
+    test::feclearexcept(FE_ALL_EXCEPT);
     call();
-    return std::fetestexcept(flags);
+    return test::fetestexcept(flags);
 }
 
 /** The first float that differs, as text; empty if none does. The sign and payload of a NaN are the
@@ -267,11 +268,11 @@ void check_as_baseline(const Copies &copies)
             of.transform_box(&box, &m, reinterpret_cast<KXBox *>(&out[49]));
             return of.determinant(&m);
         };
-        std::fesetround(rounding_modes[i / 4 % 3]);
+        test::fesetround(rounding_modes[i / 4 % 3]);
         double wanted_d = 0, got_d = 0;
         const int plain = raised_by([&] { wanted_d = run(wanted, baseline); });
         const int fast = raised_by([&] { got_d = run(got, copies); });
-        std::fesetround(FE_TONEAREST);
+        test::fesetround(FE_TONEAREST);
         const std::string fault = difference(wanted, got);
         REQUIRE_MESSAGE(fault.empty(), i, fault);
         REQUIRE_MESSAGE((std::memcmp(&wanted_d, &got_d, sizeof got_d) == 0 || wanted_d != wanted_d),

@@ -1,7 +1,7 @@
 """Changes the library in one place at a time, and sees whether the tests notice.
 
-Each changed source is built into a module of its own, and the test programs of a build that is there
-already are run with that module: first the tests of the source's topic, then the others, quick ones
+Each changed source is built into a module of its own, and the test programs of the preset gcc
+are run with that module: first the tests of the source's topic, then the others, quick ones
 first. What no test notices may still give other digests; those are counted by themselves, and what
 neither notices has survived. unobservable.txt has the changes that no test could notice, each group
 with its reason. Any other that no test has noticed is a failure, and so is a line of that file that
@@ -178,13 +178,13 @@ def main():
 
     if not mutants:
         sys.exit(bool(stale))
-    subprocess.run([ROOT / 'scripts/build', options.preset], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run([ROOT / 'scripts/build', 'gcc'], check=True, stdout=subprocess.DEVNULL)
     workers = queue.SimpleQueue()
     count = os.cpu_count() or 1
     with concurrent.futures.ThreadPoolExecutor(count) as pool:
         for worker in pool.map(lambda n: Worker(n, options.preset), range(count)):
             workers.put(worker)
-        programs = measured_programs(worker, ROOT / 'build' / options.preset)
+        programs = measured_programs(worker, ROOT / 'build/gcc')
 
         def outcome_of(mutant):
             worker = workers.get()
