@@ -58,7 +58,7 @@ struct PlacedMeshOptions {
     std::string mesh; /**< Empty: the default mesh. */
     KXUnit from = KX_UNIT_METRE;
     KXUnit to = KX_UNIT_METRE;
-    std::string symbol = "m"; /**< Of `to`; empty for KX_UNIT_NONE. */
+    std::string symbol = "m";                 /**< Of `to`; empty for KX_UNIT_NONE. */
     bool z_is_up = false;                     /**< In the file. */
     KXPosition position = {0, 0, 0, 0, 0, 0}; /**< Angles in radians, as the library wants them. */
     KXRotationOrder order = KX_ORDER_YXZ;

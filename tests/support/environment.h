@@ -13,8 +13,9 @@ namespace test
 {
 
 #if defined(_WIN64) && defined(__SSE__)
-/* MinGW-w64's <cfenv> asks in each call which processor this is, and a virtual machine takes longer to answer than
- * all else that a test does. SSE alone computes here, and its bits are the flags of <cfenv>. */
+/* MinGW-w64's <cfenv> asks in each call which processor this is, and a virtual machine takes longer
+ * to answer than all else that a test does. SSE alone computes here, and its bits are the flags of
+ * <cfenv>. */
 using fenv_t = unsigned;
 inline void fegetenv(fenv_t *environment)
 {
