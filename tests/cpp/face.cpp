@@ -14,35 +14,22 @@ using namespace kxm;
 namespace
 {
 
-/* The records for which the inputs have more than floats. */
-void fill(test::Inputs &inputs, mat3 *value)
-{
-    inputs.fill(static_cast<KXM3 *>(value));
-}
-void fill(test::Inputs &inputs, mat4 *value)
-{
-    inputs.fill(static_cast<KXM4 *>(value));
-}
-void fill(test::Inputs &inputs, box *value)
-{
-    inputs.fill(static_cast<KXBox *>(value));
-}
-void fill(test::Inputs &inputs, order *value)
-{
-    *value = static_cast<order>(inputs.below(6));
-}
-void fill(test::Inputs &inputs, unit *value)
-{
-    *value = static_cast<unit>(inputs.below(10));
-}
-void fill(test::Inputs &inputs, depth *value)
-{
-    *value = static_cast<depth>(inputs.below(3));
-}
 template <typename Value>
 void fill(test::Inputs &inputs, Value *value)
 {
-    inputs.fill(value);
+    if constexpr (std::is_enum_v<Value>) {
+        constexpr bool is_order = std::is_same_v<Value, order>,
+                       is_unit = std::is_same_v<Value, unit>;
+        *value = static_cast<Value>(inputs.below(is_order ? 6 : is_unit ? 10 : 3));
+    } else if constexpr (std::is_convertible_v<Value *, KXM3 *>) {
+        inputs.fill(static_cast<KXM3 *>(value));
+    } else if constexpr (std::is_convertible_v<Value *, KXM4 *>) {
+        inputs.fill(static_cast<KXM4 *>(value));
+    } else if constexpr (std::is_convertible_v<Value *, KXBox *>) {
+        inputs.fill(static_cast<KXBox *>(value));
+    } else {
+        inputs.fill(value);
+    }
 }
 
 /** The bits of two results; all NaN are one. */

@@ -2,9 +2,6 @@
 
 using namespace test;
 
-static const KXM4 unit4 = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
-static const KXM3 unit3 = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-
 TEST_CASE("KXM4Unit and KXM3Unit fill the record")
 {
     Guarded<KXM4> four;

@@ -133,7 +133,6 @@ TEST_CASE("KXM4Inverse: every rounding of both methods, every exchange")
           {0, 0, 0, 1, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0});
 }
 
-static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
 static const KXM4 untouched = marked<KXM4>();
 
 TEST_CASE("The last row chooses the method")
@@ -149,17 +148,17 @@ TEST_CASE("The last row chooses the method")
     const float below = std::nextafter(tolerance, 0.0f);
     for (int c = 0; c < 3; ++c) {
         for (const float sign : {1.0f, -1.0f}) {
-            check_inverse("at the tolerance", zero_block_with(c, sign * tolerance), 1, unit);
+            check_inverse("at the tolerance", zero_block_with(c, sign * tolerance), 1, unit4);
             check_inverse("below it", zero_block_with(c, sign * below), 1, untouched);
         }
         check_inverse("a NaN", zero_block_with(c, not_a_number), 1, untouched);
-        check_inverse("1", zero_block_with(c, 1), 1, unit);
+        check_inverse("1", zero_block_with(c, 1), 1, unit4);
     }
     for (const float sign : {1.0f, -1.0f}) {
-        check_inverse("m33 off by 2^-19", zero_block_with(3, 1 + sign * 0x1p-19f), 1, unit);
+        check_inverse("m33 off by 2^-19", zero_block_with(3, 1 + sign * 0x1p-19f), 1, unit4);
         check_inverse("m33 off by 2^-20", zero_block_with(3, 1 + sign * 0x1p-20f), 1, untouched);
     }
-    check_inverse("m33 of 0", zero_block_with(3, 0), 1, unit);
+    check_inverse("m33 of 0", zero_block_with(3, 0), 1, unit4);
     check_inverse("m33 a NaN", zero_block_with(3, not_a_number), 1, untouched);
     // What the last row held plays no part in an affine inverse.
     check_inverse(
@@ -173,7 +172,7 @@ TEST_CASE("The last row chooses the method")
 TEST_CASE("What counts as singular")
 {
     for (int i = 0; i < 9; ++i) {
-        KXM4 m = unit;
+        KXM4 m = unit4;
         m.m[i / 3][i % 3] = not_a_number;
         check_inverse("a NaN in the block", m, 1, untouched);
     }
@@ -227,13 +226,13 @@ TEST_CASE("KXM4Inverse undoes a matrix")
         auto m = random.record<KXM4>(1);
         for (int k = 0; k < 4; ++k) {
             m.m[k][k] += 4; // far from singular
-            m.m[3][k] = i % 2 == 0 ? unit.m[3][k] : m.m[3][k];
+            m.m[3][k] = i % 2 == 0 ? unit4.m[3][k] : m.m[3][k];
         }
         KXM4 inverse, both;
         CHECK(KXM4Inverse(&m, &inverse) == 0);
         KXM4Mult(&m, &inverse, &both);
         for (int k = 0; k < 16; ++k) {
-            CHECK(std::fabs(both.m[k / 4][k % 4] - unit.m[k / 4][k % 4]) < 1e-6f);
+            CHECK(std::fabs(both.m[k / 4][k % 4] - unit4.m[k / 4][k % 4]) < 1e-6f);
         }
     }
 }

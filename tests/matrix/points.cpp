@@ -19,10 +19,6 @@ static const KXM4 ordered4 = {
     {{large, 1, -large, 8}, {large, -large, 1, 2}, {1, large, -large, 2}, {-large, 1, 8, large}}};
 static const KXM3 ordered3 = {{{large, 1, -large}, {large, -large, 1}, {1, -large, large}}};
 
-// Identities are matrices like any other: a coordinate of -0 is added to 0.
-static const KXM4 unit4 = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
-static const KXM3 unit3 = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
-
 /** Each row through the single form and through the array form with a count of 1. */
 template <typename Matrix, typename Point>
 static void check_forms(const std::string &label, const Matrix &m, const Point &p,
@@ -48,6 +44,7 @@ TEST_CASE("One point")
     check_forms("P3I1", delicate4, {8191, 8192, 1}, {-1, -0.0f, 8192}, KXM4P3I1, KXM4NP3I1);
     check_forms("P4", delicate4, {8191, 8192, 1, 1}, {-1, -0.0f, 8192, 147465}, KXM4P4, KXM4NP4);
 
+    // Identities are matrices like any other: a coordinate of -0 is added to 0.
     check_forms("P2I0, identity", unit3, {-0.0f, 1}, {0, 1}, KXM3P2I0, KXM3NP2I0);
     check_forms("P2I1, identity", unit3, {-0.0f, 1}, {0, 1}, KXM3P2I1, KXM3NP2I1);
     check_forms("P3I0, identity", unit4, {-0.0f, 1, 2}, {0, 1, 2}, KXM4P3I0, KXM4NP3I0);

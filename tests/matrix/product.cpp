@@ -28,7 +28,6 @@ static const KXM4 ordered = {
 static const KXM4 ones = {{{1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}};
 
 // An identity is a factor like any other: its zeros clear the sign of a zero.
-static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
 static const KXM4 signs = {{{-0.0f, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}};
 static const KXM4 no_signs = {{{0, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}, {1, 1, 1, 1}}};
 
@@ -74,8 +73,8 @@ TEST_CASE("KXM4Mult")
     check_two_in_out("rounded once, sign of zero", cancels, with, cancelled, KXM4Mult);
     check_two_in_out("order of the sum", ordered, ones,
                      {{{8, 8, 8, 8}, {2, 2, 2, 2}, {3, 3, 3, 3}, {0, 0, 0, 0}}}, KXM4Mult);
-    check_two_in_out("an identity on the left", unit, signs, no_signs, KXM4Mult);
-    check_two_in_out("an identity on the right", signs, unit, no_signs, KXM4Mult);
+    check_two_in_out("an identity on the left", unit4, signs, no_signs, KXM4Mult);
+    check_two_in_out("an identity on the right", signs, unit4, no_signs, KXM4Mult);
     // The first element is -0 but for the product of last row and column, which is 0.
     check_two_in_out<KXM4>("affine transforms are multiplied whole",
                            {{{-1, -1, -1, 1}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
@@ -95,9 +94,9 @@ TEST_CASE("KXM3Mult, and KXM43Mult on its block")
                          block_of(cancelled), multiply);
         check_two_in_out("order of the sum", block_of(ordered), block_of(ones),
                          {{{0, 0, 0}, {0, 0, 0}, {1, 1, 1}}}, multiply);
-        check_two_in_out("an identity on the left", block_of(unit), block_of(signs),
+        check_two_in_out("an identity on the left", block_of(unit4), block_of(signs),
                          block_of(no_signs), multiply);
-        check_two_in_out("an identity on the right", block_of(signs), block_of(unit),
+        check_two_in_out("an identity on the right", block_of(signs), block_of(unit4),
                          block_of(no_signs), multiply);
     }
     check_two_in_out<KXM3>(

@@ -8,28 +8,24 @@ using namespace test;
 static constexpr float quarter_turn = 1.5707964f;
 static constexpr float half_turn = 3.1415927f;
 
-/** Both outputs, each alone, and neither. */
-static void check_components(const char *label, const KXM4 &m, const KXPosition &position,
-                             const KXV3 &scale)
-{
-    Guarded<KXPosition> both, alone;
-    Guarded<KXV3> both_scale, alone_scale;
-    KXM4MatrixComponents(&m, &both.record, &both_scale.record);
-    both.check(label, position);
-    both_scale.check(label, scale);
-    KXM4MatrixComponents(&m, &alone.record, nullptr);
-    alone.check(label, position);
-    KXM4MatrixComponents(&m, nullptr, &alone_scale.record);
-    alone_scale.check(label, scale);
-    KXM4MatrixComponents(&m, nullptr, nullptr);
-}
-
 TEST_CASE("KXM4MatrixComponents to the bit")
 {
     constexpr float t = tolerance, a = above_tolerance, b = 0x1.0c6f78p-20f, q = quarter_turn,
                     h = half_turn;
     const auto check = [](const char *label, const KXM4 &m, const KXPosition &position,
-                          const KXV3 &scale) { check_components(label, m, position, scale); };
+                          const KXV3 &scale) {
+        // Both outputs, each alone, and neither.
+        Guarded<KXPosition> both, alone;
+        Guarded<KXV3> both_scale, alone_scale;
+        KXM4MatrixComponents(&m, &both.record, &both_scale.record);
+        both.check(label, position);
+        both_scale.check(label, scale);
+        KXM4MatrixComponents(&m, &alone.record, nullptr);
+        alone.check(label, position);
+        KXM4MatrixComponents(&m, nullptr, &alone_scale.record);
+        alone_scale.check(label, scale);
+        KXM4MatrixComponents(&m, nullptr, nullptr);
+    };
     check("the determinant a single, of the whole matrix, and at the tolerance no mirror",
           {{{-1.03125f, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, 0x1.044d12p-20f}}},
           {5, 6, 7, -0.0f, 0, -h}, {1.03125f, 1, 1});

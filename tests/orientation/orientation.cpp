@@ -4,7 +4,6 @@
 
 using namespace test;
 
-static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
 static const char *const orders[6] = {"XYZ", "XZY", "YXZ", "YZX", "ZXY", "ZYX"};
 
 static float snapped(double value)
@@ -29,7 +28,7 @@ static KXM4 product(const std::string &letters, const float angles[3], float dir
         return axis_rotation(axis, angles[axis - 'X'], direction);
     };
     const KXM4 left = factor(letters[0]), middle = factor(letters[1]), right = factor(letters[2]);
-    KXM4 inner, m = unit;
+    KXM4 inner, m = unit4;
     KXM43Mult(&middle, &right, &inner);
     KXM43Mult(&left, &inner, &m);
     return m;
@@ -100,17 +99,17 @@ TEST_CASE("Small sines and cosines snap to zero")
     const KXM4 quarter_back = {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, -1, 0, 0}, {0, 0, 0, 1}}};
     check_orientation("a quarter turn", quarter, 0, 0, KX_ORDER_XYZ, quarter_about_x, quarter_back);
     for (KXRotationOrder order = 0; order < 6; ++order) {
-        check_orientation(orders[order], 0, 0, 0, order, unit, unit);
-        check_orientation(orders[order], 0, -0.0f, 9.9e-08f, order, unit, unit);
+        check_orientation(orders[order], 0, 0, 0, order, unit4, unit4);
+        check_orientation(orders[order], 0, -0.0f, 9.9e-08f, order, unit4, unit4);
     }
 
     const float survives = 1.0000000116860974e-07f;
-    KXM4 forward = unit, back = unit;
+    KXM4 forward = unit4, back = unit4;
     forward.m[1][2] = back.m[2][1] = -survives;
     forward.m[2][1] = back.m[1][2] = survives;
     check_orientation("the single 1e-07", survives, 0, 0, KX_ORDER_XYZ, forward, back);
-    check_orientation("one step below", std::nextafter(survives, 0.0f), 0, 0, KX_ORDER_XYZ, unit,
-                      unit);
+    check_orientation("one step below", std::nextafter(survives, 0.0f), 0, 0, KX_ORDER_XYZ, unit4,
+                      unit4);
 
     const KXM4 no_turn = {{{1, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 1}}};
     for (const float angle : {not_a_number, infinity, -infinity}) {
@@ -128,7 +127,7 @@ TEST_CASE("An order that does not exist leaves the block")
 {
     KXM4 wanted = marked<KXM4>();
     for (int i = 0; i < 4; ++i) {
-        wanted.m[i][3] = wanted.m[3][i] = unit.m[i][3];
+        wanted.m[i][3] = wanted.m[3][i] = unit4.m[i][3];
     }
     for (const KXRotationOrder order : {6U, 0x7fffffffU, 0xffffffffU}) {
         check_orientation(std::to_string(order), 0.1f, 0.2f, 0.3f, order, wanted, wanted);
@@ -152,7 +151,7 @@ TEST_CASE("KXM4Position")
             KXM4Position(matrix, inverse, &position, KX_ORDER_XYZ);
         });
     };
-    check("nothing", still, unit,
+    check("nothing", still, unit4,
           {{{1, 0, 0, -0.0f}, {0, 1, 0, -0.0f}, {0, 0, 1, -0.0f}, {0, 0, 0, 1}}});
     check("zeros of either sign", {0, -0.0f, 0, 0, 0, 0},
           {{{1, 0, 0, 0}, {0, 1, 0, -0.0f}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
@@ -184,39 +183,33 @@ TEST_CASE("The inverse undoes the placement")
         for (int r = 0; r < 4; ++r) {
             for (int c = 0; c < 4; ++c) {
                 // A few roundings of elements up to 1, and of translations up to 17.
-                const float off = std::fabs(both.m[r][c] - unit.m[r][c]);
+                const float off = std::fabs(both.m[r][c] - unit4.m[r][c]);
                 CHECK(off <= (c == 3 ? 8e-6f : 4e-7f));
             }
         }
     }
 }
 
-static void check_projection(const char *label, const KXPosition &position, float distance,
-                             float offset, float y_scale, const KXM4 &wanted)
-{
-    Guarded<KXM4> out;
-    KXM4Projection1(&out.record, &position, distance, offset, y_scale);
-    out.check(label, wanted);
-}
-
 TEST_CASE("KXM4Projection1")
 {
     const KXPosition still = {0, 0, 0, 0, 0, 0}, at_1_2_3 = {1, 2, 3, 0, 0, 0};
+    const KXPosition turned = {1, 2, 3, 0.1f, 0.2f, 0.3f};
     const float steps8 = 1.0000009536743164f, steps9 = 1.000001072883606f;
     const auto view = [](float y_scale, float slope, float shift) {
         return KXM4{{{1, 0, slope, shift}, {0, y_scale, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
     };
     const auto check = [](const char *label, const KXPosition &position, float distance,
                           float offset, float y_scale, const KXM4 &wanted) {
-        check_projection(label, position, distance, offset, y_scale, wanted);
+        Guarded<KXM4> out;
+        KXM4Projection1(&out.record, &position, distance, offset, y_scale);
+        out.check(label, wanted);
     };
     check("shear and shift", still, 10, 0.5f, 1, view(1, 0.05f, -0.5f));
     check("the translation scales too", at_1_2_3, 10, 0, 2,
           {{{1, 0, 0, 1}, {0, 2, 0, 4}, {0, 0, 1, 3}, {0, 0, 0, 1}}});
     check("scaled before it is shifted, slope single", {-3, -2, -3, 0, 0, 0}, 6, -2, -3,
           {{{1, 0, -0.333333343f, 2.98023224e-08f}, {0, -3, 0, 6}, {0, 0, 1, -3}, {0, 0, 0, 1}}});
-    check("a turned view: whole rows are scaled and sheared", {1, 2, 3, 0.1f, 0.2f, 0.3f}, 10, 0.5f,
-          2,
+    check("a turned view: whole rows are scaled and sheared", turned, 10, 0.5f, 2,
           {{{0.934110641f, -0.263072282f, 0.246435329f, 0.649999976f},
             {0.588087678f, 1.9011277f, -0.199666843f, 4},
             {-0.160881355f, 0.152184173f, 0.975170374f, 3},
@@ -232,8 +225,7 @@ TEST_CASE("KXM4Projection1")
     check("a distance behind", still, -1, 0.5f, 1, view(1, 0, -0.5f));
     check("a distance of KX_HUGE", still, KX_HUGE, 0.5f, 1, view(1, 0, -0.5f));
     check("a distance just above 0", still, 1e-30f, 0.5f, 1, view(1, 5e29f, -0.5f));
-    const KXPosition turned = {1, 2, 3, 0.1f, 0.2f, 0.3f};
     KXM4 placement;
     KXM4Position(&placement, nullptr, &turned, KX_ORDER_YXZ);
-    check_projection("no scale, no shift: the placement", turned, 10, 0, 1, placement);
+    check("no scale, no shift: the placement", turned, 10, 0, 1, placement);
 }

@@ -4,7 +4,6 @@ using namespace test;
 
 static const KXM4 scaled = {{{2, 0, 0, 10}, {0, 3, 0, 20}, {0, 0, 4, 30}, {0, 0, 0, 1}}};
 static const KXM4 perspective = {{{1, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0.5f, 0.5f, 0.5f, 2}}};
-static const KXM4 unit = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
 
 TEST_CASE("KXTransformLine")
 {
@@ -14,9 +13,9 @@ TEST_CASE("KXTransformLine")
     };
     check_in_out("scaled and moved", line, {{12, 26, 42}, {18, 35, 54}}, by(scaled));
     check_in_out<KXLine>("an identity adds its zeros", {{-0.0f, 1, 2}, {3, 4, -0.0f}},
-                         {{0, 1, 2}, {3, 4, 0}}, by(unit));
+                         {{0, 1, 2}, {3, 4, 0}}, by(unit4));
     const KXLine far = {{0x1p30f, 1, 2}, {1, 0x1p30f, 3}};
-    check_in_out("the end by itself, not by the step to it", far, far, by(unit));
+    check_in_out("the end by itself, not by the step to it", far, far, by(unit4));
     check_in_out("the fourth row plays no part", line, {{6, 8, 10}, {9, 11, 13}}, by(perspective));
 }
 
@@ -29,8 +28,8 @@ TEST_CASE("KXTransformRay")
     };
     check("the direction becomes unit", scaled, {{1, 2, 3}, {0, 3, 4}},
           {{12, 26, 42}, {0, 0.49026123f, 0.87157553f}});
-    check("under the unit matrix too", unit, {{1, 2, 3}, {3, 0, 4}}, {{1, 2, 3}, {0.6f, 0, 0.8f}});
-    check("and next to unit length", unit, {{-0.0f, 0, 0}, {1.0000005f, 0, 0}},
+    check("under the unit matrix too", unit4, {{1, 2, 3}, {3, 0, 4}}, {{1, 2, 3}, {0.6f, 0, 0.8f}});
+    check("and next to unit length", unit4, {{-0.0f, 0, 0}, {1.0000005f, 0, 0}},
           {{0, 0, 0}, {1, 0, 0}});
     check("the direction is single before it becomes unit",
           {{{1.5f, -0.7f, -0.5f, 0}, {-0.8f, -0.6f, 0.4f, 0}, {-0.8f, -1.3f, 1, 0}, {0, 0, 0, 1}}},

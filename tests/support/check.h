@@ -35,6 +35,9 @@ constexpr float above_tolerance = 1.0000001111620804e-06f;
 constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr float not_a_number = std::numeric_limits<float>::quiet_NaN();
 
+constexpr KXM4 unit4 = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+constexpr KXM3 unit3 = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
 /** Fills what a function must not write. As a float it is an ordinary, odd number. */
 constexpr std::uint32_t marker = 0x4b3c2d1eU;
 
@@ -83,23 +86,26 @@ void check_same(const std::string &label, const std::vector<Record> &wanted,
     CHECK(wanted.size() == got.size());
 }
 
+inline std::string show(double number)
+{
+    char text[64];
+    std::snprintf(text, sizeof text, "%.17g (%a)", number, number);
+    return text;
+}
+
 /** An unrounded result, by its bits. */
 inline void check_same(const std::string &label, double wanted, double got)
 {
-    char text[96];
-    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got,
-                  got);
-    CHECK_MESSAGE(bits_as<std::uint64_t>(wanted) == bits_as<std::uint64_t>(got), label, text);
+    CHECK_MESSAGE(bits_as<std::uint64_t>(wanted) == bits_as<std::uint64_t>(got), label, ": wanted ",
+                  show(wanted), ", got ", show(got));
 }
 
 /** A result in which a maths function takes part, which may be off in the last bit of a double. */
 inline void check_near(const std::string &label, double wanted, double got)
 {
     const double allowed = (wanted < 0 ? -wanted : wanted) * 4e-16;
-    char text[96];
-    std::snprintf(text, sizeof text, ": wanted %.17g (%a), got %.17g (%a)", wanted, wanted, got,
-                  got);
-    CHECK_MESSAGE((got >= wanted - allowed && got <= wanted + allowed), label, text);
+    CHECK_MESSAGE((got >= wanted - allowed && got <= wanted + allowed), label, ": wanted ",
+                  show(wanted), ", got ", show(got));
 }
 
 template <typename Record>
