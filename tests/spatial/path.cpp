@@ -39,7 +39,7 @@ TEST_CASE("KXTransformRay")
           {{6, 8, 10}, {0, 1, 0}});
     check("no direction", scaled, {{0, 0, 0}, {0, -0.0f, 0}}, {{10, 20, 30}, {0, 0, 0}});
     check("too short", scaled, {{0, 0, 0}, {1e-07f, 0, 0}}, {{10, 20, 30}, {2e-07f, 0, 0}});
-    check("as long as the tolerance; longer with x added first", unit,
+    check("as long as the tolerance; longer with x added first", unit4,
           {{0, 0, 0}, {1.5e-14f, 1e-14f, tolerance}}, {{0, 0, 0}, {1.5e-14f, 1e-14f, tolerance}});
 }
 
