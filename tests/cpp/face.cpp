@@ -557,7 +557,24 @@ TEST_CASE("cameras")
     compare("orthographic", kx_orthographic, orthographic);
     compare("screen_to_ray", kx_screen_to_ray, screen_to_ray);
     CHECK(radians(180) == 3.14159274f);
-    CHECK(degrees(1.5707963267948966) == doctest::Approx(90.0));
+    CHECK(degrees(0.1) == 5.729577951308233);
+}
+
+TEST_CASE("names of numbers")
+{
+    constexpr order orders[] = {order::xyz, order::xzy, order::yxz,
+                                order::yzx, order::zxy, order::zyx};
+    constexpr unit units[] = {unit::none,      unit::millimetre,   unit::centimetre, unit::metre,
+                              unit::kilometre, unit::inch,         unit::foot,       unit::yard,
+                              unit::mile,      unit::nautical_mile};
+    for (std::uint32_t i = 0; i < 10; ++i) {
+        CHECK(in_c(units[i]) == i);
+        CHECK(in_c(orders[i % 6]) == i % 6);
+    }
+    for (std::size_t i = 0; i < 3; ++i) {
+        CHECK(vec3(0, 1, 2)[i] == float(i));
+        CHECK(point3(0, 1, 2)[i] == float(i));
+    }
 }
 
 namespace

@@ -61,6 +61,9 @@ TEST_CASE("kx_dot, kx_distance and kx_lerp")
                kx_dot(&a, &b));
     const KXP3 p = {1, 2, 3}, q = {3, 5, -3}, far = {3e38f, 0, 0};
     check_same("a distance", 7.0, kx_distance(&p, &q));
+    const KXP3 origin = {0, 0, 0}, off = {0.1f, 0.1f, 3.7f};
+    check_same("neither a hypotenuse nor with z added first", 3.7027017640441349,
+               kx_distance(&origin, &off));
     check_same("a distance that overflows no double", static_cast<double>(3e38f),
                kx_distance(&far, &p));
 
@@ -68,6 +71,9 @@ TEST_CASE("kx_dot, kx_distance and kx_lerp")
     KXP3 out;
     kx_lerp(&c, &d, 0.0f, &out);
     check_same("no step", c, out);
+    const KXP3 zeros = {-0.0f, -0.0f, -0.0f};
+    kx_lerp(&zeros, &d, 0.0f, &out);
+    check_same("no step is a sum too", KXP3{0, 0, -0.0f}, out);
     kx_lerp(&c, &d, 1.0f, &out);
     check_same("the whole step", d, out);
     kx_lerp(&p, &q, 0.25f, &out);
@@ -88,6 +94,9 @@ TEST_CASE("quaternion algebra")
     q = {5, 6, 7, 8};
     kx_quat_product(&mixed, &q, &q);
     check_same("every product and sign, in place", KXQuat{24, 48, 48, -6}, q);
+    const KXQuat large = {0x1p60f, 1, 0, 0x1p60f}, ones = {1, 1, 0, 1};
+    kx_quat_product(&large, &ones, &q);
+    check_same("terms from left to right", KXQuat{0x1p61f, 0x1p60f, 0x1p60f, -1}, q);
     kx_quat_conjugate(&mixed, &q);
     check_same("conjugate", KXQuat{-1, -2, -3, 4}, q);
     const KXQuat twos = {2, -2, 2, 2}, tiny = {0, 0, 0, test::tolerance};
@@ -170,7 +179,7 @@ TEST_CASE("kx_look_at")
         check_same(label, placement.record, alone);
     };
     const KXV3 y = {0, 1, 0};
-    check("along -Z", {1, 2, 5}, {1, 2, 0}, y, 0,
+    check("along -Z; a short up", {1, 2, 5}, {1, 2, 0}, {0, 1e-9f, 0}, 0,
           {{{1, 0, 0, 1}, {0, 1, 0, 2}, {0, 0, 1, 5}, {0, 0, 0, 1}}});
     check("along +X, up at an angle", {1, 2, 5}, {4, 2, 5}, {7, 0.25f, 0}, 0,
           {{{0, 0, -1, 1}, {0, 1, 0, 2}, {1, 0, 0, 5}, {0, 0, 0, 1}}});
@@ -190,6 +199,8 @@ TEST_CASE("kx_look_at")
     KXP3 ahead;
     CHECK(kx_look_at(&eye, &target, &y, nullptr, &view) == 0);
     KXM4P3I1(&view, &target, &ahead);
+    check_same("the axes' own digits", KXP3{-158.113876f, 2108.59058f, -882.522583f},
+               KXP3{view.m[0][3], view.m[1][3], view.m[2][3]});
     CHECK(std::fabs(ahead.x) < 1e-3f);
     CHECK(std::fabs(ahead.y) < 1e-3f);
     CHECK(ahead.z == doctest::Approx(-kx_distance(&eye, &target)).epsilon(1e-3));
@@ -233,10 +244,13 @@ TEST_CASE("kx_screen_to_ray goes through what is seen at that place")
 {
     const KXP3 eye = {3, 4, 5}, target = {0, 1, 0};
     const KXV3 up = {0, 1, 0};
-    KXM4 placement, view, projections[2];
+    KXM4 placement, view, projections[3];
     kx_look_at(&eye, &target, &up, &placement, &view);
     kx_perspective(0.8f, 1.5f, 0.1f, 1000.0f, KX_DEPTH_1_TO_0, &projections[0]);
     kx_orthographic(-4, 5, -3, 3.5f, 0, 100, KX_DEPTH_0_TO_1, &projections[1]);
+    projections[2] = projections[0];
+    projections[2].m[0][2] = 0.3f; // the camera's middle is not the picture's
+    projections[2].m[1][2] = -0.2f;
     for (const KXM4 &projection : projections) {
         KXRay ray;
         Random random;
@@ -317,6 +331,7 @@ TEST_CASE("kx_triangle")
     check("the edge back to the first leads", {{0, 0, 1}, {-3, 9, 1}, {-4, 8, 1}}, 2, 0);
     check("seen along Y: X comes first", {{0, 1, 0}, {1, 1, 9}, {3, 1, 9}}, 2, 0);
     check("seen along X: Y comes first", {{1, 0, 0}, {1, 1, 9}, {1, 3, 9}}, 2, 0);
+    check("in a plane alike in X, Y and Z: Y", {{0, 0, 0}, {1, -2, 1}, {3, -1, -2}}, 0, 0);
     check("on a tie the earlier", {{0, 0, 0}, {2, 0, 0}, {0, 2, 0}}, 0, 0);
     check("on one line", {{0, 0, 0}, {2, 2, 2}, {4, 4, 4}}, 2, 1);
     check("one point", {{3, 3, 3}, {3, 3, 3}, {3, 3, 3}}, 0, 1);
