@@ -2,9 +2,10 @@
 # Pastes the commands of pages, in their order, on a machine that has nothing but Debian's minimum and
 # sudo, which is a directory to this one: commands.sh PAGE...
 #
-# Needs root, and takes a few minutes: nearly all of it is for packages. A bare root directory that an
-# earlier run has left in build/bare is used again as it is.
+# Needs root, for which it asks sudo, and takes a few minutes: nearly all of it is for packages. A bare root
+# directory that an earlier run has left in build/bare is used again as it is.
 set -eu
+[ "$(id -u)" -eq 0 ] || exec sudo -- "$0" "$@"
 cd "$(dirname "$0")/../.."
 ./scripts/install debootstrap
 
