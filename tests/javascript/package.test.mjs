@@ -74,6 +74,7 @@ test("arrays of any length, copied, in place, overlapping, and in a workspace", 
   const [from, to] = [space.array.subarray(0, 3 * count), space.array.subarray(3 * count)];
   assert.equal(space.KXM4NP3I1(m, from, to), to);
   assert.deepEqual(to.slice(), wanted);
+  assert.deepEqual(space.KXM4NP3I1(m, from, new Float32Array(3 * count)), wanted, "out of the workspace");
   assert.deepEqual(space.KXP3ChangeNUnits(kx.KX_UNIT_FOOT, kx.KX_UNIT_INCH, from, to)[0], Math.fround(points[0] * 12));
   assert.deepEqual(from.slice(), points);
   assert.equal(kx.KXM4NP3I1(m, new Float32Array(0)).length, 0);
@@ -122,14 +123,14 @@ for (const [what, call, Kind, words] of [
   ["null", () => kx.KXM4P3I1(m, null), TypeError, "p is of the type null"],
   ["doubles", () => kx.KXM4P3I1(m, new Float64Array(3)), TypeError, "p is of the type Float64Array"],
   ["a short record", () => kx.KXM4Mult(m, m.subarray(1)), RangeError, "b has 15 floats, not 16"],
-  ["a short output", () => kx.KXM4Mult(m, m, m.subarray(1)), RangeError, "out has 15 floats"],
+  ["a long output", () => kx.KXM4Mult(m, m, new Float32Array(17)), RangeError, "out has 17 floats"],
   ["a length", () => kx.KXM4NP3I1(m, m), RangeError, "no multiple of 3"],
   ["lengths", () => kx.KXM4NP3I1(m, m.subarray(1), m.subarray(4)), RangeError, "out has 12 floats, not 15"],
   ["a text", () => kx.KXM4Scale(1, "2", 3), TypeError, "sy is of the type String"],
   ["a unit", () => kx.KXChangeUnits(0, 10, 1), RangeError, "to is 10, not an integer from 0 to 9"],
   ["a fraction", () => kx.KXBitCount(1.5), RangeError, "v is 1.5"],
   ["a negative word", () => kx.KXBitCount(-1), RangeError, "v is -1"],
-  ["a vertex", () => kx.KXRayIxTriangle(new Float32Array(6), kx.triangle(vertices, 0, 1, 2), vertices.subarray(3)), RangeError, "vertex 2, and vertices has 2"],
+  ["a vertex", () => kx.KXRayIxTriangle(new Float32Array(6), kx.triangle(vertices, 0, 1, 2), vertices.subarray(1)), RangeError, "vertex 2, and vertices has 2"],
   ["a corner", () => kx.triangle(vertices, 0, 1, 3), RangeError, "has the vertex 3"],
   ["no triangle", () => kx.KXRayIxTriangle(new Float32Array(6), new Float32Array(17), vertices), TypeError, "not Uint32Array"],
   ["a field", () => kx.record("KXPosition", { rotatex: 1 }), TypeError, "no field rotatex"],
