@@ -22,6 +22,11 @@ unseen = records - views.keys() - {"KXTriangleCorner"}
 if unseen:
     sys.exit(f"without a view: {unseen}")
 
+for name, size in ("KXM3", 3), ("KXM4", 4):
+    places = [(r, size - 1) for r in range(size - 1)] + [(r, c) for r in range(size) for c in range(size)]
+    if [each for each in views[name] if each.startswith("m[")] != [f"m[{r}][{c}]" for r, c in places]:
+        sys.exit(f"{name}: not its translation and then its rows")
+
 print("#include <kxmaths5.h>")
 for name, expressions in views.items():
     print(f"struct View{name} : {name} {{ void show() {{")
