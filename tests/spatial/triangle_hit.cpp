@@ -8,6 +8,8 @@ static constexpr float still = 9.9e-07f; // a step below the tolerance
 struct Corners {
     KXP3 a, b, c;
 };
+static const KXPlane level = {0, 0, 1, 0};
+static const Corners half_square = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
 
 /**
  * One row, also with the plane turned over, which changes nothing, and with words of the host's own
@@ -38,10 +40,12 @@ struct Checks {
             out.check(label, point);
         }
     }
+    void operator()(const char *label, const Path &path, std::int32_t verdict,
+                    const KXP3 &point) const
+    {
+        (*this)(label, path, level, half_square, verdict, point);
+    }
 };
-
-static const KXPlane level = {0, 0, 1, 0};
-static const Corners half_square = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
 
 /** Straight down through a point of the plane z = 0. */
 static KXLine down_through(float x, float y)
@@ -53,25 +57,19 @@ TEST_CASE("KXLineIxTriangle: the crossing of the plane")
 {
     const KXP3 hit = {0.25f, 0.25f, 0};
     const Checks<KXLine> check = {KXLineIxTriangle};
-    check("from above", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, -1}}, level, half_square, 1, hit);
-    check("from below", {{0.25f, 0.25f, -1}, {0.25f, 0.25f, 1}}, level, half_square, 1,
-          {0.25f, 0.25f, 0});
-    check("starts on it", {{0.25f, 0.25f, 0}, {0.25f, 0.25f, 1}}, level, half_square, 0, untouched);
-    check("starts on it, the other way", {{0.25f, 0.25f, 0}, {0.25f, 0.25f, -1}}, level,
-          half_square, 0, untouched);
-    check("ends on it", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 0}}, level, half_square, 1, hit);
-    check("stops short", {{0.25f, 0.25f, 2}, {0.25f, 0.25f, 1}}, level, half_square, 0, untouched);
-    check("stops just short", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 0x1p-24f}}, level, half_square, 0,
-          untouched);
-    check("delta is single along z", {{0.25f, 0.25f, 0x1p24f}, {0.25f, 0.25f, -1}}, level,
-          half_square, 1, hit);
-    check("runs away above", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 2}}, level, half_square, 0,
-          untouched);
-    check("runs away below", {{0.25f, 0.25f, -1}, {0.25f, 0.25f, -2}}, level, half_square, 0,
-          untouched);
-    check("parallel", {{0.25f, 0.25f, 1}, {0.5f, 0.25f, 1}}, level, half_square, 0, untouched);
-    check("within it", {{0.25f, 0.25f, 0}, {0.5f, 0.25f, 0}}, level, half_square, 0, untouched);
-    check("no length", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 1}}, level, half_square, 0, untouched);
+    check("from above", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, -1}}, 1, hit);
+    check("from below", {{0.25f, 0.25f, -1}, {0.25f, 0.25f, 1}}, 1, hit);
+    check("starts on it", {{0.25f, 0.25f, 0}, {0.25f, 0.25f, 1}}, 0, untouched);
+    check("starts on it, the other way", {{0.25f, 0.25f, 0}, {0.25f, 0.25f, -1}}, 0, untouched);
+    check("ends on it", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 0}}, 1, hit);
+    check("stops short", {{0.25f, 0.25f, 2}, {0.25f, 0.25f, 1}}, 0, untouched);
+    check("stops just short", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 0x1p-24f}}, 0, untouched);
+    check("delta is single along z", {{0.25f, 0.25f, 0x1p24f}, {0.25f, 0.25f, -1}}, 1, hit);
+    check("runs away above", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 2}}, 0, untouched);
+    check("runs away below", {{0.25f, 0.25f, -1}, {0.25f, 0.25f, -2}}, 0, untouched);
+    check("parallel", {{0.25f, 0.25f, 1}, {0.5f, 0.25f, 1}}, 0, untouched);
+    check("within it", {{0.25f, 0.25f, 0}, {0.5f, 0.25f, 0}}, 0, untouched);
+    check("no length", {{0.25f, 0.25f, 1}, {0.25f, 0.25f, 1}}, 0, untouched);
     check("denom equal to the tolerance", {{0.25f, 0.25f, 0.5f}, {0.25f, 0.25f, -0.5f}},
           {0, 0, tolerance, 0}, half_square, 1, hit);
     check("denom below it", {{0.25f, 0.25f, 0.5f}, {0.25f, 0.25f, -0.5f}}, {0, 0, still, 0},
@@ -180,21 +178,18 @@ TEST_CASE("KXRayIxTriangle: what differs from a line")
 {
     const KXP3 hit = {0.25f, 0.25f, 0};
     const Checks<KXRay> check = {KXRayIxTriangle};
-    check("from above", {{0.25f, 0.25f, 1}, {0, 0, -2}}, level, half_square, 1, hit);
-    check("no length is needed", {{0.25f, 0.25f, 1}, {0, 0, -0.001f}}, level, half_square, 1, hit);
-    check("from far away", {{0.25f, 0.25f, 1e6f}, {0, 0, -1}}, level, half_square, 1, hit);
-    check("starts on the plane", {{0.25f, 0.25f, 0}, {0, 0, -1}}, level, half_square, 0, untouched);
-    check("points away above", {{0.25f, 0.25f, 1}, {0, 0, 1}}, level, half_square, 0, untouched);
-    check("points away below", {{0.25f, 0.25f, -1}, {0, 0, -1}}, level, half_square, 0, untouched);
-    check("parallel", {{0.25f, 0.25f, 1}, {1, 0, 0}}, level, half_square, 0, untouched);
-    check("no direction", {{0.25f, 0.25f, 1}, {0, 0, 0}}, level, half_square, 0, untouched);
-    check("denom equal to the tolerance", {{0.25f, 0.25f, 5e-07f}, {0, 0, -tolerance}}, level,
-          half_square, 1, hit);
-    check("denom below it", {{0.25f, 0.25f, 5e-07f}, {0, 0, -still}}, level, half_square, 0,
-          untouched);
-    check("outside", {{-1, -1, 2}, {1.5f, 1.5f, -4}}, level, half_square, 0, {-0.25f, -0.25f, 0});
-    check("in the rectangle only", {{0.75f, 0.75f, 1}, {0, 0, -2}}, level, half_square, 0,
-          {0.75f, 0.75f, 0});
+    check("from above", {{0.25f, 0.25f, 1}, {0, 0, -2}}, 1, hit);
+    check("no length is needed", {{0.25f, 0.25f, 1}, {0, 0, -0.001f}}, 1, hit);
+    check("from far away", {{0.25f, 0.25f, 1e6f}, {0, 0, -1}}, 1, hit);
+    check("starts on the plane", {{0.25f, 0.25f, 0}, {0, 0, -1}}, 0, untouched);
+    check("points away above", {{0.25f, 0.25f, 1}, {0, 0, 1}}, 0, untouched);
+    check("points away below", {{0.25f, 0.25f, -1}, {0, 0, -1}}, 0, untouched);
+    check("parallel", {{0.25f, 0.25f, 1}, {1, 0, 0}}, 0, untouched);
+    check("no direction", {{0.25f, 0.25f, 1}, {0, 0, 0}}, 0, untouched);
+    check("denom equal to the tolerance", {{0.25f, 0.25f, 5e-07f}, {0, 0, -tolerance}}, 1, hit);
+    check("denom below it", {{0.25f, 0.25f, 5e-07f}, {0, 0, -still}}, 0, untouched);
+    check("outside", {{-1, -1, 2}, {1.5f, 1.5f, -4}}, 0, {-0.25f, -0.25f, 0});
+    check("in the rectangle only", {{0.75f, 0.75f, 1}, {0, 0, -2}}, 0, {0.75f, 0.75f, 0});
 }
 
 // What is wrong here crashes, or misses.
