@@ -1,6 +1,6 @@
 """What documents name exists: links.py FILE... Every link and picture of Markdown files or HTML pages is followed
 to a file and a place in it; links to other sites are left alone. The project's commands in Markdown files are there,
-docs/functions.md has every function once, and the changelog begins with the version of the headers.
+docs/functions.md has every function once, by names that exist, and the changelog begins with the version of the headers.
 """
 import collections
 import functools
@@ -65,6 +65,9 @@ if ROOT / "docs/functions.md" in pages:
     wanted = set((ROOT / "src/exports.txt").read_text().split())
     faults += [f"docs/functions.md has {name} {named[name]} times" for name in sorted(wanted | set(named))
                if named[name] != (name in wanted)]
+    known = "".join((ROOT / "include" / name).read_text() for name in ("kxmaths5.hpp", "kxmaths5/everyday.h"))
+    faults += [f"docs/functions.md has {name}, which is not in C++" for name in sorted(set(
+        re.findall(r"[a-z]\w+(?=\()|kx_\w+", "\n".join(rows)))) if not re.search(rf"\b{name}\b", known)]
 
 if ROOT / "CHANGELOG.md" in pages:
     types = (ROOT / "include/kxmaths5/types.h").read_text()
