@@ -82,8 +82,8 @@ class Worker:
         headers = self.tree / 'headers.cmake'
         headers.write_text('cmake_language(DEFER CALL target_precompile_headers kxmaths5 PRIVATE <math.h> <string.h>'
                            ' $<$<STREQUAL:${CMAKE_SYSTEM_PROCESSOR},x86_64>:<emmintrin.h$<ANGLE-R>>)')
-        options = ['-DKX_BUILD_EXAMPLES=OFF', '-DCMAKE_BUILD_TYPE=Mutant', '-DCMAKE_CXX_FLAGS_MUTANT=-O1',
-                   '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON',
+        options = ['-DKX_BUILD_TESTS=ON', '-DKX_BUILD_EXAMPLES=OFF', '-DCMAKE_BUILD_TYPE=Mutant',
+                   '-DCMAKE_CXX_FLAGS_MUTANT=-O1', '-DCMAKE_LINK_DEPENDS_NO_SHARED=ON',
                    f'-DCMAKE_PROJECT_INCLUDE={headers}']
         if preset == 'gcc':
             options.append('-DKX_INSTRUCTION_SET=' + instruction_set())

@@ -1,5 +1,7 @@
 #include "support/check.h"
 
+#include <algorithm>
+#include <cfenv>
 #include <cmath>
 
 using namespace test;
@@ -63,7 +65,7 @@ static void check_orientation(const std::string &label, float x, float y, float 
 TEST_CASE("The six orders, each with its inverse")
 {
     Random random;
-    for (int i = 0; i < 325; ++i) {
+    for (int i = 0; i < 326; ++i) {
         // Any angles, and all combinations of quarter turns, where the signs of zeros show.
         const auto quarters = [i](int place) {
             return 1.5707964f * static_cast<float>(i / place % 5 - 2);
@@ -73,6 +75,9 @@ TEST_CASE("The six orders, each with its inverse")
                            any ? random(7) : quarters(25)};
         if (i > 321) {
             angles[i % 3] = 5e6f; // above 2^22, so that all three go another way
+        }
+        if (i == 325) {
+            std::fill(angles, angles + 3, 8388632.0f); // wrong on the way of small angles
         }
         for (KXRotationOrder order = 0; order < 6; ++order) {
             const std::string letters = orders[order];
@@ -91,6 +96,24 @@ TEST_CASE("The six orders, each with its inverse")
     }
     CHECK(m.m[1][2] == doctest::Approx(-std::sin(x) * std::cos(y)).epsilon(1e-7));
 }
+
+#if defined(FE_UPWARD)
+TEST_CASE("Rounding upwards, where the nearest quarter turn is missed, moves the last digit alone")
+{
+    for (int axis = 0; axis < 3; ++axis) {
+        const auto angle = [axis](int i) { return i % 2 == axis % 2 ? 1e-05f : 0.0f; };
+        const KXV3 about = {1, 0, 0};
+        KXM4 m;
+        KXQuat quat;
+        std::fesetround(FE_UPWARD);
+        KXM4Orientation(&m, nullptr, angle(0), angle(1), angle(2), KX_ORDER_XYZ);
+        KXGenerateQuat(2e-05f, &about, &quat);
+        std::fesetround(FE_TONEAREST);
+        CHECK(std::fabs(m.m[(axis + 2) % 3][(axis + 1) % 3] - 1e-05f) < 2e-12f);
+        CHECK(std::fabs(quat.x - 1e-05f) < 2e-12f);
+    }
+}
+#endif
 
 TEST_CASE("Small sines and cosines snap to zero")
 {
