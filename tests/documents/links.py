@@ -1,6 +1,6 @@
 """What documents name exists: links.py FILE... Every link and picture of Markdown files or HTML pages is followed
 to a file and a place in it; links to other sites are left alone. The project's commands in Markdown files are there,
-docs/functions.md has every function once, by names that exist, and the changelog begins with the version of the headers.
+docs/functions.md has every function once, by names that exist; the changelog begins with the headers' version.
 """
 import collections
 import functools
