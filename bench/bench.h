@@ -5,6 +5,8 @@
 
 #include "work.h"
 
+#include <kxmaths5.hpp>
+
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -16,21 +18,27 @@
 /** Records of each kind: enough that no two neighbouring calls see the same, few enough for L1. */
 constexpr std::size_t record_count = target_count;
 
+/** Records in an array that a function is given whole. */
+constexpr std::size_t array_count = 1000;
+
+/** So many there are of each kind: any of the first may be the first of an array. */
+constexpr std::size_t stored_count = record_count + array_count;
+
 /** Some 100 kB of rays: a branch predictor can't learn their outcomes, the second cache holds them.
  */
 constexpr std::size_t ray_count = 16384;
 
 /** Matrices as this library reads them, and transposed, as its peers do. */
 struct Matrices {
-    alignas(64) KXM4 rows[record_count];
-    alignas(64) KXM4 columns[record_count];
+    alignas(64) kxm::mat4 rows[stored_count];
+    alignas(64) kxm::mat4 columns[stored_count];
 };
 
 /** Rays and what they are cast at: ray i at target i modulo target_count. */
 struct Rays {
-    alignas(64) KXRay mixed[ray_count]; /**< Half of them hit, in no order. */
-    alignas(64) KXRay hits[ray_count];
-    alignas(64) KXRay misses[ray_count];
+    alignas(64) kxm::ray mixed[ray_count]; /**< Half of them hit, in no order. */
+    alignas(64) kxm::ray hits[ray_count];
+    alignas(64) kxm::ray misses[ray_count];
 };
 
 struct Data {
@@ -43,33 +51,34 @@ struct Data {
      * again in place and neither run away nor sink to subnormals, and chains stay in bounds.
      */
     Matrices placements;
-    alignas(64) KXM3 plane_matrices[record_count];
+    alignas(64) kxm::mat3 plane_matrices[stored_count];
 
     /** From -10 to 10. */
-    alignas(64) KXP3 points[record_count];
-    alignas(64) KXP3 other_points[record_count];
-    alignas(64) KXP4 homogeneous_points[record_count];
-    alignas(64) KXP2 plane_points[record_count];
+    alignas(64) kxm::point3 points[stored_count];
+    alignas(64) kxm::point3 other_points[stored_count];
+    alignas(64) kxm::point4 homogeneous_points[stored_count];
+    alignas(64) kxm::vec2 plane_points[stored_count];
     /** Of length 1. */
-    alignas(64) KXV3 unit_vectors[record_count];
+    alignas(64) kxm::vec3 unit_vectors[stored_count];
     /** Three from -pi to pi. */
-    alignas(64) KXV3 angles[record_count];
-    alignas(64) KXPosition positions[record_count];
+    alignas(64) kxm::vec3 angles[stored_count];
+    alignas(64) kxm::position positions[stored_count];
     /** Scale, rotation and translation; no shear and no perspective. */
-    alignas(64) KXComponents components[record_count];
-    alignas(64) KXQuat quaternions[record_count];
+    alignas(64) KXComponents components[stored_count];
+    alignas(64) kxm::quat quaternions[stored_count];
     /** From 0.5 to 2. */
-    alignas(64) float factors[record_count];
-    alignas(64) uint32_t words[record_count];
+    alignas(64) float factors[stored_count];
+    alignas(64) uint32_t words[stored_count];
 
-    alignas(64) KXBox boxes[target_count];
-    alignas(64) KXTriangle triangles[target_count];
-    alignas(64) KXPlane planes[target_count];
-    alignas(64) KXP3 vertices[3 * target_count];
+    /** What rays are cast at comes first. */
+    alignas(64) kxm::box boxes[stored_count];
+    alignas(64) kxm::triangle triangles[stored_count];
+    alignas(64) kxm::plane planes[stored_count];
+    alignas(64) kxm::point3 vertices[3 * stored_count];
     Rays at_boxes;
     Rays at_triangles;
-    alignas(64) KXLine lines_at_boxes[record_count];
-    alignas(64) KXLine lines_at_triangles[record_count];
+    alignas(64) kxm::line lines_at_boxes[stored_count];
+    alignas(64) kxm::line lines_at_triangles[stored_count];
 };
 
 const Data &data();

@@ -6,6 +6,7 @@
 
 #include "support/catalogue.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <tuple>
@@ -13,9 +14,6 @@
 
 namespace
 {
-
-/** Records in an array that a function is given whole. */
-constexpr std::size_t array_count = 1000;
 
 /** The operand at a place among the records: rays and lines meet half of their targets. */
 template <typename Record>
@@ -25,18 +23,25 @@ const Record *operands(std::size_t place, bool vertices, bool at_triangles)
     if constexpr (std::is_same_v<Record, KXM4>) {
         return place == 0 ? in.affine.rows : in.general.rows;
     } else if constexpr (std::is_same_v<Record, KXV3>) {
-        return vertices     ? in.vertices
-               : place == 0 ? in.points
-               : place == 1 ? in.unit_vectors
-                            : in.other_points;
+        const KXV3 *const vectors[] = {in.points, in.unit_vectors, in.other_points};
+        return vertices ? in.vertices : vectors[std::min<std::size_t>(place, 2)];
     } else {
         // Of each other record there is one array.
-        return std::get<const Record *>(std::make_tuple(
-            in.plane_matrices, in.plane_points, in.homogeneous_points, in.boxes, in.triangles,
-            in.planes, at_triangles ? in.at_triangles.mixed : in.at_boxes.mixed,
-            at_triangles ? in.lines_at_triangles : in.lines_at_boxes, in.positions, in.components,
-            in.quaternions, in.factors));
+        return std::get<const Record *>(
+            std::tuple<const KXM3 *, const KXP2 *, const KXP4 *, const KXBox *, const KXTriangle *,
+                       const KXPlane *, const KXRay *, const KXLine *, const KXPosition *,
+                       const KXComponents *, const KXQuat *, const float *>(
+                in.plane_matrices, in.plane_points, in.homogeneous_points, in.boxes, in.triangles,
+                in.planes, at_triangles ? in.at_triangles.mixed : in.at_boxes.mixed,
+                at_triangles ? in.lines_at_triangles : in.lines_at_boxes, in.positions,
+                in.components, in.quaternions, in.factors));
     }
+}
+
+template <typename Entry>
+bool takes_arrays(const Entry &entry)
+{
+    return std::strchr(entry.sharings, '#') != nullptr;
 }
 
 /** The calls of one function. */
@@ -48,12 +53,10 @@ class Calls<Entry, Result (*)(Arguments...)>
 {
 public:
     explicit Calls(const Entry &function)
-        : entry(function), takes_arrays(std::strchr(entry.sharings, '#') != nullptr),
-          items(takes_arrays ? array_count : 1)
+        : entry(function), items(takes_arrays(entry) ? array_count : 1)
     {
-        for (call = 0; call < (takes_arrays ? 1 : record_count); ++call) {
+        for (call = 0; call < (takes_arrays(entry) ? 1 : record_count); ++call) {
             values = call;
-            counted = false;
             calls.push_back(catalogue::arguments(entry, entry.sharings, *this));
         }
         in_place = outputs.size() == calls.size() && reads_output();
@@ -76,7 +79,6 @@ public:
 
     std::uint32_t count(bool)
     {
-        counted = true;
         return array_count;
     }
 
@@ -84,28 +86,19 @@ public:
     Pointee *record(std::size_t index, bool vertices)
     {
         using Record = std::remove_const_t<Pointee>;
-        constexpr bool is_output = !std::is_const_v<Pointee>;
-        // Only outputs are written to.
-        Record *const records =
-            const_cast<Record *>(operands<Record>(index, vertices, takes_triangle));
-        if (vertices || (!is_output && !counted)) {
-            return records + (vertices ? 0 : call);
-        }
-        // An array, or an output: it has a place of its own, and what it starts from.
-        Memory &start = starts[index], &own = places[index];
-        if (start == nullptr) {
-            start = allocate((record_count + items + 1) * sizeof(Record));
-            own = allocate((record_count + items) * sizeof(Record));
-            for (std::size_t k = 0; k < record_count + items + 1; ++k) {
-                static_cast<Record *>(start.get())[k] = records[(k + 1) % record_count];
+        const Record *const given =
+            operands<Record>(index, vertices, takes_triangle) + (vertices ? 0 : call);
+        if constexpr (std::is_const_v<Pointee>) {
+            return given;
+        } else {
+            Memory &own = places[index];
+            if (own == nullptr) {
+                own = allocate((record_count + items) * sizeof(Record));
             }
+            Record *const result = static_cast<Record *>(own.get()) + call;
+            outputs.push_back({result, given + 1, sizeof(Record)});
+            return result;
         }
-        Record *const first = static_cast<Record *>(start.get()) + call;
-        Record *const result = static_cast<Record *>(own.get()) + call;
-        if (is_output) {
-            outputs.push_back({result, first, sizeof(Record)});
-        }
-        return is_output ? result : first;
     }
 
     void operator()() const
@@ -121,7 +114,7 @@ public:
 private:
     struct Output {
         void *at;
-        const void *start; /**< One record more than there are. */
+        const void *start; /**< What a function that works in place starts from. */
         std::size_t bytes; /**< Of a record. */
     };
 
@@ -158,13 +151,11 @@ private:
     static constexpr bool takes_triangle = (std::is_same_v<Arguments, const KXTriangle *> || ...);
 
     Entry entry;
-    bool takes_arrays;
     std::size_t items;            /**< Records in an output. */
     std::size_t call = 0, values; /**< Which call is made up, and the next of the values for it. */
-    bool counted;                 /**< Whether a count came before, so that pointers are arrays. */
     std::vector<std::tuple<Arguments...>> calls;
     std::vector<Output> outputs;
-    std::array<Memory, sizeof...(Arguments)> starts, places;
+    std::array<Memory, sizeof...(Arguments)> places;
     bool in_place;
 };
 
@@ -174,7 +165,7 @@ std::vector<Function> all_functions()
 {
     std::vector<Function> rows;
     catalogue::for_every_function([&rows](const auto &entry) {
-        const bool is_array = std::strchr(entry.sharings, '#') != nullptr;
+        const bool is_array = takes_arrays(entry);
         rows.push_back({entry.name, is_array ? "record" : "call",
                         is_array ? array_count : record_count,
                         Calls<std::decay_t<decltype(entry)>, decltype(entry.function)>(entry)});

@@ -63,10 +63,10 @@ void add(const Contender &contender, benchmark::IterationCount iterations, Clock
     }
 }
 
-/** One turn: every contender once, in the order given by their places. */
-std::vector<Outcome> turn(const std::vector<Contender> &contenders,
-                          const std::vector<std::size_t> &places,
-                          const std::vector<benchmark::IterationCount> &iterations, Clock clock)
+/** Runs contenders in the order given by their places; one may come again and again. */
+std::vector<Outcome> run(const std::vector<Contender> &contenders,
+                         const std::vector<std::size_t> &places,
+                         const std::vector<benchmark::IterationCount> &iterations, Clock clock)
 {
     benchmark::ClearRegisteredBenchmarks();
     for (const std::size_t place : places) {
@@ -74,33 +74,31 @@ std::vector<Outcome> turn(const std::vector<Contender> &contenders,
     }
     Collector collector;
     benchmark::RunSpecifiedBenchmarks(&collector, ".");
-    std::vector<Outcome> outcomes(contenders.size());
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        outcomes[places[i]] = collector.outcomes.at(i);
-    }
-    return outcomes;
+    return collector.outcomes;
 }
 
 } // namespace
 
 std::vector<Times> measure(const std::vector<Contender> &contenders, int repetitions, Clock clock)
 {
-    std::vector<std::size_t> places(contenders.size());
-    std::iota(places.begin(), places.end(), 0);
+    std::vector<std::size_t> turn(contenders.size());
+    std::iota(turn.begin(), turn.end(), 0);
     // The first turn warms up and finds the counts that all the others use.
     std::vector<benchmark::IterationCount> iterations(contenders.size(), 0);
-    const std::vector<Outcome> first = turn(contenders, places, iterations, clock);
-    for (std::size_t i = 0; i < places.size(); ++i) {
-        iterations[i] = std::max<benchmark::IterationCount>(first[i].iterations, 1);
+    const std::vector<Outcome> first = run(contenders, turn, iterations, clock);
+    for (std::size_t i = 0; i < turn.size(); ++i) {
+        iterations[i] = std::max<benchmark::IterationCount>(first.at(i).iterations, 1);
     }
 
-    std::vector<Times> times(contenders.size());
+    std::vector<std::size_t> order;
     for (int repetition = 0; repetition < repetitions; ++repetition) {
-        const std::vector<Outcome> outcomes = turn(contenders, places, iterations, clock);
-        for (std::size_t i = 0; i < times.size(); ++i) {
-            times[i].push_back(outcomes[i].nanoseconds_per_item);
-        }
-        std::reverse(places.begin(), places.end());
+        order.insert(order.end(), turn.begin(), turn.end());
+        std::reverse(turn.begin(), turn.end());
+    }
+    const std::vector<Outcome> outcomes = run(contenders, order, iterations, clock);
+    std::vector<Times> times(contenders.size());
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        times[order[i]].push_back(outcomes.at(i).nanoseconds_per_item);
     }
     return times;
 }
