@@ -155,8 +155,7 @@ EXPORT(replay_picture) Picture *replay_picture()
 {
     auto *corners = picture.corners;
     for (const replay::Body &body : run->bodies) {
-        const KXV3 &half = body.half;
-        put_corners({{-half.x, -half.y, -half.z}, half}, body.to_world, *corners++);
+        put_corners(body.own_box(), body.to_world, *corners++);
         picture.seen[&body - run->bodies.data()] = body.seen;
     }
     KXM4 unit;
@@ -166,7 +165,7 @@ EXPORT(replay_picture) Picture *replay_picture()
                   [&](const KXBox &block) { put_corners(block, unit, *corners++); });
     auto *ray = picture.rays;
     for (const replay::Watcher &watcher : run->watchers) {
-        (*ray)[0] = watcher.ray.origin;
+        (*ray)[0] = watcher.path.origin();
         (*ray++)[1] = watcher.end;
     }
     return &picture;

@@ -12,31 +12,43 @@
 
 #include "support/digest.h"
 
-#include <kxmaths5.h>
+#include <kxmaths5.hpp>
 
 #include <array>
 #include <optional>
+#include <utility>
 
 namespace replay
 {
+
+using namespace kxm;
 
 /** Of the run whose digests are recorded. */
 constexpr std::uint64_t seed = 5;
 
 struct Body {
-    KXPosition place; /**< Angles from -pi to pi. */
-    KXV3 velocity, spin;
-    KXV3 half; /**< Of its edges. */
-    std::uint32_t seen;
-    KXM4 to_world, to_body;
-    KXBox reach; /**< In the world. */
+    position place; /**< Angles from -pi to pi. */
+    vec3 velocity, spin;
+    vec3 half; /**< Of its edges. */
+    std::uint32_t seen = 0;
+    mat4 to_world, to_body;
+    box reach; /**< In the world. */
+
+    point3 centre() const
+    {
+        return {place.x, place.y, place.z};
+    }
+    box own_box() const
+    {
+        return {point3(-half), point3(half)};
+    }
 };
 
 struct Watcher {
-    KXRay ray;
-    KXM4 turn;         /**< From step to step. */
-    std::int32_t sees; /**< A body, or -1. */
-    KXP3 end;          /**< Of what is drawn of the ray. */
+    ray path;
+    mat4 turn;             /**< From step to step. */
+    std::int32_t sees = 0; /**< A body, or -1. */
+    point3 end;            /**< Of what is drawn of the ray. */
 };
 
 class Replay
@@ -62,30 +74,24 @@ public:
             {{-2, -1, -3}, {2, 2, -1}},
         }};
         for (std::size_t i = 0; i < obstacles.size(); ++i) {
-            const KXV3 margin = {body_radius, body_radius, body_radius};
-            grown[i] = obstacles[i];
-            KXV3Combine(&grown[i].minimum, &margin, &grown[i].minimum, 1.0f, -1.0f);
-            KXV3Combine(&grown[i].maximum, &margin, &grown[i].maximum, 1.0f, 1.0f);
+            const vec3 margin(body_radius, body_radius, body_radius);
+            grown[i] = {obstacles[i].minimum() - margin, obstacles[i].maximum() + margin};
         }
         for (Body &body : bodies) {
-            const KXP3 start = free_place();
-            body = {};
-            body.place = {start.x,         start.y,         start.z,
-                          pi * fraction(), pi * fraction(), pi * fraction()};
-            body.velocity = {fraction(), fraction(), fraction()};
-            body.spin = {0.01f * fraction(), 0.01f * fraction(), 0.01f * fraction()};
-            body.half = {0.5f + 0.2f * fraction(), 0.5f + 0.2f * fraction(),
-                         0.5f + 0.2f * fraction()};
+            const point3 start = free_place();
+            const vec3 turn = fractions(pi, pi, pi);
+            body.place = position(start, turn.x, turn.y, turn.z);
+            body.velocity = fractions(1.0f, 1.0f, 1.0f);
+            body.spin = fractions(0.01f, 0.01f, 0.01f);
+            body.half = vec3(0.5f, 0.5f, 0.5f) + fractions(0.2f, 0.2f, 0.2f);
             keep_speed(body);
             place(body);
         }
         for (Watcher &watcher : watchers) {
-            watcher.ray.origin = free_place();
-            watcher.ray.direction = {fraction(), fraction(), fraction()};
-            KXV3Normalise(&watcher.ray.direction, &watcher.ray.direction);
-            // In braces, since compilers choose the order of a call's arguments.
-            const KXV3 turn = {0.004f * fraction(), 0.02f * fraction(), 0.004f * fraction()};
-            KXM4Orientation(&watcher.turn, nullptr, turn.x, turn.y, turn.z, KX_ORDER_XYZ);
+            const point3 origin = free_place();
+            watcher.path = unit_ray(origin, fractions(1.0f, 1.0f, 1.0f));
+            const vec3 turn = fractions(0.004f, 0.02f, 0.004f);
+            watcher.turn = mat4::rotation(turn.x, turn.y, turn.z, order::xyz);
         }
     }
 
@@ -101,8 +107,8 @@ public:
             }
         }
         for (Watcher &watcher : watchers) {
-            KXM4P3I0(&watcher.turn, &watcher.ray.direction, &watcher.ray.direction);
-            KXV3Normalise(&watcher.ray.direction, &watcher.ray.direction);
+            const ray &path = watcher.path;
+            watcher.path = unit_ray(path.origin(), watcher.turn * path.direction());
             look(watcher);
         }
         for (const Body &body : bodies) {
@@ -113,7 +119,7 @@ public:
             states.word(body.seen);
         }
         for (const Watcher &watcher : watchers) {
-            enter(watcher.ray);
+            enter(watcher.path);
             enter(watcher.end);
         }
     }
@@ -127,7 +133,7 @@ public:
     static constexpr float width = 12.0f, height = 6.0f; /**< Half of the room's. */
     std::array<Body, 120> bodies;
     std::array<Watcher, 8> watchers;
-    std::array<KXBox, 12> obstacles;
+    std::array<box, 12> obstacles;
 
 private:
     static constexpr float pi = 3.1415927f, body_radius = 0.9f, speed = 0.03f;
@@ -140,25 +146,36 @@ private:
         return static_cast<float>(bits - 0x800000) * 0x1p-23f;
     }
 
-    KXP3 free_place()
+    /** Of three numbers; in braces, since compilers choose the order of a call's arguments. */
+    vec3 fractions(float x, float y, float z)
     {
-        KXP3 place;
+        return {x * fraction(), y * fraction(), z * fraction()};
+    }
+
+    point3 free_place()
+    {
+        point3 place;
         do {
-            place = {width * fraction(), height * fraction(), width * fraction()};
+            place = point3(fractions(width, height, width));
         } while (obstacle_on({place, place}));
         return place;
     }
 
     /** The first obstacle that the centre of a body meets on its way, and where. */
-    std::optional<std::pair<std::size_t, KXP3>> obstacle_on(const KXLine &way) const
+    std::optional<std::pair<box, point3>> obstacle_on(const line &way) const
     {
-        KXP3 point;
-        for (std::size_t i = 0; i < grown.size(); ++i) {
-            if (KXLineIxBox(&way, &grown[i], &point) == 1) {
-                return std::pair{i, point};
+        for (const box &obstacle : grown) {
+            if (const auto point = way.hit(obstacle)) {
+                return std::pair{obstacle, *point};
             }
         }
         return {};
+    }
+
+    static ray unit_ray(const point3 &origin, vec3 direction)
+    {
+        KXV3Normalise(&direction, &direction);
+        return {origin, direction};
     }
 
     static void keep_speed(Body &body)
@@ -168,19 +185,14 @@ private:
 
     void move(Body &body) const
     {
-        const KXP3 from = centre(body);
-        KXP3 to;
-        KXV3Combine(&from, &body.velocity, &to, 1.0f, 1.0f);
-        if (const auto met = obstacle_on({from, to})) {
-            bounce(body, grown[met->first], met->second);
-        } else {
-            body.place.x = to.x;
-            body.place.y = to.y;
-            body.place.z = to.z;
+        point3 to = body.centre() + body.velocity;
+        if (const auto met = obstacle_on({body.centre(), to})) {
+            bounce(body, met->first, met->second);
+            to = body.centre();
         }
-        body.place.rotateX = turned(body.place.rotateX, body.spin.x);
-        body.place.rotateY = turned(body.place.rotateY, body.spin.y);
-        body.place.rotateZ = turned(body.place.rotateZ, body.spin.z);
+        body.place = position(to, turned(body.place.rotateX, body.spin.x),
+                              turned(body.place.rotateY, body.spin.y),
+                              turned(body.place.rotateZ, body.spin.z));
     }
 
     static float turned(float angle, float by)
@@ -190,17 +202,14 @@ private:
     }
 
     /** Off the face that is closest to the point of contact. */
-    static void bounce(Body &body, const KXBox &box, const KXP3 &point)
+    static void bounce(Body &body, const box &obstacle, const point3 &point)
     {
-        const float below[] = {point.x - box.minimum.x, point.y - box.minimum.y,
-                               point.z - box.minimum.z};
-        const float above[] = {box.maximum.x - point.x, box.maximum.y - point.y,
-                               box.maximum.z - point.z};
+        const vec3 below = point - obstacle.minimum(), above = obstacle.maximum() - point;
         float nearest = 1e9f;
-        KXV3 normal = {};
-        for (int axis = 0; axis < 3; ++axis) {
+        vec3 normal;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
             for (const float side : {-1.0f, 1.0f}) {
-                const float depth = side < 0.0f ? below[axis] : above[axis];
+                const float depth = (side < 0.0f ? below : above)[axis];
                 if (depth < nearest) {
                     nearest = depth;
                     normal = {axis == 0 ? side : 0.0f, axis == 1 ? side : 0.0f,
@@ -208,17 +217,15 @@ private:
                 }
             }
         }
-        const float along = dot(body.velocity, normal);
+        const float along = dot_of_singles(body.velocity, normal);
         if (along < 0.0f) {
-            KXV3Combine(&body.velocity, &normal, &body.velocity, 1.0f, -2.0f * along);
+            body.velocity = combine(body.velocity, normal, 1.0f, -2.0f * along);
         }
         // The face drags at the body, which is made to roll.
-        KXV3 roll;
-        KXV3Cross(&normal, &body.velocity, &roll);
-        KXV3Combine(&body.spin, &roll, &body.spin, 0.5f, 0.5f);
+        body.spin = combine(body.spin, cross(normal, body.velocity), 0.5f, 0.5f);
     }
 
-    static float dot(const KXV3 &a, const KXV3 &b)
+    static float dot_of_singles(const vec3 &a, const vec3 &b)
     {
         return a.x * b.x + a.y * b.y + a.z * b.z;
     }
@@ -226,80 +233,63 @@ private:
     /** Two bodies whose boxes overlap exchange what they have of velocity towards each other. */
     static void collide(Body &a, Body &b)
     {
-        const KXBox &p = a.reach, &q = b.reach;
-        if (p.maximum.x < q.minimum.x || q.maximum.x < p.minimum.x || p.maximum.y < q.minimum.y ||
-            q.maximum.y < p.minimum.y || p.maximum.z < q.minimum.z || q.maximum.z < p.minimum.z) {
-            return;
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            if (a.reach.maximum()[axis] < b.reach.minimum()[axis] ||
+                b.reach.maximum()[axis] < a.reach.minimum()[axis]) {
+                return;
+            }
         }
-        const KXP3 from = centre(a), to = centre(b);
-        KXV3 way, change;
-        KXV3Combine(&to, &from, &way, 1.0f, -1.0f);
+        vec3 way = b.centre() - a.centre();
         KXV3Normalise(&way, &way);
-        KXV3Combine(&b.velocity, &a.velocity, &change, 1.0f, -1.0f);
-        const float approach = dot(change, way);
+        const float approach = dot_of_singles(b.velocity - a.velocity, way);
         if (approach < 0.0f) {
-            KXV3Combine(&a.velocity, &way, &a.velocity, 1.0f, approach);
-            KXV3Combine(&b.velocity, &way, &b.velocity, 1.0f, -approach);
+            a.velocity = combine(a.velocity, way, 1.0f, approach);
+            b.velocity = combine(b.velocity, way, 1.0f, -approach);
         }
-    }
-
-    static KXP3 centre(const Body &body)
-    {
-        return {body.place.x, body.place.y, body.place.z};
     }
 
     void place(Body &body) const
     {
-        const auto order = static_cast<KXRotationOrder>((&body - bodies.data()) % 6);
-        KXM4Position(&body.to_world, &body.to_body, &body.place, order);
-        const KXBox own = own_box(body);
-        KXTransformBox(&own, &body.to_world, &body.reach);
+        const auto number = static_cast<KXRotationOrder>(&body - bodies.data());
+        KXM4Position(&body.to_world, &body.to_body, &body.place, number % 6);
+        body.reach = body.to_world * body.own_box();
     }
 
-    static KXBox own_box(const Body &body)
+    static double distance(const ray &path, const point3 &point)
     {
-        const KXV3 &half = body.half;
-        return {{-half.x, -half.y, -half.z}, half};
-    }
-
-    static double distance(const KXRay &ray, const KXP3 &point)
-    {
-        KXV3 way;
-        KXV3Combine(&point, &ray.origin, &way, 1.0f, -1.0f);
-        return KXV3Length(&way);
+        return (point - path.origin()).length();
     }
 
     /** Finds the first body on the ray, which then shies away. */
     void look(Watcher &watcher)
     {
-        const KXRay &ray = watcher.ray;
+        const ray &path = watcher.path;
         watcher.sees = -1;
         double nearest = static_cast<double>(KX_HUGE);
-        KXP3 point;
-        for (const KXBox &obstacle : obstacles) {
-            if (KXRayIxBox(&ray, &obstacle, &point) == 1 && distance(ray, point) < nearest) {
-                nearest = distance(ray, point);
-                watcher.end = point;
+        for (const box &obstacle : obstacles) {
+            const auto point = path.hit(obstacle);
+            if (point && distance(path, *point) < nearest) {
+                nearest = distance(path, *point);
+                watcher.end = *point;
             }
         }
         for (std::size_t i = 0; i < bodies.size(); ++i) {
             const Body &body = bodies[i];
-            if (KXRayIxBox(&ray, &body.reach, nullptr) == 0) {
+            if (!path.meets(body.reach)) {
                 continue;
             }
-            KXRay own_ray;
-            KXTransformRay(&ray, &body.to_body, &own_ray);
-            const KXBox box = own_box(body);
-            if (KXRayIxBox(&own_ray, &box, &point) == 1 && distance(own_ray, point) < nearest) {
-                nearest = distance(own_ray, point);
+            const ray own_path = body.to_body * path;
+            const auto point = own_path.hit(body.own_box());
+            if (point && distance(own_path, *point) < nearest) {
+                nearest = distance(own_path, *point);
                 watcher.sees = static_cast<std::int32_t>(i);
-                KXM4P3I1(&body.to_world, &point, &watcher.end);
+                watcher.end = body.to_world * *point;
             }
         }
         if (watcher.sees >= 0) {
             Body &body = bodies[static_cast<std::size_t>(watcher.sees)];
             ++body.seen;
-            KXV3Combine(&body.velocity, &ray.direction, &body.velocity, 1.0f, 0.1f * speed);
+            body.velocity = combine(body.velocity, path.direction(), 1.0f, 0.1f * speed);
             keep_speed(body);
         }
     }
@@ -314,7 +304,7 @@ private:
         }
     }
 
-    std::array<KXBox, 12> grown;
+    std::array<box, 12> grown;
     std::uint64_t random;
     test::Digest states;
 };
