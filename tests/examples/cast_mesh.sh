@@ -98,23 +98,32 @@ f 4 10 11 5
 f 5 11 12 6
 f 6 12 7 1' >L.obj
 view='--width 160 --height 120 --azimuth 0 --elevation 20'
-"$program" L.obj $view --light-azimuth -60 --light-elevation 40 --output L.png >L.txt
-pixels L.png <<'TEXT'
+# The same L lying in its file, and stood up again: light, floor and sky are the world's, not the file's.
+awk '/^v/ { $0 = "v " $3 " " $4 " " $2 } 1' L.obj >lying.obj
+for mesh in L.obj "lying.obj --rotate 90 0 90 --order ZXY"; do
+    # shellcheck disable=SC2086 # a file and options
+    "$program" $mesh $view --light-azimuth -60 --light-elevation 40 --pick 40 60 --output L.png |
+        grep -E '^(eye|point|from)' >>L.txt
+    pixels L.png <<'TEXT'
 80 5 227 233 242 the sky
 90 40 205 208 212 the notch, with the floor at the back of it
 40 60 174 163 144 the front
+21 30 191 187 181 its edge, of which a half is in this pixel
 62 60 116 108 96 the side away from the light
 65 60 194 197 200 the floor in the light, next to it
 45 8 217 202 179 the top
 100 79 217 202 179 the lower top
 75 79 140 131 116 its part in the shadow
+100 73 140 131 116 its part in the shadow, the furthest from what throws it
 138 95 126 127 129 the shadow on the floor
 10 95 194 197 200 the floor on the other side
 132 100 174 163 144 the front at its right edge
 136 100 126 127 129 the shadow next to it
 80 110 174 163 144 the front at its lower edge
-80 117 194 197 200 the floor before it
+80 119 194 197 200 the floor before it, in the last row
 TEXT
+done
+[ "$(sort L.txt | uniq -c | awk '$1 == 2' | wc -l)" = 3 ] || fail "a mesh that is stood up is elsewhere: $(cat L.txt)"
 pick "the sky" "nothing" L.obj --pick 80 5
 pick "the notch" "the floor" L.obj --pick 90 40
 pick "the front at its right edge" "triangle 0" L.obj --pick 132 100
@@ -141,6 +150,8 @@ framed 160 120 cube.obj
 framed 90 200 L.obj --azimuth 45
 framed 200 90 L.obj --field-of-view 100 --elevation 60
 framed 160 120 L.obj --rotate 0 0 45
+printf 'v -1 -1 0\nv 1 -1 0\nv 0 1 0\nv 0 0 -5\nf 1 2 3\nf 1 4 2\nf 2 4 3\nf 3 4 1\n' >wide_in_front.obj
+framed 160 120 wide_in_front.obj --azimuth 0 --elevation 0
 
 # Two triangles that meet at 60 degrees: smooth shading makes their edge disappear, unless the angle
 # is a crease.
@@ -164,6 +175,9 @@ printf 'v -1 0 0\nv 0 -0.6 -1\nv 0 -0.6 1\nv 1 0 0\nvn -1 -1 0\nvn 0 -1 -1\nvn 0
 "$program" own.obj $view --light-azimuth 20 --smooth 0 --output own.png >report.txt
 "$program" own_z.obj $view --light-azimuth 20 --smooth 0 --up z --output own_z.png >report.txt
 ! cmp -s own.png flat.png || fail "a file's normals are not used"
+awk '/^vn/ { $0 = "vn " (-$2) " " (-$3) " " (-$4) } 1' own.obj >inward.obj
+"$program" inward.obj $view --light-azimuth 20 --smooth 0 --output inward.png >report.txt
+cmp -s own.png inward.png || fail "normals that point inward are shaded differently"
 for at in "60 60" "100 60" "75 45" "85 75"; do
     echo "$at $("$pixel" own.png $at)"
 done >colours.txt
@@ -175,6 +189,7 @@ refused "a picture of no size" cube.obj --width 0 --output out/bad.png
 refused "a field of view that sees nothing" cube.obj --field-of-view 180 --output out/bad.png
 refused "an infinite distance" cube.obj --distance inf --output out/bad.png
 refused "a distance behind" cube.obj --distance -1 --output out/bad.png
+refused "an eye from which nothing is seen" cube.obj --distance 1e36 --output out/bad.png
 printf 'v 2e38 0 0\nv 3e38 0 0\nv 2e38 1e38 0\nf 1 2 3\n' >far.obj
 refused "a place too far" far.obj --position 2e38 0 0 --output out/bad.png
 refused "a picture that is no PNG file" cube.obj --output out/bad.jpg

@@ -59,6 +59,15 @@ def test_shapes_of_rays():
     assert mesh.nearest(np.zeros((2, 0, 2, 3)))[1].shape == (2, 0, 3)
     far = mesh.nearest([[[5e5, 0.1, 0.2], [-1, 0, 0]], [[5, 0.1, 0.2], [-1, 0, 0]]])[0]
     assert far[1] == number and far[0] >= 0
+    # A step of less than KX_TOLERANCE along Y, which on so long a way leads from below the triangle into it: only boxes
+    # that are grown for this distance, after those for a nearer one, are on the way.
+    wall = kx.Mesh([[0, -300, -300], [0, 300, -300], [0, -300, 300]], [[0, 1, 2]])
+    assert wall.nearest([[5, 0, -100], [-1, 0, 0]])[0] == 0
+    grazing = [[-1e6, -300.5, -250], [1, 9e-7, 0]]
+    nowhere = [[np.nan, 0, np.inf], [1, 0, 0]]
+    assert wall.nearest([grazing, nowhere])[0].tolist() == [0, -1] and wall.meets([grazing]).all()
+    tree = wall._reach_and_tree[1]
+    assert wall.meets([grazing]).all() and wall._reach_and_tree[1] is tree, "built again for each call"
     flat = kx.Mesh([[0, 0, 0], [1, 0, 0], [0, 1, 0]], [[0, 1, 2], [0, 1, 1]])
     assert flat.can_be_hit.tolist() == [True, False]
 
@@ -66,6 +75,7 @@ def test_shapes_of_rays():
 @pytest.mark.parametrize("call, words", [
     (lambda: kx.Mesh(np.zeros((4, 2)), [[0, 1, 2]]), "vertices has the shape"),
     (lambda: kx.Mesh(np.eye(3), [0, 1, 2]), "faces has the shape"),
+    (lambda: kx.Mesh(np.eye(3), np.zeros((0, 3), int)), "m above 0"),
     (lambda: kx.Mesh(np.eye(3), [[0, 1, 3]]), "faces has the vertex 3, and vertices has 3"),
     (lambda: kx.Mesh(np.eye(3), [[0, -1, 2]]), "faces has the vertex -1"),
     (lambda: kx.Mesh(np.full((3, 3), np.nan), [[0, 1, 2]]), "not finite"),

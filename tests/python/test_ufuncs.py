@@ -252,7 +252,7 @@ def read_only(array):
 
 M, P = np.eye(4, dtype=np.float32), np.zeros((6, 3), np.float32)
 TRIANGLE = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2, 0, 0)), 0, (0, 0, 1, -1))
-TOP_BIT = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), (0, 2**31, 0, 0)), 0, (0, 0, 1, -1))
+TOP_BIT = kx.KXTriangle(((0, 0, 0, 0), (0, 1, 0, 0), [0, 2**31, 0, 0]), 0, plane=[0, 0, 1, -1])
 SWAPPED = np.zeros((), [(name, ">f4") for name in kx.KXPosition.dtype.names])
 
 
@@ -286,6 +286,7 @@ SWAPPED = np.zeros((), [(name, ">f4") for name in kx.KXPosition.dtype.names])
     (lambda: kx.KXRayIxTriangle(P[:2], TRIANGLE, P[:2]), ValueError, "triangle has the vertex 2"),
     (lambda: kx.KXRayIxTriangle(P[:2], TOP_BIT, P), ValueError, "triangle has the vertex 2147483648"),
     (lambda: kx.Mesh(P, M[:3, :3]), TypeError, "faces is made of float32"),
+    (lambda: kx.Mesh([["a"] * 3] * 3, [[0, 1, 2]]), TypeError, "vertices is not an array of numbers"),
     (lambda: kx.KXM4MatrixComponents(M, position=SWAPPED), TypeError, "can't be written to"),
     (lambda: kx.triangle(P, 0, 1, [0, 6]), ValueError, "third has the vertex 6"),
     (lambda: kx.KXM4Position(TRIANGLE, 0), TypeError, "position is made of"),
@@ -321,6 +322,7 @@ def test_pickles():
     place = kx.KXPosition(1, 2, 3)
     assert pickle.loads(pickle.dumps(place)) == place
     mesh = kx.Mesh([[0, 0, 0], [1, 0, 0], [0, 1, 0]], [[0, 1, 2]])
+    assert mesh.meets([[0.2, 0.2, 5], [0, 0, -1]])  # From here on it has a tree.
     for same in (mesh, pickle.loads(pickle.dumps(mesh)), pickle.loads(pickle.dumps(mesh))):
         assert same.meets([[0.2, 0.2, 5], [0, 0, -1]])
 
