@@ -34,8 +34,13 @@ def seed_of(experiment):
 
 def run(experiment, first, end):
     """The arguments of the inputs from one number to below another, and the errors of each result."""
+    def draw(random):
+        arguments, errors, *accepted = experiment.run(random, *experiment.parameters)
+        return *arguments, *errors, *(accepted or [np.full(errors[0].shape, True)])
     with np.errstate(all="ignore"):
-        return experiment.run(Random.of_inputs(seed_of(experiment), first, end), *experiment.parameters)
+        drawn = Random.of_inputs(seed_of(experiment), first, end).until_accepted(draw)
+    results = len(experiment.results)
+    return drawn[:-results], drawn[-results:]
 
 
 def worst_of_part(part):

@@ -46,8 +46,9 @@ class Experiment(NamedTuple):
     function: str
     inputs: str
     results: list[Result]
-    # Draws inputs, calls the function and compares: gives the arguments, and the errors of each result.
-    run: Callable[..., tuple[list[Any], list[Any]]]
+    # Draws inputs, calls the function and compares: gives the arguments, the errors of each result and, if not all
+    # inputs are, which of them are those meant; others are drawn in place of the rest.
+    run: Callable[..., tuple[list[Any], list[Any]] | tuple[list[Any], list[Any], Any]]
     parameters: tuple[Any, ...]
 
 
@@ -55,12 +56,13 @@ EXPERIMENTS: list[Experiment] = []
 
 
 def measures(results, *variants):
-    """Of a function that runs them: experiments with the same results. The variants are names of the function and
-    of its inputs, and what else the function is given."""
+    """Of a function that runs them: experiments with the same results. The variants are names of the library's
+    function and of its inputs, and what else the one that runs them is given after a Random and the function."""
     def add(run):
         for function, inputs, *parameters in variants:
+            called = getattr(kx, function.split(",")[0])
             EXPERIMENTS.append(Experiment(function, inputs, [Result(*each) for each in results], run,
-                                          tuple(parameters)))
+                                          (called, *parameters)))
         return run
     return add
 
@@ -100,7 +102,7 @@ def length(v):
 
 
 def cross(a, b):
-    return np.array([a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]])
+    return np.cross(a, b, axis=0)
 
 
 def largest(elements):
@@ -159,59 +161,57 @@ ANY_VECTOR = "coordinates ±2^[-16, 16)"
 
 
 @measures([("length", ITSELF, DOUBLE)], ("KXV3Length", ANY_VECTOR))
-def measure_length(random):
+def measure_length(random, function):
     v = random.spread(-16, 16, 3)
-    return [v], [error(kx.KXV3Length(v), length(wide(v)))]
+    return [v], [error(function(v), length(wide(v)))]
 
 
 @measures([("x, y, z", ITSELF), ("length", ITSELF, DOUBLE)], ("KXV3Normalise", ANY_VECTOR))
-def normalise(random):
+def normalise(random, function):
     v = random.spread(-16, 16, 3)
-    returned, out = kx.KXV3Normalise(v)
+    returned, out = function(v)
     wanted = length(wide(v))
     return [v], [error(out, wide(v) / wanted), error(returned, wanted)]
 
 
 @measures([("x, y, z", ITSELF)], ("KXV3Scale", "coordinates and length ±2^[-16, 16)"))
-def scale(random):
+def scale(random, function):
     v, wanted = random.spread(-16, 16, 3), random.spread(-16, 16)
-    return [v, wanted], [error(kx.KXV3Scale(v, wanted), wide(v) * (wide(wanted) / length(wide(v))))]
+    return [v, wanted], [error(function(v, wanted), wide(v) * (wide(wanted) / length(wide(v))))]
 
 
 @measures([("x, z", ITSELF)], ("KXV3Perpendicular", ANY_VECTOR))
-def perpendicular(random):
+def perpendicular(random, function):
     v = random.spread(-16, 16, 3)
     x, _, z = wide(v)
     turned = np.array([-z, 0 * x, x])
-    return [v], [error(kx.KXV3Perpendicular(v), turned / length(turned))]
+    return [v], [error(function(v), turned / length(turned))]
 
 
 @measures([("value", "the larger of y0, y1", DOUBLE)], ("KXInterpolate", "x0 < x < x1 and y0, y1 in [-1000, 1000]"))
-def interpolate(random):
-    def draw(random):
-        x0 = random.uniform(1000)
-        x1 = random.between(x0, 1000)
-        x = random.between(x0, x1)
-        return x0, random.uniform(1000), x1, random.uniform(1000), x, (x0 < x) & (x < x1)
-    given = random.until_accepted(draw)
+def interpolate(random, function):
+    x0 = random.uniform(1000)
+    x1 = random.between(x0, 1000)
+    x = random.between(x0, x1)
+    given = [x0, random.uniform(1000), x1, random.uniform(1000), x]
     x0, y0, x1, y1, x = map(wide, given)
     wanted = (x - x0) * (y1 - y0) / (x1 - x0) + y0
-    return given, [error(kx.KXInterpolate(*given), wanted, np.maximum(abs(y0), abs(y1)))]
+    return given, [error(function(*given), wanted, np.maximum(abs(y0), abs(y1)))], (x0 < x) & (x < x1)
 
 
 @measures([("difference / 1000", ITSELF, DOUBLE)], ("KXDiffTime", "any words"))
-def difference_of_ticks(random):
+def difference_of_ticks(random, function):
     later, earlier = random.word().astype(np.uint32), random.word().astype(np.uint32)
-    return [later, earlier], [error(kx.KXDiffTime(later, earlier), wide((later - earlier).view(np.int32)) / 1000)]
+    return [later, earlier], [error(function(later, earlier), wide((later - earlier).view(np.int32)) / 1000)]
 
 
 @measures([("length by the units' definitions", ITSELF)], ("KXChangeUnits", "units 1 to 9, value ±2^[-16, 16)"))
-def change_units(random):
+def change_units(random, function):
     # In tenths of a millimetre, all but the millimetre's own of which are whole.
     sizes = wide([0, 10, 100, 10000, 10000000, 254, 3048, 9144, 16093440, 18520000])
     unit, to, value = 1 + random.below(9), 1 + random.below(9), random.spread(-16, 16)
     wanted = wide(value) * sizes[unit] / sizes[to]
-    return [unit, to, value], [error(kx.KXChangeUnits(unit, to, value), wanted)]
+    return [unit, to, value], [error(function(unit, to, value), wanted)]
 
 
 # ---- Determinants, products, matrices applied to points, and inversion
@@ -223,7 +223,7 @@ ROW = "the largest element of its row"
 
 
 @measures([("determinant", "the product of the rows' lengths", DOUBLE)],
-          ("KXM4Determinant", ELEMENTS, kx.KXM4Determinant, 4), ("KXM3Determinant", ELEMENTS, kx.KXM3Determinant, 3))
+          ("KXM4Determinant", ELEMENTS, 4), ("KXM3Determinant", ELEMENTS, 3))
 def measure_determinant(random, function, size):
     m = random.uniform(1000, size, size)
     # By Hadamard no determinant of these rows exceeds it.
@@ -231,22 +231,22 @@ def measure_determinant(random, function, size):
     return [m], [error(function(m), determinant(wide(m)), unit)]
 
 
-@measures([("elements", ITSELF)], ("KXM4Mult", ELEMENTS, kx.KXM4Mult, 4), ("KXM3Mult", ELEMENTS, kx.KXM3Mult, 3))
+@measures([("elements", ITSELF)], ("KXM4Mult", ELEMENTS, 4), ("KXM3Mult", ELEMENTS, 3))
 def multiply(random, function, size):
     a, b = random.uniform(1000, size, size), random.uniform(1000, size, size)
     return [a, b], [error(function(a, b), product(wide(a), wide(b)))]
 
 
 @measures([("block", ITSELF)], ("KXM43Mult", ELEMENTS))
-def multiply_blocks(random):
+def multiply_blocks(random, function):
     a, b = random.uniform(1000, 4, 4), random.uniform(1000, 4, 4)
-    return [a, b], [error(kx.KXM43Mult(a, b, np.zeros_like(a))[:3, :3], product(wide(a[:3, :3]), wide(b[:3, :3])))]
+    return [a, b], [error(function(a, b, np.zeros_like(a))[:3, :3], product(wide(a[:3, :3]), wide(b[:3, :3])))]
 
 
 @measures([("x, y, z", ITSELF)],
-          ("KXM4P3I0", ELEMENTS_AND_COORDINATES, kx.KXM4P3I0, 4, 0),
-          ("KXM4P3I1", ELEMENTS_AND_COORDINATES, kx.KXM4P3I1, 4, 1))
-@measures([("x, y", ITSELF)], ("KXM3P2I1", ELEMENTS_AND_COORDINATES, kx.KXM3P2I1, 3, 1))
+          ("KXM4P3I0", ELEMENTS_AND_COORDINATES, 4, 0),
+          ("KXM4P3I1", ELEMENTS_AND_COORDINATES, 4, 1))
+@measures([("x, y", ITSELF)], ("KXM3P2I1", ELEMENTS_AND_COORDINATES, 3, 1))
 def transform_point(random, function, size, last):
     m, p = random.uniform(1000, size, size), random.uniform(1000, size - 1)
     wanted = product(wide(m[:-1, :-1]), wide(p)) + wide(m[:-1, -1]) * last
@@ -254,43 +254,36 @@ def transform_point(random, function, size, last):
 
 
 @measures([("x, y, z, w", ITSELF)], ("KXM4P4", ELEMENTS_AND_COORDINATES))
-def transform_homogeneous(random):
+def transform_homogeneous(random, function):
     m, p = random.uniform(1000, 4, 4), random.uniform(1000, 4)
-    return [m, p], [error(kx.KXM4P4(m, p), product(wide(m), wide(p)))]
-
-
-def inverted(random, function, draw):
-    """A matrix, and what the function makes of it."""
-    def draw_invertible(random):
-        m = draw(random)
-        status, out = function(m)
-        return m, out, status == 0
-    return random.until_accepted(draw_invertible)
+    return [m, p], [error(function(m, p), product(wide(m), wide(p)))]
 
 
 @measures([("block", ROW), ("translation", "the largest product in its sum")],
           ("KXM4Inverse, affine", PLACEMENT, Random.scaled_rotation),
           ("KXM4Inverse, affine", "blocks of condition 64 at most, translation in [-1000, 1000]",
            Random.conditioned_block))
-def invert_affine(random, draw_block):
-    m, out = inverted(random, kx.KXM4Inverse, lambda random: affine(draw_block(random), random.uniform(1000, 3)))
+def invert_affine(random, function, draw_block):
+    m = affine(draw_block(random), random.uniform(1000, 3))
+    status, out = function(m)
     wanted, t = inverse(wide(m[:3, :3])), wide(m[:3, 3])
     return [m], [error(out[:3, :3], wanted, largest_in_rows(wanted)),
-                 error(out[:3, 3], -product(wanted, t), abs(wanted * t).max(1))]
+                 error(out[:3, 3], -product(wanted, t), abs(wanted * t).max(1))], status == 0
 
 
 @measures([("elements", ROW)],
-          ("KXM3Inverse", PLACEMENT, kx.KXM3Inverse, Random.placement_in_plane, largest_in_rows),
-          ("KXM3Inverse", "any matrix of condition 64 at most", kx.KXM3Inverse,
+          ("KXM3Inverse", PLACEMENT, Random.placement_in_plane, largest_in_rows),
+          ("KXM3Inverse", "any matrix of condition 64 at most",
            lambda random: single(random.conditioned_block()), largest_in_rows))
 @measures([("elements", "the largest element of all")],
-          ("KXM4Inverse, general", "unit matrix, each element ±0.25", kx.KXM4Inverse, Random.near_unit, largest),
-          ("KXM4Inverse, general", "any matrix of condition 64 at most", kx.KXM4Inverse, Random.conditioned_matrix,
+          ("KXM4Inverse, general", "unit matrix, each element ±0.25", Random.near_unit, largest),
+          ("KXM4Inverse, general", "any matrix of condition 64 at most", Random.conditioned_matrix,
            largest))
 def invert(random, function, draw, unit):
-    m, out = inverted(random, function, draw)
+    m = draw(random)
+    status, out = function(m)
     wanted = inverse(wide(m))
-    return [m], [error(out, wanted, unit(wanted))]
+    return [m], [error(out, wanted, unit(wanted))], status == 0
 
 
 # ---- Orientation, position, the viewing matrix, and quaternions
@@ -304,9 +297,9 @@ def rotation_in_order(angles, order):
 @measures([("matrix", ROW), ("inverse", ROW)],
           ("KXM4Orientation", "angles in [-pi, pi], each order", lambda random: random.uniform(np.pi, 3)),
           ("KXM4Orientation", "every other angle the single next to a multiple of pi/2", Random.quarter_turns))
-def orient(random, draw_angles):
+def orient(random, function, draw_angles):
     angles, order = draw_angles(random), random.below(6)
-    matrix, back = kx.KXM4Orientation(*angles, order)
+    matrix, back = function(*angles, order)
     wanted = rotation_in_order(wide(angles), order)
     transposed = wanted.swapaxes(0, 1)
     return [angles, order], [error(matrix[:3, :3], wanted, largest_in_rows(wanted)),
@@ -315,9 +308,9 @@ def orient(random, draw_angles):
 
 @measures([("translation of the inverse", "the largest coordinate given")],
           ("KXM4Position", "angles in [-pi, pi], each order, translation in [-1000, 1000]"))
-def place(random):
+def place(random, function):
     position, order = random.position(), random.below(6)
-    _, out = kx.KXM4Position(position, order)
+    _, out = function(position, order)
     t, angles = wide(position[:3]), wide(position[3:])
     wanted = product(-rotation_in_order(angles, order).swapaxes(0, 1), t)
     return [position, order], [error(out[:3, 3], wanted, largest(t))]
@@ -325,43 +318,40 @@ def place(random):
 
 @measures([("block", ROW), ("translation", "the largest coordinate given")],
           ("KXM4Projection1", "position as above, distance 1 to 1000, offset in [-1, 1], scale 2^[-2, 2)"))
-def project(random):
-    def draw(random):
-        position, distance = random.position(), random.between(1, 1000)
-        offset, scale = random.uniform(1), abs(random.spread(-2, 2))
-        # The others are taken as 0 and 1.
-        return position, distance, offset, scale, (abs(offset) > np.float32(1e-5)) & (abs(1 - wide(scale)) > 1e-5)
-    given = random.until_accepted(draw)
+def project(random, function):
+    given = [random.position(), random.between(1, 1000), random.uniform(1), abs(random.spread(-2, 2))]
     position, distance, offset, scale = map(wide, given)
+    # The others are taken as 0 and 1.
+    is_taken = (abs(offset) > np.float32(1e-5)) & (abs(1 - scale) > 1e-5)
     t = position[:3]
     block = rotation_in_order(position[3:], np.full(len(scale), kxmaths5.KX_ORDER_YXZ))
     block[0] += offset / distance * block[2]
     block[1] *= scale
     moved = np.array([t[0] + offset / distance * t[2] - offset, scale * t[1], t[2]])
-    out = kx.KXM4Projection1(*given)
-    return given, [error(out[:3, :3], block, largest_in_rows(block)), error(out[:3, 3], moved, largest(t))]
+    out = function(*given)
+    return given, [error(out[:3, :3], block, largest_in_rows(block)), error(out[:3, 3], moved, largest(t))], is_taken
 
 
 @measures([("x, y, z", ITSELF), ("w", ITSELF)], ("KXGenerateQuat", "angle in [-6.28, 6.28], axis ±2^[-16, 16)"))
-def generate(random):
+def generate(random, function):
     angle, axis = random.uniform(6.28), random.spread(-16, 16, 3)
-    out = kx.KXGenerateQuat(angle, axis)
+    out = function(angle, axis)
     wanted = wide(axis) * (np.sin(wide(angle) / 2) / length(wide(axis)))
     return [angle, axis], [error(out[:3], wanted), error(out[3], np.cos(wide(angle) / 2))]
 
 
 @measures([("block", ROW)], ("KXQuatToMatrix", "x, y, z, w in [-1, 1]"))
-def to_matrix(random):
+def to_matrix(random, function):
     q = random.uniform(1, 4)
     x, y, z, w = wide(q)
     turned = np.array([[0 * x, -z, y], [z, 0 * x, -x], [-y, x, 0 * x]])
     # w*w + v*v for 1, so that the quaternion needs no length.
     wanted = identity(3, len(x), np.longdouble) + (w * turned + product(turned, turned)) * 2 / dot(wide(q), wide(q))
-    return [q], [error(kx.KXQuatToMatrix(q)[:3, :3], wanted, largest_in_rows(wanted))]
+    return [q], [error(function(q)[:3, :3], wanted, largest_in_rows(wanted))]
 
 
 @measures([("x, y, z, w", ITSELF)], ("KXMatrixToQuat", "rotations, rounded to singles"))
-def from_matrix(random):
+def from_matrix(random, function):
     m = affine(random.rotation(), 0)
     e = wide(m[:3, :3])
     trace = e[0, 0] + e[1, 1] + e[2, 2]
@@ -375,7 +365,7 @@ def from_matrix(random):
         form[i], form[j], form[k], form[3] = s * s, e[j, i] + e[i, j], e[k, i] + e[i, k], e[k, j] - e[j, k]
         forms.append(form / (2 * s))
     largest_of_diagonal = np.argmax([e[0, 0], e[1, 1], e[2, 2]], axis=0)
-    return [m], [error(kx.KXMatrixToQuat(m), np.choose(np.where(trace > 0, 0, 1 + largest_of_diagonal), forms))]
+    return [m], [error(function(m), np.choose(np.where(trace > 0, 0, 1 + largest_of_diagonal), forms))]
 
 
 # ---- Transforms taken apart, composed, and read by their columns
@@ -401,119 +391,108 @@ def taken_apart(m):
 
 @measures([("scale", ITSELF), ("shear", "1, or the largest shear"), ("angles", "1")],
           ("KXM4Decompose", "rotation, shears in [-1, 1], scales ±2^[-4, 4); rotateY in [-1.4, 1.4]",
-           kx.KXM4Decompose, Random.sheared_placement, 3),
+           Random.sheared_placement, 3),
           ("KXM3Decompose", "rotation, shear in [-1, 1], scales ±2^[-4, 4)",
-           kx.KXM3Decompose, Random.sheared_in_plane, 2))
+           Random.sheared_in_plane, 2))
 def decompose(random, function, draw_matrix, size):
-    def draw(random):
-        m = draw_matrix(random)
-        status, parts = function(m)
-        in_space = identity(3, len(status), np.longdouble)
-        in_space[:size, :size] = m[:size, :size]
-        scale, shear, angles = taken_apart(in_space)
-        return m, parts, scale, shear, angles, (status == 0) & (abs(angles[1]) <= CLEAR_OF_A_QUARTER_TURN)
-    m, parts, scale, shear, angles = random.until_accepted(draw)
+    m = draw_matrix(random)
+    status, parts = function(m)
+    in_space = identity(3, len(status), np.longdouble)
+    in_space[:size, :size] = m[:size, :size]
+    scale, shear, angles = taken_apart(in_space)
     return [m], [error(parts[:3], scale), error(parts[3:6], shear, np.maximum(1, largest(shear))),
-                 angle_error(parts[6:9], angles)]
+                 angle_error(parts[6:9], angles)], (status == 0) & (abs(angles[1]) <= CLEAR_OF_A_QUARTER_TURN)
 
 
 @measures([("perspective", "the largest product in its sum")],
           ("KXM4Decompose", "block of condition 64 at most, translation in [-10, 10], m30 to m32 in [-0.5, 0.5], "
            "m33 ±2^[-1, 1)"))
-def find_perspective(random):
-    def draw(random):
-        m = affine(random.conditioned_block(), random.uniform(10, 3))
-        m[3, :3], m[3, 3] = random.uniform(0.5, 3), random.spread(-1, 1)
-        status, parts = kx.KXM4Decompose(m)
-        return m, parts[12:15], status == 0
-    m, perspective = random.until_accepted(draw)
+def find_perspective(random, function):
+    m = affine(random.conditioned_block(), random.uniform(10, 3))
+    m[3, :3], m[3, 3] = random.uniform(0.5, 3), random.spread(-1, 1)
+    status, parts = function(m)
     normalised = wide(m) / wide(m[3, 3])
     to_block, row, t = inverse(normalised[:3, :3]), normalised[3, :3], normalised[:3, 3]
     unit = np.maximum(abs(to_block * row).max(1), abs(to_block * t).max(1))
-    return [m], [error(perspective, product(to_block, row - t), unit)]
+    return [m], [error(parts[12:15], product(to_block, row - t), unit)], status == 0
 
 
 @measures([("block", ROW)], ("KXM4Compose", "angles in [-pi, pi], scales ±2^[-4, 4)"))
-def compose(random):
+def compose(random, function):
     parts = random.components()
     scale, angles = wide(parts[:3]), wide(parts[6:9])
     wanted = scale[:, None] * rotation_in_order(angles, np.full(angles.shape[-1], kxmaths5.KX_ORDER_XYZ))
-    return [parts], [error(kx.KXM4Compose(parts)[:3, :3], wanted, largest_in_rows(wanted))]
+    return [parts], [error(function(parts)[:3, :3], wanted, largest_in_rows(wanted))]
 
 
 @measures([("block", ITSELF)], ("KXM3Compose", "angle in [-pi, pi], scales ±2^[-4, 4)"))
-def compose_in_plane(random):
+def compose_in_plane(random, function):
     parts = random.components()
     wanted = wide(parts[:2])[:, None] * rotation_about(2, wide(parts[8]))[:2, :2]
-    return [parts], [error(kx.KXM3Compose(parts)[:2, :2], wanted)]
+    return [parts], [error(function(parts)[:2, :2], wanted)]
 
 
 @measures([("scale", ITSELF), ("angles", "1")],
           ("KXM4MatrixComponents", "rotation, scales 2^[-4, 4), the first ±; rotateX in [-1.4, 1.4]"))
-def read_components(random):
-    def draw(random):
-        scale = random.scales(-4, 4)
-        scale[1:] = abs(scale[1:])
-        m = affine(random.rotation() * scale, random.uniform(1000, 3))
-        block = wide(m[:3, :3])
-        lengths = np.array([length(block[:, column]) for column in range(3)])
-        unit = block / lengths
-        side = np.sign(determinant(block))
-        x, y = -np.arcsin(unit[1, 2]), np.arctan2(unit[0, 2], unit[2, 2])
-        turned_back = product(rotation_about(1, -y), unit)[0]
-        z = -np.arctan2(turned_back[1], side * turned_back[0])
-        lengths[0] *= side
-        # Below it a mirror is not detected.
-        has_side = abs(determinant(block)) >= 2e-6
-        return m, lengths, np.array([x, y, z]), has_side & (abs(x) <= CLEAR_OF_A_QUARTER_TURN)
-    m, lengths, angles = random.until_accepted(draw)
-    position, scale = kx.KXM4MatrixComponents(m)
-    return [m], [error(scale, lengths), angle_error(position[3:], angles)]
+def read_components(random, function):
+    scale = random.scales(-4, 4)
+    scale[1:] = abs(scale[1:])
+    m = affine(random.rotation() * scale, random.uniform(1000, 3))
+    block = wide(m[:3, :3])
+    lengths = np.array([length(block[:, column]) for column in range(3)])
+    unit = block / lengths
+    side = np.sign(determinant(block))
+    x, y = -np.arcsin(unit[1, 2]), np.arctan2(unit[0, 2], unit[2, 2])
+    turned_back = product(rotation_about(1, -y), unit)[0]
+    z = -np.arctan2(turned_back[1], side * turned_back[0])
+    lengths[0] *= side
+    position, scale = function(m)
+    # Below it a mirror is not detected.
+    has_side = abs(determinant(block)) >= 2e-6
+    return [m], [error(scale, lengths), angle_error(position[3:], np.array([x, y, z]))], \
+        has_side & (abs(x) <= CLEAR_OF_A_QUARTER_TURN)
 
 
 @measures([("scale", ITSELF), ("angles", "1")], ("KXM3MatrixComponents", "rotation, scales 2^[-4, 4), the first ±"))
-def read_components_in_plane(random):
+def read_components_in_plane(random, function):
     scale = random.scales(-4, 4)[:2]
     side = np.sign(scale[0])
     scale[1] = abs(scale[1])
     m = random.placed_in_plane(random.rotation_of_plane() * scale)
     first, second = (length(wide(m[:2, column])) for column in range(2))
     angle = -np.arctan2(wide(m[0, 1]) / second, side * wide(m[0, 0]) / first)
-    _, angle_got, scale_x, scale_y = kx.KXM3MatrixComponents(m)
+    _, angle_got, scale_x, scale_y = function(m)
     return [m], [error(np.array([scale_x, scale_y]), np.array([side * first, second])), angle_error(angle_got, angle)]
 
 
 # ---- Boxes, lines and rays, triangles and planes
 
-POINT = ("point", "the largest coordinate of start and point")
-
-
 @measures([("corners", "the largest term in its sum")],
           ("KXTransformBox", "box in [-1000, 1000]; rotation, scales ±2^[-4, 4), translation in [-1000, 1000]"))
-def transform_box(random):
+def transform_box(random, function):
     box, m = random.box(), random.placement()
     t = wide(m[:3, 3])
     a, b = (wide(m[:3, :3]) * wide(corner) for corner in box)
     wanted = np.array([t + np.minimum(a, b).sum(1), t + np.maximum(a, b).sum(1)])
     unit = np.maximum(abs(t), np.maximum(abs(a), abs(b)).max(1))
-    return [box, m], [error(kx.KXTransformBox(box, m), wanted, unit)]
+    return [box, m], [error(function(box, m), wanted, unit)]
 
 
 @measures([("direction", "its largest coordinate")], ("KXTransformRay", "unit direction; matrix as above"))
-def transform_ray(random):
+def transform_ray(random, function):
     ray, m = random.ray(), random.placement()
     carried = product(wide(m[:3, :3]), wide(ray[1]))
     wanted = carried / length(carried)
-    return [ray, m], [error(kx.KXTransformRay(ray, m)[1], wanted, largest(wanted))]
+    return [ray, m], [error(function(ray, m)[1], wanted, largest(wanted))]
 
 
 @measures([("distance", "the distance from the origin", DOUBLE)],
           ("KXRayPointDistance", "coordinates in [-1000, 1000], a unit direction"))
-def distance_from_ray(random):
+def distance_from_ray(random, function):
     ray, point = random.ray(), random.uniform(1000, 3)
     offset = wide(point) - wide(ray[0])
     wanted = length(cross(offset, wide(ray[1])))
-    return [ray, point], [error(kx.KXRayPointDistance(ray, point), wanted, length(offset))]
+    return [ray, point], [error(function(ray, point), wanted, length(offset))]
 
 
 def clipped(start, step, box):
@@ -524,29 +503,25 @@ def clipped(start, step, box):
 
 @measures([("point", "the line's largest coordinate")],
           ("KXLineIxBox", "coordinates in [-1000, 1000]; hits from outside"))
-def meet_box_with_line(random):
-    def draw(random):
-        line, box = random.uniform(1000, 2, 3), random.box()
-        verdict, point = kx.KXLineIxBox(line, box)
-        return line, box, point, (verdict != 0) & (point != line[0]).any(0)
-    line, box, point = random.until_accepted(draw)
+def meet_box_with_line(random, function):
+    line, box = random.uniform(1000, 2, 3), random.box()
+    verdict, point = function(line, box)
     start, end = wide(line)
     near, _ = clipped(start, end - start, box)
-    return [line, box], [error(point, start + near * (end - start), largest(line))]
+    return [line, box], [error(point, start + near * (end - start), largest(line))], \
+        (verdict != 0) & (point != line[0]).any(0)
 
 
 @measures([("point", "the largest coordinate of origin and point")],
           ("KXRayIxBox", "coordinates in [-1000, 1000], a unit direction; hits"))
-def meet_box_with_ray(random):
-    def draw(random):
-        ray, box = random.ray(), random.box()
-        verdict, point = kx.KXRayIxBox(ray, box)
-        return ray, box, point, (verdict != 0) & (point != ray[0]).any(0)
-    ray, box, point = random.until_accepted(draw)
+def meet_box_with_ray(random, function):
+    ray, box = random.ray(), random.box()
+    verdict, point = function(ray, box)
     start, step = wide(ray)
     near, far = clipped(start, step, box)
     wanted = start + np.where(near < 0, far, near) * step
-    return [ray, box], [error(point, wanted, np.maximum(largest(start), largest(wanted)))]
+    return [ray, box], [error(point, wanted, np.maximum(largest(start), largest(wanted)))], \
+        (verdict != 0) & (point != ray[0]).any(0)
 
 
 def draw_triangle(random):
@@ -562,7 +537,7 @@ def draw_triangle(random):
 
 @measures([("a, b, c", "the largest of a, b, c"), ("d", "the largest coordinate of the second point")],
           ("KXPlaneEquation", "coordinates in [-1000, 1000]; sine between the edges at least 0.1"))
-def find_plane(random):
+def find_plane(random, function):
     corners, plane = draw_triangle(random)
     a, b, c = wide(corners)
     normal = cross(b - a, c - b)
@@ -570,69 +545,60 @@ def find_plane(random):
     return [corners], [error(plane[:3], normal, largest(normal)), error(plane[3], -dot(normal, b), largest(b))]
 
 
-@measures([POINT], ("KXLineIxTriangle", "triangle as above; cosine of line and normal at least 0.1; hits"))
-def meet_triangle_with_line(random):
-    def draw(random, corners):
-        start, reach = random.uniform(1000, 3), random.between(1, 2)
-        end = single(start + (random.point_of(corners) - start) * reach.astype(float))
-        return np.array([start, end]), wide(end) - wide(start)
-    return meet_triangle(random, kx.KXLineIxTriangle, draw)
+def line_at(random, corners):
+    start, reach = random.uniform(1000, 3), random.between(1, 2)
+    end = single(start + (random.point_of(corners) - start) * reach.astype(float))
+    return np.array([start, end]), wide(end) - wide(start)
 
 
-@measures([POINT], ("KXRayIxTriangle", "the same with a ray, unit direction"))
-def meet_triangle_with_ray(random):
-    def draw(random, corners):
-        origin = random.uniform(1000, 3)
-        direction = random.point_of(corners) - origin
-        direction = single(direction / length(direction))
-        return np.array([origin, direction]), wide(direction)
-    return meet_triangle(random, kx.KXRayIxTriangle, draw)
+def ray_at(random, corners):
+    origin = random.uniform(1000, 3)
+    direction = random.point_of(corners) - origin
+    direction = single(direction / length(direction))
+    return np.array([origin, direction]), wide(direction)
 
 
+@measures([("point", "the largest coordinate of start and point")],
+          ("KXLineIxTriangle", "triangle as above; cosine of line and normal at least 0.1; hits", line_at),
+          ("KXRayIxTriangle", "the same with a ray, unit direction", ray_at))
 def meet_triangle(random, function, draw_path):
-    def draw(random):
-        corners, plane = draw_triangle(random)
-        path, step = draw_path(random, corners)
-        triangles = np.zeros(path.shape[-1], kxmaths5.KXTriangle)
-        triangles["corner"]["vertex"] = range(3)
-        triangles["plane"] = plane.T.copy().view(triangles["plane"].dtype)[:, 0]
-        verdict, point = function(path, triangles, corners)
-        normal = wide(plane[:3])
-        has_angle = abs(dot(normal, step)) >= LEAST_SINE * length(normal) * length(step)
-        return path, plane, point, step, has_angle & (verdict == 1)
-    path, plane, point, step = random.until_accepted(draw)
+    corners, plane = draw_triangle(random)
+    path, step = draw_path(random, corners)
+    triangles = np.zeros(path.shape[-1], kxmaths5.KXTriangle)
+    triangles["corner"]["vertex"] = range(3)
+    triangles["plane"] = plane.T.copy().view(triangles["plane"].dtype)[:, 0]
+    verdict, point = function(path, triangles, corners)
     start, normal = wide(path[0]), wide(plane[:3])
+    has_angle = abs(dot(normal, step)) >= LEAST_SINE * length(normal) * length(step)
     wanted = start - (dot(normal, start) + wide(plane[3])) / dot(normal, step) * step
-    return [path, plane], [error(point, wanted, np.maximum(largest(start), largest(wanted)))]
+    return [path, plane], [error(point, wanted, np.maximum(largest(start), largest(wanted)))], \
+        has_angle & (verdict == 1)
 
 
 @measures([("x, y, z", "the largest coordinate given")],
           ("KXRotateInPlane",
            "coordinates in [-1000, 1000], axis a unit vector in singles, angle in [-3.14, 3.14]"))
-def rotate_in_plane(random):
+def rotate_in_plane(random, function):
     point, axis, angle = random.uniform(1000, 3), random.unit_vector(), random.uniform(3.14)
     p, n, cosine = wide(point), wide(axis) / length(wide(axis)), np.cos(wide(angle))
     wanted = p * cosine + cross(n, p) * np.sin(wide(angle)) + n * (dot(n, p) * (1 - cosine))
-    return [point, axis, angle], [error(kx.KXRotateInPlane(point, axis, angle), wanted, largest(p))]
+    return [point, axis, angle], [error(function(point, axis, angle), wanted, largest(p))]
 
 
 # ---- Range, bearing, elevation and azimuth
 
 @measures([("range", ITSELF, DOUBLE)], ("KXRange", "coordinates in [-1000, 1000]"))
-def measure_range(random):
+def measure_range(random, function):
     points = random.uniform(1000, 2, 3)
     x, _, z = wide(points[0]) - wide(points[1])
-    return [points], [error(kx.KXRange(*points), np.sqrt(x * x + z * z))]
+    return [points], [error(function(*points), np.sqrt(x * x + z * z))]
 
 
 @measures([("bearing", ITSELF, DOUBLE)], ("KXBearing", "coordinates in [-1000, 1000]"))
-def bearing(random):
-    def draw(random):
-        points = random.uniform(1000, 2, 3)
-        return points, points[0, 2] != points[1, 2]
-    points, = random.until_accepted(draw)
+def bearing(random, function):
+    points = random.uniform(1000, 2, 3)
     x, _, z = wide(points[0]) - wide(points[1])
-    return [points], [error(kx.KXBearing(*points), np.arctan2(x, z) % (2 * PI))]
+    return [points], [error(function(*points), np.arctan2(x, z) % (2 * PI))], points[0, 2] != points[1, 2]
 
 
 def direction_of(elevation, azimuth):
@@ -641,16 +607,16 @@ def direction_of(elevation, azimuth):
 
 
 @measures([("x, y, z", ITSELF)], ("KXREAToPoint", "range ±2^[-16, 16); angles as below"))
-def to_point(random):
+def to_point(random, function):
     reach, elevation, azimuth = random.spread(-16, 16), random.uniform(np.pi / 2), random.uniform(np.pi)
     wanted = direction_of(elevation, azimuth) * wide(reach)
-    return [reach, elevation, azimuth], [error(kx.KXREAToPoint(reach, elevation, azimuth), wanted)]
+    return [reach, elevation, azimuth], [error(function(reach, elevation, azimuth), wanted)]
 
 
 @measures([("x, y, z", ITSELF)], ("KXEAToVector", "elevation in [-pi/2, pi/2], azimuth in [-pi, pi]"))
-def to_vector(random):
+def to_vector(random, function):
     elevation, azimuth = random.uniform(np.pi / 2), random.uniform(np.pi)
-    return [elevation, azimuth], [error(kx.KXEAToVector(elevation, azimuth), direction_of(elevation, azimuth))]
+    return [elevation, azimuth], [error(function(elevation, azimuth), direction_of(elevation, azimuth))]
 
 
 ELEVATION, AZIMUTH = ("elevation", "1"), ("azimuth", ITSELF)
@@ -662,28 +628,22 @@ def angles_of(x, y, z):
 
 
 @measures([ELEVATION, AZIMUTH, ("range", ITSELF)], ("KXPointsToREA", FLAT))
-def from_points(random):
-    def draw(random):
-        points = random.uniform(1000, 2, 3)
-        step = wide(points[1]) - wide(points[0])
-        elevation, _ = angles_of(*step)
-        return points, step, (abs(elevation) <= CLEAR_OF_A_QUARTER_TURN) & (abs(step[2]) >= 1e-5)
-    points, step = random.until_accepted(draw)
-    reach, elevation, azimuth = kx.KXPointsToREA(*points)
+def from_points(random, function):
+    points = random.uniform(1000, 2, 3)
+    step = wide(points[1]) - wide(points[0])
+    reach, elevation, azimuth = function(*points)
     wanted_elevation, wanted_azimuth = angles_of(*step)
     return [points], [angle_error(elevation, wanted_elevation), error(azimuth, wanted_azimuth),
-                      error(reach, length(step))]
+                      error(reach, length(step))], \
+        (abs(wanted_elevation) <= CLEAR_OF_A_QUARTER_TURN) & (abs(step[2]) >= 1e-5)
 
 
 @measures([ELEVATION, AZIMUTH],
           ("KXVectorToEA", FLAT, lambda random: random.uniform(1000, 3), False),
           ("KXVectorToEA", "x, z ±2^[-16, 8), y in [-1000, 1000]; elevation beyond ±1.4", Random.steep_vector, True))
-def from_vector(random, draw_vector, is_steep):
-    def draw(random):
-        v = draw_vector(random)
-        elevation, _ = angles_of(*wide(v))
-        return v, ((abs(elevation) > CLEAR_OF_A_QUARTER_TURN) == is_steep) & (abs(v[2]) >= 1e-5)
-    v, = random.until_accepted(draw)
-    elevation, azimuth = kx.KXVectorToEA(v)
+def from_vector(random, function, draw_vector, is_steep):
+    v = draw_vector(random)
+    elevation, azimuth = function(v)
     wanted_elevation, wanted_azimuth = angles_of(*wide(v))
-    return [v], [angle_error(elevation, wanted_elevation), error(azimuth, wanted_azimuth)]
+    return [v], [angle_error(elevation, wanted_elevation), error(azimuth, wanted_azimuth)], \
+        ((abs(wanted_elevation) > CLEAR_OF_A_QUARTER_TURN) == is_steep) & (abs(v[2]) >= 1e-5)
