@@ -94,7 +94,7 @@ void fill(KXP4 *points, std::size_t count);
 /** A library to compare with, or a limit of the machine. */
 struct Library {
     const char *name;
-    const Kernel *(*kernels)();
+    const Kernel *kernels;
     /** For a limit: the kernel that shows it, whatever the row's is. Its results mean nothing. */
     const char *limit = nullptr;
     /** Another way to this library: it reads its layout, and its results must have its bits. */

@@ -38,11 +38,7 @@ void scale(const Work &work)
 
 /** What memory allows: the bytes of an array of points moved with no arithmetic, or next to none.
  */
-const Kernel *kernels_of_memory()
-{
-    static const Kernel kernels[] = {{"copy", copy}, {"scale", scale}, {}};
-    return kernels;
-}
+const Kernel kernels_of_memory[] = {{"copy", copy}, {"scale", scale}, {}};
 
 const Library cpp = {"kxmaths5, C++", kernels_of_cpp, nullptr, true};
 const Library calls = {"kxmaths5, C", kernels_of_kxmaths5, nullptr, true};
@@ -192,7 +188,7 @@ const Library kxmaths5 = {"kxmaths5", kernels_of_kxmaths5};
 KernelFunction Library::find(const char *kernel) const
 {
     const char *wanted = limit != nullptr ? limit : kernel;
-    for (const Kernel *k = kernels(); k->name != nullptr; ++k) {
+    for (const Kernel *k = kernels; k->name != nullptr; ++k) {
         if (std::strcmp(k->name, wanted) == 0) {
             return k->run;
         }

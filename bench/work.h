@@ -40,17 +40,13 @@ struct Hit {
 /** Rays are many, so that their outcomes can't be predicted; what they are cast at is few. */
 constexpr std::size_t target_count = 64;
 
-/** A module's table, the only name that it exports. */
-#define BENCH_TABLE(name)                                                                          \
-    extern "C" __attribute__((visibility("default"))) const Kernel *kernels_of_##name()
-
-BENCH_TABLE(kxmaths5);
-BENCH_TABLE(cpp);
-BENCH_TABLE(glm);
-BENCH_TABLE(glm_intrinsics);
-BENCH_TABLE(cglm);
-BENCH_TABLE(eigen);
-BENCH_TABLE(imath);
+/**
+ * Each module's table, the only name that it exports. A table is constinit: the program has a copy
+ * of it, made before any constructor runs.
+ */
+extern __attribute__((visibility("default"))) const Kernel kernels_of_kxmaths5[], kernels_of_cpp[],
+    kernels_of_glm[], kernels_of_glm_intrinsics[], kernels_of_cglm[], kernels_of_eigen[],
+    kernels_of_imath[];
 
 namespace
 {

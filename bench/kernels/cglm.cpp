@@ -25,7 +25,9 @@ constexpr auto point = [](Point &out, Point &in, Matrix &matrix) {
 };
 constexpr auto product = [](Matrix &out, Matrix &a, Matrix &b) { glmc_mat4_mul(a.m, b.m, out.m); };
 
-const Kernel kernels[] = {
+} // namespace
+
+constinit const Kernel kernels_of_cglm[] = {
     {"points_xyz", arrays(point)},
     {"points_xyzw", arrays([](Homogeneous &out, Homogeneous &in, Matrix &matrix) {
          glmc_mat4_mulv(matrix.m, in.v, out.v);
@@ -41,10 +43,3 @@ const Kernel kernels[] = {
      })},
     {},
 };
-
-} // namespace
-
-BENCH_TABLE(cglm)
-{
-    return kernels;
-}

@@ -23,7 +23,9 @@ void store(Hit &out, const std::optional<point3> &point)
     }
 }
 
-const Kernel kernels[] = {
+} // namespace
+
+constinit const Kernel kernels_of_cpp[] = {
     {"add", each([](vec3 &out, const vec3 &a, const vec3 &b) { out = a + b; })},
     {"scale", each([](vec3 &out, const vec3 &v, const float &factor) { out = v * factor; })},
     {"dot",
@@ -40,10 +42,3 @@ const Kernel kernels[] = {
      })},
     {},
 };
-
-} // namespace
-
-BENCH_TABLE(cpp)
-{
-    return kernels;
-}

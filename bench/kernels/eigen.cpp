@@ -22,7 +22,9 @@ constexpr auto product = [](Matrix4f &out, const Matrix4f &a, const Matrix4f &b)
     out.noalias() = a * b;
 };
 
-const Kernel kernels[] = {
+} // namespace
+
+constinit const Kernel kernels_of_eigen[] = {
     {"points_xyz", arrays(point)},
     {"points_xyzw", arrays([](Vector4f &out, const Vector4f &in, const Matrix4f &matrix) {
          out.noalias() = matrix * in;
@@ -40,10 +42,3 @@ const Kernel kernels[] = {
      })},
     {},
 };
-
-} // namespace
-
-BENCH_TABLE(eigen)
-{
-    return kernels;
-}

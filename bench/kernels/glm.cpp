@@ -15,10 +15,12 @@
 static_assert(GLM_CONFIG_SIMD == GLM_ENABLE, "GLM would use no intrinsics");
 using Matrix = glm::aligned_mat4;
 using Homogeneous = glm::aligned_vec4;
+#define KERNELS kernels_of_glm_intrinsics
 #else
 static_assert(GLM_CONFIG_SIMD == GLM_DISABLE, "this is to be GLM without intrinsics");
 using Matrix = glm::mat4;
 using Homogeneous = glm::vec4;
+#define KERNELS kernels_of_glm
 #endif
 // Packed in both: arrays of points hold twelve bytes a point.
 using Point = glm::vec3;
@@ -38,7 +40,9 @@ constexpr auto product = [](Matrix &out, const Matrix &a, const Matrix &b) { out
     return glm::determinant(matrix);
 }
 
-const Kernel kernels[] = {
+} // namespace
+
+constinit const Kernel KERNELS[] = {
     {"add", each([](Point &out, const Point &a, const Point &b) { out = a + b; })},
     {"scale", each([](Point &out, const Point &v, const float &factor) { out = v * factor; })},
     {"dot", each([](float &out, const Point &a, const Point &b) { out = glm::dot(a, b); })},
@@ -77,14 +81,3 @@ const Kernel kernels[] = {
      })},
     {},
 };
-
-} // namespace
-
-#ifdef GLM_FORCE_INTRINSICS
-BENCH_TABLE(glm_intrinsics)
-#else
-BENCH_TABLE(glm)
-#endif
-{
-    return kernels;
-}

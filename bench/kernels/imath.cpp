@@ -24,7 +24,9 @@ constexpr auto point = [](V3f &out, const V3f &in, const M44f &matrix) { out = i
 constexpr auto product = [](M44f &out, const M44f &a, const M44f &b) { out = b * a; };
 constexpr auto inverse = [](M44f &out, const M44f &matrix) { out = matrix.inverse(); };
 
-const Kernel kernels[] = {
+} // namespace
+
+constinit const Kernel kernels_of_imath[] = {
     {"points_xyz", arrays(point)},
     {"point", each(point)},
     {"product", each(product)},
@@ -44,10 +46,3 @@ const Kernel kernels[] = {
      })},
     {},
 };
-
-} // namespace
-
-BENCH_TABLE(imath)
-{
-    return kernels;
-}

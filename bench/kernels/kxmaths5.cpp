@@ -22,7 +22,9 @@ void points(const Work &work)
 constexpr auto product = [](KXM4 &out, const KXM4 &a, const KXM4 &b) { KXM4Mult(&a, &b, &out); };
 constexpr auto inverse = [](KXM4 &out, const KXM4 &matrix) { KXM4Inverse(&matrix, &out); };
 
-const Kernel kernels[] = {
+} // namespace
+
+constinit const Kernel kernels_of_kxmaths5[] = {
     {"add",
      each([](KXV3 &out, const KXV3 &a, const KXV3 &b) { KXV3Combine(&a, &b, &out, 1.0f, 1.0f); })},
     {"scale", each([](KXV3 &out, const KXV3 &v, const float &factor) {
@@ -59,10 +61,3 @@ const Kernel kernels[] = {
      })},
     {},
 };
-
-} // namespace
-
-BENCH_TABLE(kxmaths5)
-{
-    return kernels;
-}
