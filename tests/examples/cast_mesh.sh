@@ -185,6 +185,8 @@ pixels own_z.png <colours.txt
 
 refused "no faces" /dev/null --output out/bad.png
 refused "a pixel outside" cube.obj --pick 1280 0 --output out/bad.png
+refused "a pixel below" cube.obj --pick 0 720 --output out/bad.png
+refused "a pixel to the left" cube.obj --pick -1 0 --output out/bad.png
 refused "a picture of no size" cube.obj --width 0 --output out/bad.png
 refused "a field of view that sees nothing" cube.obj --field-of-view 180 --output out/bad.png
 refused "an infinite distance" cube.obj --distance inf --output out/bad.png

@@ -29,6 +29,9 @@ test("outputs are made, written to when given, and null on failure", () => {
   assert.deepEqual([...inverse.filter((_, i) => i % 4 === 3)], [-1, -2, -3, 1]);
   assert.equal(kx.KXM4Inverse(new Float32Array(16).fill(0, 0).fill(1, 15), inverse), null);
   assert.equal(inverse[3], -1, "a refused affine inverse leaves its output");
+  const perspective = kx.KXM4Scale(1, 1, 1);
+  perspective[12] = kx.KX_TOLERANCE; // Just enough not to be taken for 0.
+  assert.equal(kx.KXM4Inverse(perspective)[12], -perspective[12]);
   assert.equal(kx.KXLineIxBox(floats(0, 9, 0, 1, 9, 0), floats(0, 0, 0, 1, 1, 1)), null);
   assert.equal(kx.KXLineIxBox(floats(-1, -1, -1, 1, 1, 1), floats(0, 0, 0, 1, 1, 1), null), true);
   assert.deepEqual(kx.KXM4Orientation(0, 0, 0, 0, null).matrix, null);
@@ -106,6 +109,7 @@ test("triangles, rays and the everyday functions", () => {
   const far = new Float32Array(3 * 1000);
   far.set(vertices, 2700);
   assert.deepEqual(kx.KXRayIxTriangle(floats(1, 1, 5, 0, 0, -1), kx.triangle(far, 901, 902, 900), far), floats(1, 1, 1));
+  assert.deepEqual([1, 5, 9].map((corner) => kx.triangle(far, 901, 902, 900)[corner]).sort(), [900, 901, 902]);
   const { view } = kx.look_at(floats(0, 0, 9), floats(0, 0, 0), floats(0, 1, 0));
   assert.equal(view[11], -9);
   assert.equal(kx.dot(floats(1, 2, 3), floats(4, 5, 6)), 32);
@@ -133,6 +137,13 @@ for (const [what, call, Kind, words] of [
   ["a vertex", () => kx.KXRayIxTriangle(new Float32Array(6), kx.triangle(vertices, 0, 1, 2), vertices.subarray(1)), RangeError, "vertex 2, and vertices has 2"],
   ["a corner", () => kx.triangle(vertices, 0, 1, 3), RangeError, "has the vertex 3"],
   ["no triangle", () => kx.KXRayIxTriangle(new Float32Array(6), new Float32Array(17), vertices), TypeError, "not Uint32Array"],
+  ["doubles for a factor", () => kx.KXM4Mult(m, new Float64Array(16)), TypeError, "b is of the type Float64Array"],
+  ["an inverse's short output", () => kx.KXM4Inverse(kx.KXM4Scale(1, 1, 1), new Float32Array(15)), RangeError, "out has 15 floats"],
+  ["a list of vertices", () => kx.triangle([...vertices], 0, 1, 2), TypeError, "vertices is of the type Array"],
+  ["a text for a word", () => kx.KXBitCount("1"), TypeError, "v is of the type String"],
+  ["a short triangle", () => kx.KXRayIxTriangle(new Float32Array(6), new Uint32Array(16), vertices), RangeError, "has 16 words, not 17"],
+  ["a short output", () => kx.triangle(vertices, 0, 1, 2, new Uint32Array(16)), RangeError, "has 16 words, not 17"],
+  ["floats for words", () => kx.triangle(vertices, 0, 1, 2, new Float32Array(17)), TypeError, "not Uint32Array"],
   ["a field", () => kx.record("KXPosition", { rotatex: 1 }), TypeError, "no field rotatex"],
   ["a record's name", () => kx.record("KXM4", {}), TypeError, "KXM4"],
 ]) {

@@ -64,6 +64,11 @@ test("a mesh is placed by fields, sliders and orders, and read back", async (t) 
   const drawn = await picture("place-view");
   const orders = await page.$$eval("#orders canvas", (all) => all.map((each) => each.toDataURL()));
   assert.equal(new Set(orders).size, 6);
+  const shares = await page.$$eval("#orders canvas", (all) => all.map((each) => {
+    const { data } = each.getContext("2d").getImageData(0, 0, each.width, each.height);
+    return data.filter((alpha, i) => i % 4 === 3 && alpha === 255).length / data.length * 4;
+  }));
+  assert.ok(Math.min(...shares) > 0.1, `the mesh is drawn in each: ${shares}`);
 
   // A quarter turn about Z, and a scale before it: (x, y, z) goes to (1 - y, 2 + 2x, 3 + z).
   for (const [at, value] of Object.entries({ p0: 1, p1: 2, p2: 3, r0: 0, r1: 0, r2: 90, s0: 2, s1: 1, s2: 1 })) {
@@ -82,6 +87,9 @@ test("a mesh is placed by fields, sliders and orders, and read back", async (t) 
   assert.equal(await page.inputValue("input[type=number][data-at=r1]"), "20");
   assert.match((await verdicts())[0], /^Does not rebuild.*not perpendicular/);
   assert.match((await verdicts())[1], /^Rebuilds/);
+  assert.match(await page.innerText("#product"), /^T·S·RX·\(RY·RZ\)/);
+  const read = (await texts("#readings article:nth-child(2) .parts td")).filter((each) => each).map(number);
+  assert.deepEqual(read, [2, 1, 1, 30, 20, 90, 1, 2, 3, 0, 0, 0]);
 
   await inAddress("r=30,20,90");
   const [said, link] = [await matrix(), page.url()];
@@ -108,14 +116,14 @@ test("the programs that are shown print the matrix that is shown", async () => {
     // Where the package is installed.
     JavaScript: (file, text) => execFileSync("node", ["--input-type=module", "-"], { input: text, cwd: `${root}/build/playground/source` }),
   };
-  for (const hash of ["#s=1,2,0.5", "#order=ZXY&scale=last&r=10,-200,33.3&p=1e-7,3,-1"]) {
+  for (const hash of ["#order=XZY&s=1,2,0.5", "#order=ZXY&scale=last&r=10,-200,33.3&p=1e-7,3,-123.45678"]) {
     await visit(hash, { permissions: ["clipboard-read", "clipboard-write"] });
     const wanted = [...await matrix(), ...await matrix("inverse")];
     for (const [language, end] of Object.entries({ C: "c", "C++": "cpp", Python: "py", JavaScript: "mjs" })) {
       await page.locator("#languages label", { hasText: RegExp(`^${language.replaceAll("+", "[+]")}$`) }).click();
       await page.click("#copy");
       const text = await page.locator("#code").textContent();
-      await page.waitForFunction(async (wanted) => await navigator.clipboard.readText() === wanted, text);
+      assert.equal(await page.evaluate(() => navigator.clipboard.readText()), text);
       const file = join(folder, `program.${end}`);
       writeFileSync(file, text);
       const printed = String(runs[language](file, text)).match(/-?\d[\d.e+-]*/g).map(Number);
@@ -155,12 +163,21 @@ test("a ray is cast at the mesh by mouse and keyboard", async () => {
   await inAddress("eye=-5,0");
   await page.waitForFunction((before) => document.getElementById("pick-view").toDataURL() !== before, eye);
   await page.click("#pick-view", { position: { x: 5, y: 5 } });
+  await inAddress("ray=-0.5665"); // From the eye, five degrees towards -X.
   assert.equal(await page.innerText("#hit"), "The ray misses the mesh.");
+  for (let i = 0; i < 20; i++) await page.keyboard.press("Shift+ArrowUp");
+  await inAddress("eye=-5,85");
+  const view = await page.locator("#pick-view").boundingBox();
+  await page.mouse.move(view.x + 50, view.y + 50);
+  await page.mouse.down();
+  await page.mouse.move(view.x + 90, view.y + 50, { steps: 5 });
+  await page.mouse.up();
+  await inAddress("eye=-25,85"); // Dragged to the right, it shows more of its left.
 
   // Turned by 45 degrees about X, then twice as high: the normal is stretched the other way.
-  await page.evaluate(() => { location.hash = "tab=pick&p=0,0,0&r=45,0,0&s=1,2,1&scale=last&ray=0,0,6,0,0,-9"; });
+  await page.evaluate(() => { location.hash = "tab=pick&p=3,0,0&r=45,0,0&s=1,2,1&scale=last&ray=3,0,6,0,0,-9"; });
   await page.waitForSelector("#hit dl");
-  assert.deepEqual((await texts("#hit dd")).slice(1), ["0.000  0.000  0.000", "0.000  −0.447  0.894", "6.000", "180.0°", "0.0°"]);
+  assert.deepEqual((await texts("#hit dd")).slice(1), ["3.000  0.000  0.000", "0.000  −0.447  0.894", "6.000", "180.0°", "0.0°"]);
 
   // Moved to the upper right, and high rather than wide: it is drawn there, and not next to it.
   await page.evaluate(() => { location.hash = "p=0.6,0.4,0&r=0,0,90&s=1,0.5,1&eye=0,0"; });
