@@ -12,7 +12,13 @@
 #define ASSERT_EXPANDED(condition, fault, line) ASSERT_AT_LINE(condition, fault, line)
 #define ASSERT(condition, fault) ASSERT_EXPANDED(condition, fault, __LINE__)
 
-#define ASSERT_SIZE(record, words) ASSERT(sizeof(record) == 4 * (words), record##_has_another_size)
+/* Also in other records: an alignment of more than a float's would leave a gap after the first word. */
+#define ASSERT_SIZE(record, words)                                                                 \
+    struct record##_after_a_word {                                                                 \
+        uint32_t word;                                                                             \
+        record rest;                                                                               \
+    };                                                                                             \
+    ASSERT(sizeof(struct record##_after_a_word) == 4 * (words) + 4, record##_has_another_size)
 #define ASSERT_FIELD(record, field, word)                                                          \
     ASSERT(offsetof(record, field) == 4 * (word), record##_has_another_layout)
 #define ASSERT_TWO(record, word, a, b)                                                             \

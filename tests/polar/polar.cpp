@@ -30,7 +30,7 @@ TEST_CASE("KXBearing")
     };
     check("along X", {1, 0, 0}, quarter_turn);
     check("along -X", {-1, 0, 0}, three_quarter_turn);
-    check("along Z", {0, 0, 1}, 0);
+    check("along Z, where a dx of -0 is no whole turn", {-0.0f, 0, 1}, 0);
     check("along -Z", {0, 0, -1}, true_pi);
     check("halfway", {1, 0, 1}, true_pi / 4);
     check("wraps by the single 2pi", {-1, 0, 1}, whole_turn - true_pi / 4);
@@ -65,7 +65,7 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
     check("3 4 5", {3, 4, 0}, {5, 0.92729522f, half_pi});
     check("near the zenith: neither an arcsine nor an arctangent in single", {0.9f, 89.1f, 0.8f},
           {89.1081314f, 1.55728543f, 0.844153941f});
-    check("straight up", {0, 1, 0}, {1, half_pi, 0});
+    check("straight up, where a dx of -0 is 0", {-0.0f, 1, 0}, {1, half_pi, 0});
     check("straight down", {0, -1, 0}, {1, -half_pi, 0});
     check("behind", {0, 0, -1}, {1, 0, pi});
     check("left", {-1, 0, 0}, {1, 0, -half_pi});
@@ -100,7 +100,7 @@ TEST_CASE("KXREAToPoint and KXEAToVector")
         KXREAToPoint(range, elevation, azimuth, &out.record);
         out.check(label, point);
     };
-    check("along Z", 2, 0, 0, {0, 0, 2});
+    check("a little above Z: no sine from a cosine", 2, 1e-5f, 0, {0, 2e-5f, 2});
     check("along X", 2, 0, half_pi, {2, 0, -8.74227766e-08f});
     check("up", 2, half_pi, 0, {-0.0f, 2, -8.74227766e-08f});
     check("no range leaves the signs", 0, -0.5f, -2, {-0.0f, -0.0f, -0.0f});
