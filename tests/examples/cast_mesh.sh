@@ -159,6 +159,15 @@ printf 'v -1 0 0\nv 0 -1 0.6\nv 0 1 0.6\nv 1 0 0\nf 1 2 3\nf 2 4 3\n' >fold.obj
 "$program" fold.obj $view --light-azimuth 20 --smooth 90 --output smooth.png >report.txt
 "$program" fold.obj $view --light-azimuth 20 --smooth 30 --output crease.png >report.txt
 "$program" fold.obj $view --light-azimuth 20 --output flat.png >report.txt
+facet() { printf 'facet normal %s\nouter loop\nvertex %s\nvertex %s\nvertex %s\nendloop\nendfacet\n' "$@"; }
+{
+    echo solid
+    facet '-0.5 0 1' '-1 0 0' '0 -1 0.6' '0 1 0.6'
+    facet '0.5 0 1' '0 -1 0.6' '1 0 0' '0 1 0.6'
+    echo endsolid
+} >fold.stl
+"$program" fold.stl $view --light-azimuth 20 --smooth 90 --output stl.png >report.txt
+cmp -s stl.png smooth.png || fail "an STL file's normals, which are its triangles', are taken for the surface's"
 cmp -s crease.png flat.png || fail "a crease is shaded smoothly"
 # shellcheck disable=SC2046 # two lines of three numbers
 [ $("$pixel" smooth.png 78 50 82 50 | awk 'NR == 1 { a = $1 } NR == 2 { print ($1 - a) ^ 2 < 100 }') = 1 ] ||

@@ -119,19 +119,20 @@ read_as "$one" "numbers" 'v .0 -0 +0.\nv 1e0 0 0\nv 0 +1 0\nf 1 2 3\n' a.obj
 read_as "$one" "faces first" 'f 1 2 3\nv 0 0 0\nv 1 0 0\nv 0 1 0\n' a.obj
 read_as '4 points, 2 triangles
 (0, 0, 0) to (1, 1, 0) m' "two objects" \
-    'o a\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\no b\nv 1 0 0\nv 1 1 0\nv 0 1 0\nf 4 5 6\n' a.obj
+    'o a\nv 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\no b\nv 1 -0 0\nv 1 1 0\nv -0 1 0\nf 4 5 6\n' a.obj
 stl='solid\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n'
 read_as "$one" "STL" "${stl}endsolid\n" a.stl
 ply='ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n0 0 0\n1 0 0\n'
 read_as "$one" "PLY" "${ply}0 1 0\n3 0 1 2\n" a.ply
 read_as '3 points, 1 triangle
 (0, 0, -1) to (1, 0, 0) m' "Z up" 'v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n' a.obj --up z
-# The same triangle in glTF: its positions as three times three singles.
+# The same triangle in glTF, once for each of two materials: its positions as three times three singles.
 gltf='{"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"mesh":0}],
-"meshes":[{"primitives":[{"attributes":{"POSITION":0}}]}],
+"meshes":[{"primitives":[{"attributes":{"POSITION":0},"material":0},{"attributes":{"POSITION":0},"material":1}]}],
+"materials":[{"name":"red"},{"name":"blue"}],
 "accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[1,1,0]}],
 "bufferViews":[{"buffer":0,"byteLength":36}],"buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"}]}'
-read_as "$one" "glTF" "$gltf" a.gltf
+read_as "$(echo "$one" | sed 's/1 triangle/2 triangles/')" "glTF" "$gltf" a.gltf
 
 # Everything that can be wrong.
 refused_mesh() {

@@ -37,6 +37,7 @@ test("outputs are made, written to when given, and null on failure", () => {
   assert.deepEqual(kx.KXM4Orientation(0, 0, 0, 0, null).matrix, null);
   assert.deepEqual(kx.KXV3Normalise(floats(3, 0, 4)), { result: 5, out: floats(0.6, 0, 0.8) });
   const box = floats(0, 0, 0, 1, 1, 1);
+  assert.equal(kx.KXIsValidBox(box), true);
   assert.equal(kx.KXPutPointInBox(floats(5, 0, 0), box), true);
   assert.equal(box[3], 5);
   const m43 = new Float32Array(16).fill(9);
@@ -128,6 +129,7 @@ for (const [what, call, Kind, words] of [
   ["doubles", () => kx.KXM4P3I1(m, new Float64Array(3)), TypeError, "p is of the type Float64Array"],
   ["a short record", () => kx.KXM4Mult(m, m.subarray(1)), RangeError, "b has 15 floats, not 16"],
   ["a long output", () => kx.KXM4Mult(m, m, new Float32Array(17)), RangeError, "out has 17 floats"],
+  ["a long point", () => kx.KXM4P3I1(m, new Float32Array(3), new Float32Array(4)), RangeError, "out has 4 floats, not 3"],
   ["a length", () => kx.KXM4NP3I1(m, m), RangeError, "no multiple of 3"],
   ["lengths", () => kx.KXM4NP3I1(m, m.subarray(1), m.subarray(4)), RangeError, "out has 12 floats, not 15"],
   ["a text", () => kx.KXM4Scale(1, "2", 3), TypeError, "sy is of the type String"],
