@@ -12,7 +12,7 @@
 #define ASSERT_EXPANDED(condition, fault, line) ASSERT_AT_LINE(condition, fault, line)
 #define ASSERT(condition, fault) ASSERT_EXPANDED(condition, fault, __LINE__)
 
-/* Also in other records: an alignment of more than a float's would leave a gap after the first word. */
+/* Also in other records: an alignment above a float's would leave a gap after the first word. */
 #define ASSERT_SIZE(record, words)                                                                 \
     struct record##_after_a_word {                                                                 \
         uint32_t word;                                                                             \
