@@ -13,6 +13,8 @@
 #include <csignal>
 #include <functional>
 #include <string>
+#include <sys/mman.h>
+#include <unistd.h>
 
 using test::Environment;
 using test::Inputs;
@@ -151,4 +153,37 @@ TEST_CASE("Unmasked exceptions do not trap")
     CHECK(fault == nullptr);
     std::fesetenv(FE_DFL_ENV);
     std::signal(SIGFPE, SIG_DFL);
+}
+
+TEST_CASE("A count with the top bit set is neither negative nor a small one")
+{
+    // Arrays of so many records end where memory does: to go on until there is to trap.
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void *const pages =
+        mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    REQUIRE(pages != MAP_FAILED);
+    REQUIRE(mprotect(static_cast<char *>(pages) + page, page, PROT_NONE) == 0);
+    std::signal(SIGSEGV, trapped);
+
+    constexpr std::uint32_t count = 0x80000001U;
+    constexpr KXM3 plane = {};
+    constexpr KXM4 space = {};
+    auto *const p2 = static_cast<KXP2 *>(pages);
+    auto *const p3 = static_cast<KXP3 *>(pages);
+    auto *const p4 = static_cast<KXP4 *>(pages);
+    auto *const planes = static_cast<KXPlane *>(pages);
+    const std::function<void()> calls[] = {[&] { KXM3NP2I0(&plane, count, p2, p2); },
+                                           [&] { KXM3NP2I1(&plane, count, p2, p2); },
+                                           [&] { KXM4NP3I0(&space, count, p3, p3); },
+                                           [&] { KXM4NP3I1(&space, count, p3, p3); },
+                                           [&] { KXM4NP4(&space, count, p4, p4); },
+                                           [&] { KXP3ChangeNUnits(1, 2, count, p3); },
+                                           [&] { KXP4ChangeNUnits(1, 2, count, p4); },
+                                           [&] { KXPlaneChangeNUnits(1, 2, count, planes); }};
+    for (const auto &call : calls) {
+        CAPTURE(&call - calls);
+        CHECK(fault_of([&] { return call(), nullptr; }) != nullptr);
+    }
+    std::signal(SIGSEGV, SIG_DFL);
+    munmap(pages, 2 * page);
 }
