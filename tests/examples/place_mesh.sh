@@ -43,8 +43,24 @@ picture        placed.png, 1600 x 1200 pixels
 TEXT
 is_png placed.png 1600 1200
 
+# Every unit: the wedge's 4 of it in metres, and one by its long name.
+while read -r unit metres; do
+    "$program" wedge.obj --from "$unit" --to m --output unit.png | grep -q "^own box .* $metres) m\$" ||
+        fail "4 $unit are not $metres m"
+done <<'TEXT'
+mm 0.004
+cm 0.04
+km 4000
+in 0.1016
+ft 1.2192
+yd 3.6576
+mi 6437.38
+nautical-mile 7408
+TEXT
+"$program" wedge.obj --from ft --to none --output unit.png | grep -q '^own box .* 4)$' || fail "no unit has a symbol"
+
 # Of the two orders that differ here, each does its own: X then Z, and Z then X.
-for order in ZYX XYZ; do
+for order in zyx XYZ; do
     "$program" wedge.obj --rotate 90 0 90 --order $order --output order.png | grep 'box around'
 done >orders.txt
 diff - orders.txt <<'TEXT' || fail "the orders are wrong"

@@ -113,6 +113,7 @@ test("triangles, rays and the everyday functions", () => {
   assert.deepEqual([1, 5, 9].map((corner) => kx.triangle(far, 901, 902, 900)[corner]).sort(), [900, 901, 902]);
   const { view } = kx.look_at(floats(0, 0, 9), floats(0, 0, 0), floats(0, 1, 0));
   assert.equal(view[11], -9);
+  assert.ok(kx.look_at(vertices.slice(3, 6), vertices.slice(3, 6), floats(0, 1, 0)).view, "a view all the same");
   assert.equal(kx.dot(floats(1, 2, 3), floats(4, 5, 6)), 32);
 });
 

@@ -47,13 +47,24 @@ const matrix = async (id = "matrix") => (await texts(`#${id} td`)).map(number);
 const verdicts = () => texts(".verdict");
 const picture = (id) => page.evaluate((name) => document.getElementById(name).toDataURL(), id);
 const inAddress = (text) => page.waitForFunction((wanted) => location.hash.includes(wanted), text);
+/** Waits until something is drawn in all of the places and nothing in the others: x, y and how far away, from the front. */
+const shows = (id, drawn, empty = []) => page.waitForFunction(([name, ...lists]) => {
+  const canvas = document.getElementById(name);
+  const { width, height } = canvas;
+  const context = new OffscreenCanvas(width, height).getContext("2d", { willReadFrequently: true });
+  context.drawImage(canvas, 0, 0);
+  return lists.every((list, i) => list.every(([x, y, away = 6.5]) => {
+    const scale = height / 2 / Math.tan(0.3) / away;
+    return context.getImageData(width / 2 + x * scale, height / 2 - y * scale, 1, 1).data[3] > 60 === (i === 0);
+  }));
+}, [id, drawn, empty]);
 const drop = (name, text) => page.evaluate(([file, content]) => {
   const dataTransfer = new DataTransfer();
   dataTransfer.items.add(new File([content], file));
   document.body.dispatchEvent(new DragEvent("drop", { dataTransfer, bubbles: true, cancelable: true }));
 }, [name, text]);
-// Two triangles, of which the second has a corner that a click at the middle does not come near.
-const square = "v -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\nf 1 2 3\nf 1 3 4\n";
+// Two triangles, objects of their own, of which the second has a corner that a click at the middle does not come near.
+const square = "v 9 9 5\nv 13 9 5\nv 13 13 5\nv 9 13 5\nf 1 2 3\no other\nf 1 3 4\n";
 
 test("a mesh is placed by fields, sliders and orders, and read back", async (t) => {
   await visit();
@@ -181,20 +192,14 @@ test("a ray is cast at the mesh by mouse and keyboard", async () => {
 
   // Moved to the upper right, and high rather than wide: it is drawn there, and not next to it.
   await page.evaluate(() => { location.hash = "p=0.6,0.4,0&r=0,0,90&s=1,0.5,1&eye=0,0"; });
-  await page.waitForFunction(() => {
-    const canvas = document.getElementById("place-view");
-    const { width, height } = canvas;
-    const context = new OffscreenCanvas(width, height).getContext("2d", { willReadFrequently: true });
-    context.drawImage(canvas, 0, 0);
-    const isDrawn = ([x, y]) => context.getImageData(width / 2 + x * height / 4.02, height / 2 - y * height / 4.02, 1, 1).data[3] > 128;
-    return [[0.15, 1.3], [1.05, 1.3], [1.05, -0.5]].every(isDrawn) && ![[-0.1, 1.3], [1.2, 1.3], [1.05, 1.5]].some(isDrawn);
-  });
+  await shows("place-view", [[0.15, 1.3], [1.05, 1.3], [1.05, -0.5], [1.5, 0]], [[-0.1, 1.3], [1.2, 1.3], [1.05, 1.5]]);
 });
 
 test("box, triangle and path are dragged, and are in the rows of the tables", async () => {
   await visit("#tab=pick", { height: 1500 });
   const rows = () => texts("tr[aria-current] td:first-child");
   assert.deepEqual(await rows(), ["hit from outside", "hit"]);
+  const start = await page.locator(".handle").nth(0).boundingBox();
   const end = await page.locator(".handle").nth(1).boundingBox();
   const high = await page.locator(".handle").nth(3).boundingBox();
   await page.mouse.move(end.x + 9, end.y + 9);
@@ -203,6 +208,9 @@ test("box, triangle and path are dragged, and are in the rows of the tables", as
   await page.mouse.up();
   assert.equal((await rows())[0], "the slabs have no t in common, or none at or above 0");
   await inAddress("path=");
+  const dragged = await page.locator(".handle").nth(1).boundingBox();
+  assert.ok(Math.hypot(dragged.x - end.x - 21, dragged.y - high.y + 69) < 12, "it follows the mouse");
+  assert.deepEqual(await page.locator(".handle").nth(0).boundingBox(), start);
 
   const cases = {
     "path=-0.5,0,0,2,0.01,-0.01": ["from inside", "hit"],
@@ -229,6 +237,11 @@ test("box, triangle and path are dragged, and are in the rows of the tables", as
   for (let i = 0; i < 21; i++) await page.keyboard.press("ArrowRight");
   assert.equal(await page.locator(".handle").nth(2).getAttribute("aria-label"), "Low corner of the box: 0.05, -0.5, -0.5");
   assert.match((await rows())[0], /^the box is inverted/);
+  await page.click("#reset-scene");
+  assert.deepEqual(await rows(), ["hit from outside", "hit"]);
+  // Seen from the front: the box's upper edge and the triangle's lower one.
+  await page.evaluate(() => { location.hash = "tab=pick&eye=0,0&triangle=0.5,-0.5,0,1.5,-0.5,0,1,0.5,0"; });
+  await shows("scene-view", [[-0.5, 0.5, 7.5], [1, -0.5, 8]]);
 });
 
 test("files that can't be read are said so, in a sentence, and the mesh stays", async () => {
@@ -236,7 +249,7 @@ test("files that can't be read are said so, in a sentence, and the mesh stays", 
   for (const [name, content, sentence] of [
     ["picture.png", "\x89PNG\r\n\x1a\n\0\0", "there are no triangles in it, as an OBJ file has them."],
     ["corner.obj", `${square}f 1 2 9\n`, "a number is not one, or a face has a corner that is not there."],
-    ["number.obj", square.replace("1 -1", "one -1"), "a number is not one, or a face has a corner that is not there."],
+    ["number.obj", square.replace("13 9", "one 9"), "a number is not one, or a face has a corner that is not there."],
     ["point.obj", "v 1 1 1\nv 1 1 1\nv 1 1 1\nf 1 2 3\n", "all its points are one."],
   ]) {
     await drop(name, content);
