@@ -7,56 +7,51 @@ import random
 import statistics
 import subprocess
 import tempfile
-import time
+import timeit
 
+import meshio
 import numpy as np
 from scipy.spatial.transform import Rotation
 
 import kxmaths5 as kx
 
+MESH = "/usr/share/glmark2/models/bunny.obj"
+
 # What a host in C would write for arrays, and nothing else.
 C_LOOPS = """
 #include <kxmaths5.h>
-void cross(long n, const KXV3 *a, const KXV3 *b, KXV3 *out)
-{ for (long i = 0; i < n; ++i) KXV3Cross(&a[i], &b[i], &out[i]); }
-void inverse(long n, const KXM4 *m, const void *unused, KXM4 *out)
-{ (void)unused; for (long i = 0; i < n; ++i) KXM4Inverse(&m[i], &out[i]); }
-void product(long n, const KXM4 *a, const KXM4 *b, KXM4 *out)
-{ for (long i = 0; i < n; ++i) KXM4Mult(&a[i], &b[i], &out[i]); }
-void quaternion(long n, const KXM4 *m, const void *unused, KXQuat *out)
-{ (void)unused; for (long i = 0; i < n; ++i) KXMatrixToQuat(&m[i], &out[i]); }
-void decompose(long n, const KXM4 *m, const void *unused, KXComponents *out)
-{ (void)unused; for (long i = 0; i < n; ++i) KXM4Decompose(&m[i], &out[i]); }
-void points(long n, const KXP3 *p, const KXM4 *m, KXP3 *out)
-{ KXM4NP3I1(m, (uint32_t)n, p, out); }
-void box(long n, const KXP3 *p, const void *unused, KXBox *out)
-{ (void)unused; out->minimum = out->maximum = p[0];
-  for (long i = 1; i < n; ++i) KXPutPointInBox(&p[i], out); }
+#define LOOP(name, First, Second, Out, call) \\
+    void name(long n, const First *a, const Second *b, Out *out) { for (long i = 0; i < n; ++i) call; }
+LOOP(cross, KXV3, KXV3, KXV3, KXV3Cross(&a[i], &b[i], &out[i]))
+LOOP(inverse, KXM4, void, KXM4, KXM4Inverse(&a[i], &out[i]))
+LOOP(product, KXM4, KXM4, KXM4, KXM4Mult(&a[i], &b[i], &out[i]))
+LOOP(quaternion, KXM4, void, KXQuat, KXMatrixToQuat(&a[i], &out[i]))
+LOOP(decompose, KXM4, void, KXComponents, KXM4Decompose(&a[i], &out[i]))
+LOOP(put, KXP3, void, KXBox, KXPutPointInBox(&a[i], out))
+void box(long n, const KXP3 *p, const void *b, KXBox *out) { out->minimum = out->maximum = p[0]; put(n, p, b, out); }
+void points(long n, const KXP3 *p, const KXM4 *m, KXP3 *out) { KXM4NP3I1(m, (uint32_t)n, p, out); }
 """
 
 
-def c_loops(include):
+def c_loops():
     """The loops above, compiled for the very library that the package has loaded."""
     module = next(pathlib.Path(kx.__file__).parent.glob("libkxmaths5*"))
     folder = tempfile.mkdtemp()
     source, built = pathlib.Path(folder, "loops.c"), pathlib.Path(folder, "loops.so")
     source.write_text(C_LOOPS)
-    subprocess.run(["cc", "-O2", "-shared", "-fPIC", f"-I{include}", source, "-o", built, module,
+    subprocess.run(["cc", "-O2", "-shared", "-fPIC", "-Iinclude", source, "-o", built, module,
                     f"-Wl,-rpath,{module.parent}"], check=True)
     return ctypes.CDLL(str(built))
 
 
-def timed(ways, repetitions):
-    """Median seconds of each way, all of them in turns. What ran before empties caches, so the order is random."""
+def timed(ways, repetitions, calls=1):
+    """Median seconds of a call of each way, in turns. What ran before empties caches, so the order is random."""
     seconds = {name: [] for name in ways}
     order = random.Random(5)
     for _ in range(repetitions):
         for name in order.sample(list(ways), len(ways)):
-            way = ways[name]
-            way()
-            started = time.perf_counter()
-            way()
-            seconds[name].append(time.perf_counter() - started)
+            ways[name]()
+            seconds[name].append(timeit.timeit(ways[name], number=calls) / calls)
     return {name: statistics.median(each) for name, each in seconds.items()}
 
 
@@ -104,18 +99,22 @@ def rows(count, loops):
 
 def single_calls():
     a, b, m = np.float32([1, 2, 3]), np.float32([3, 2, 1]), np.eye(4, dtype=np.float32)
-    many = range(1000)
-    yield "KXV3Cross", {"ours": lambda: [kx.KXV3Cross(a, b) for _ in many],
-                        "NumPy": lambda: [np.cross(a, b) for _ in many]}
-    yield "KXM4Inverse", {"ours": lambda: [kx.KXM4Inverse(m) for _ in many],
-                          "NumPy": lambda: [np.linalg.inv(m) for _ in many]}
-    yield "KXM4P3I1", {"ours": lambda: [kx.KXM4P3I1(m, a) for _ in many],
-                       "NumPy": lambda: [m[:3, :3] @ a + m[:3, 3] for _ in many]}
+    yield "one call of KXV3Cross", {"ours": lambda: kx.KXV3Cross(a, b), "NumPy": lambda: np.cross(a, b)}
+    yield "one call of KXM4Inverse", {"ours": lambda: kx.KXM4Inverse(m), "NumPy": lambda: np.linalg.inv(m)}
+    yield "one call of KXM4P3I1", {"ours": lambda: kx.KXM4P3I1(m, a), "NumPy": lambda: m[:3, :3] @ a + m[:3, 3]}
 
 
-def rays(path):
-    import meshio
-    read = meshio.read(path)
+def print_rows(jobs, repetitions, calls, records):
+    for name, ways in jobs:
+        taken = timed(ways, repetitions, calls)
+        *_, peer = ways
+        ours = taken["ours"]
+        of_loop = f"{ours / taken['C']:.2f}" if "C" in ways else ""
+        print(f"| {name} | {ours / records * 1e9:.2f} | {of_loop} | {ours / taken[peer]:.3f} ({peer}) |")
+
+
+def print_rays():
+    read = meshio.read(MESH)
     mesh = kx.Mesh(read.points, read.get_cells_type("triangle"))
     generator = np.random.default_rng(4)
     middle, extent = kx.KXBoxMidPoint(mesh.box), kx.KXBoxDiagonal(mesh.box)
@@ -124,7 +123,7 @@ def rays(path):
     paths = np.stack([origins, targets - origins], axis=1).astype(np.float32)
     found = mesh.nearest(paths)[0] >= 0
     seconds = timed({"rays": lambda: mesh.nearest(paths)}, 9)["rays"]
-    print(f"| 100,000 rays at {pathlib.Path(path).name}, {found.mean():.0%} of them hits | "
+    print(f"| 100,000 rays at {pathlib.Path(MESH).name}, {found.mean():.0%} of them hits | "
           f"{seconds * 10:.2f} µs a ray |")
 
 
@@ -132,20 +131,11 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("--count", type=int, default=1_000_000, help="records in an array")
     parser.add_argument("--repetitions", type=int, default=15)
-    parser.add_argument("--include", default="include", help="the folder of the headers")
-    parser.add_argument("--mesh", default="/usr/share/glmark2/models/bunny.obj")
     options = parser.parse_args()
-    loops = c_loops(options.include)
     print("| | ours, ns | of the C loop | of NumPy or SciPy |\n|---|---|---|---|")
-    for name, ways in rows(options.count, loops):
-        taken = timed(ways, options.repetitions)
-        peer = next(each for each in ways if each not in ("ours", "C"))
-        print(f"| {name} | {taken['ours'] / options.count * 1e9:.2f} | {taken['ours'] / taken['C']:.2f} | "
-              f"{taken['ours'] / taken[peer]:.3f} ({peer}) |")
-    for name, ways in single_calls():
-        taken = timed(ways, options.repetitions)
-        print(f"| one call of {name} | {taken['ours'] * 1e6:.0f} | | {taken['ours'] / taken['NumPy']:.3f} (NumPy) |")
-    rays(options.mesh)
+    print_rows(rows(options.count, c_loops()), options.repetitions, 1, options.count)
+    print_rows(single_calls(), options.repetitions, 1000, 1)
+    print_rays()
 
 
 if __name__ == "__main__":
