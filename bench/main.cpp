@@ -190,11 +190,10 @@ void scale(std::size_t points, const std::vector<int> &threads, int repetitions,
 std::vector<int> thread_counts()
 {
     const int most = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 16);
-    std::vector<int> counts;
-    for (int n = 1; n < most; n *= 2) {
-        counts.push_back(n);
+    std::vector<int> counts = {1};
+    while (counts.back() < most) {
+        counts.push_back(std::min(2 * counts.back(), most));
     }
-    counts.push_back(most);
     return counts;
 }
 

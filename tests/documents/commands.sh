@@ -35,26 +35,16 @@ git ls-files -z --cached --others --exclude-standard | tar -c --null --files-fro
 # their box: the box "c host" becomes host.c.
 script_of() {
     awk '
-        /^```$/ && inside {
-            if (inside == "program") {
-                print "KX_END_OF_PROGRAM"
-            }
-            inside = ""
-            next
-        }
-        /^```/ && !inside {
-            inside = "other"
-            kind = substr($1, 4)
-            ending = kind == "fortran" ? "f90" : kind
-            if (kind == "sh") {
-                inside = "commands"
-            } else if (kind ~ /^(c|cpp|lua|fortran)$/ && NF == 2) {
-                inside = "program"
-                print "cat >" $2 "." ending " <<\"KX_END_OF_PROGRAM\""
+        /^```$/ && program { print "KX_END_OF_PROGRAM" }
+        /^```/ {
+            kind = kind ? "" : substr($0, 4) " other"
+            program = kind ~ /^(c|cpp|lua|fortran) [^ ]+ other$/
+            if (program) {
+                print "cat >" $2 "." (/fortran/ ? "f90" : substr($1, 4)) " <<\"KX_END_OF_PROGRAM\""
             }
             next
         }
-        inside == "commands" || inside == "program"
+        program || kind ~ /^sh /
     ' "$1"
 }
 

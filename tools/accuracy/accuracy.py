@@ -51,15 +51,16 @@ def worst_of_part(part):
 
 
 def measured(experiments, inputs):
-    """Each experiment, with the worst of each of its results. The inputs are shared by the cores."""
+    """Of each experiment and the place of each of its results: the largest error, and the first input that gives it.
+    The inputs are shared by the cores."""
     parts = [(EXPERIMENTS.index(each), first, min(first + AT_ONCE, inputs))
              for each in experiments for first in range(0, inputs, AT_ONCE)]
     with multiprocessing.Pool(len(os.sched_getaffinity(0))) as pool:
         found = zip(parts, pool.imap(worst_of_part, parts))
         for index, some in itertools.groupby(found, lambda each: each[0][0]):
-            by_result = zip(*(worst for _, worst in some))
-            # max takes the first of equal ones.
-            yield EXPERIMENTS[index], [max(each, key=lambda worst: worst[0]) for each in by_result]
+            for place, worst in enumerate(zip(*(of_results for _, of_results in some))):
+                # max takes the first of equal ones.
+                yield EXPERIMENTS[index], place, *max(worst, key=lambda each: each[0])
 
 
 def rounded_up(error):
@@ -110,19 +111,18 @@ def recorded_rows():
 
 def complaints(experiments, unmeasured, inputs, rows):
     """What doesn't agree with the rows; those that do are removed."""
-    for experiment, worst in measured(experiments, inputs):
-        for place, (error, number) in enumerate(worst):
-            key = key_of(experiment, place)
-            if key not in rows:
-                yield f"{key}\thas no row"
-                continue
-            row = rows.pop(key)
-            bound, _, named, _ = row.split("\t")
-            again = given_by(experiment, place, int(named))
-            if again != row:
-                yield f"{key}\tinput {named} gives\n    {again}\nand not\n    {row}"
-            elif error > float(bound):
-                yield f"{key}\tinput {number} has an error of {rounded_up(error)}, above {bound}"
+    for experiment, place, error, number in measured(experiments, inputs):
+        key = key_of(experiment, place)
+        if key not in rows:
+            yield f"{key}\thas no row"
+            continue
+        row = rows.pop(key)
+        bound, _, named, _ = row.split("\t")
+        again = given_by(experiment, place, int(named))
+        if again != row:
+            yield f"{key}\tinput {named} gives\n    {again}\nand not\n    {row}"
+        elif error > float(bound):
+            yield f"{key}\tinput {number} has an error of {rounded_up(error)}, above {bound}"
     for name, reason in unmeasured.items():
         if rows.get(name) != reason:
             yield f"{name}\thas no row that says: {reason}"
@@ -141,9 +141,8 @@ def check(experiments, unmeasured, inputs, pattern):
 
 def print_rows(experiments, unmeasured, inputs):
     print(*COLUMNS, sep="\t")
-    for experiment, worst in measured(experiments, inputs):
-        for place, (_, number) in enumerate(worst):
-            print(key_of(experiment, place), given_by(experiment, place, number), sep="\t", flush=True)
+    for experiment, place, _, number in measured(experiments, inputs):
+        print(key_of(experiment, place), given_by(experiment, place, number), sep="\t", flush=True)
     for name, reason in unmeasured.items():
         print(name, reason, sep="\t")
 

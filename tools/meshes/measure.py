@@ -100,16 +100,11 @@ class Mesh:
 as_integers = np.frompyfunc(lambda single: int(float(single) * 2.0**149), 1, 1)
 
 
-def cross(a, b):
-    next_a, next_b = np.roll(a, -1, axis=1), np.roll(b, -1, axis=1)
-    return np.roll(a * next_b - next_a * b, -1, axis=1)
-
-
 def verdicts(origins, directions, corners):
     """Whether the rays meet the triangles, and whether that is sure with the rounding of doubles."""
     a, b, c = np.moveaxis(corners - origins[:, None], 1, 0)
-    normals = cross(b - a, c - a)
-    signs = [(directions * cross(p, q)).sum(1) for p, q in ((b, c), (c, a), (a, b))]
+    normals = np.cross(b - a, c - a)
+    signs = [(directions * np.cross(p, q)).sum(1) for p, q in ((b, c), (c, a), (a, b))]
     towards, away = (directions * normals).sum(1), (a * normals).sum(1)
     is_inside = np.all([s >= 0 for s in signs], 0) | np.all([s <= 0 for s in signs], 0)
     reach = abs(corners - origins[:, None]).max((1, 2))
