@@ -111,9 +111,10 @@ TEST_CASE("KXM4Compose to the bit")
             {1.17594218f, 3.80230665f, 0.399529427f, 0},
             {-1.79460835f, 0.304448456f, 2.3846786f, -9},
             {0, 0, 0, 1}}});
-    check("no angles: a translation of -0 is added to zeros",
-          {2, 3, 4, 0, 0, 0, 0, 0, 0, -0.0f, 6, 7, 0, 0, 0, 1},
-          {{{2, 0, 0, 0}, {0, 3, 0, 6}, {0, 0, 4, 7}, {0, 0, 0, 1}}});
+    constexpr float below = 0x1.fffffp-1f, above = 0x1.000008p+0f;
+    check("no angles and almost no scale; a translation of -0 is added to zeros",
+          {below, 1, above, 0, 0, 0, 0, 0, 0, -0.0f, 6, 7, 0, 0, 0, 1},
+          {{{below, 0, 0, 0}, {0, 1, 0, 6}, {0, 0, above, 7}, {0, 0, 0, 1}}});
     check("nothing snaps to 0", {-1, 2, 3, 0, 0, 0, q, q, q, 1, 2, 3, 0, 0, 0, 0},
           {{{-0x1.135bdap-49f, -0x1.777a5cp-25f, -1, 1},
             {-0x1.777a5cp-23f, -2, 0x1.777a5cp-24f, 2},
