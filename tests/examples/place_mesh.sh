@@ -202,6 +202,7 @@ refused "no such option" wedge.obj --nonsense --output out/bad.png
 refused "no such folder" wedge.obj --output nowhere/bad.png
 refused "a folder for a picture" wedge.obj --output .
 refused "a device for a picture" wedge.obj --output /dev/full
+! "$program" wedge.obj --output full.png >/dev/full 2>stderr.txt || fail "a report that nobody gets was a success"
 
 # A picture that was there is lost neither when the new one fails nor before it is complete.
 cp placed.png out/placed.png
