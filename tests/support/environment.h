@@ -4,6 +4,7 @@
 
 #include <cfenv>
 #include <cstring>
+#include <utility>
 
 #if defined(__SSE__)
 #include <xmmintrin.h>
@@ -80,22 +81,9 @@ public:
     /** Flushing takes subnormal inputs for zeros and stores zeros in their place. */
     Environment(int rounding_mode, bool flushes) : rounding(rounding_mode), flush(flushes) {}
 
-    /** The exceptions of <cfenv> that trap. */
-    Environment unmasked(int exceptions) const
-    {
-        Environment environment = *this;
-        environment.traps = exceptions;
-        return environment;
-    }
-
     bool flushes() const
     {
         return flush;
-    }
-
-    bool traps_any() const
-    {
-        return traps != 0;
     }
 
     void enter()
@@ -106,9 +94,6 @@ public:
 #if defined(__SSE__)
         constexpr unsigned flush_to_zero = 0x8000, denormals_are_zero = 0x0040;
         _mm_setcsr(_mm_getcsr() | (flush ? flush_to_zero | denormals_are_zero : 0U));
-#endif
-#if defined(__GLIBC__)
-        feenableexcept(traps);
 #endif
         entered = controls();
     }
@@ -129,35 +114,22 @@ public:
     }
 
 private:
-    struct Controls {
-        int rounding, traps;
-        unsigned mxcsr;
-
-        bool operator==(const Controls &other) const
-        {
-            return rounding == other.rounding && traps == other.traps && mxcsr == other.mxcsr;
-        }
-    };
-
-    static Controls controls()
+    /** The rounding mode of <cfenv>, and SSE's with all that it has but flags. */
+    static std::pair<int, unsigned> controls()
     {
-        Controls now = {std::fegetround(), 0, 0};
-#if defined(__GLIBC__)
-        now.traps = fegetexcept();
-#endif
 #if defined(__SSE__)
         constexpr unsigned flags = 0x3f;
-        now.mxcsr = _mm_getcsr() & ~flags;
+        return {std::fegetround(), _mm_getcsr() & ~flags};
+#else
+        return {std::fegetround(), 0U};
 #endif
-        return now;
     }
 
     int rounding = FE_TONEAREST;
     bool flush = false;
-    int traps = 0;
     int raised = 0;
     fenv_t outside = {};
-    Controls entered = {};
+    std::pair<int, unsigned> entered = {};
 };
 
 } // namespace test
