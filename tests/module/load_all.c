@@ -1,6 +1,6 @@
 /*
  * A host in plain C99 that loads the module at run time, finds every function by its name and calls
- * one of each kind: load_all LIBRARY. All that it knows of the library is the header and the names.
+ * one: load_all LIBRARY. All that it knows of the library is the header and the names.
  */
 #include <kxmaths5.h>
 
@@ -46,14 +46,6 @@ static void resolve(const char *name, void *function, size_t size)
         FUNCTION(name);                                                                            \
     }
 
-static void wants(int holds, const char *name)
-{
-    if (!holds) {
-        fprintf(stderr, "%s gives another result\n", name);
-        exit(1);
-    }
-}
-
 int main(int argc, char **argv)
 {
     module = argc == 2 ? LOAD(argv[1]) : NULL;
@@ -64,22 +56,11 @@ int main(int argc, char **argv)
 #include "exported.inc"
 
     FUNCTION(KXV3Length);
-    FUNCTION(KXInterpolate);
-    FUNCTION(KXMSB);
-    FUNCTION(KXP3ChangeNUnits);
-    FUNCTION(KXM4Orientation);
-    FUNCTION(KXM4Inverse);
-
-    KXV3 v = {3, 4, 12};
-    wants(KXV3Length_(&v) == 13, "KXV3Length");
-    wants(KXInterpolate_(0, 0, 1, 2, 0.5f) == 1, "KXInterpolate");
-    wants(KXMSB_(6) == 2, "KXMSB");
-    KXP3ChangeNUnits_(KX_UNIT_METRE, KX_UNIT_MILLIMETRE, 1, &v);
-    wants(v.x == 3000 && v.z == 12000, "KXP3ChangeNUnits");
-    KXM4 turn, inverse;
-    KXM4Orientation_(&turn, NULL, 0, 0, 0, KX_ORDER_ZYX);
-    wants(turn.m[2][2] == 1 && turn.m[0][3] == 0, "KXM4Orientation");
-    wants(KXM4Inverse_(&turn, &inverse) == 0 && inverse.m[3][3] == 1, "KXM4Inverse");
+    const KXV3 v = {3, 4, 12};
+    if (KXV3Length_(&v) != 13) {
+        fprintf(stderr, "load_all: KXV3Length gives another result\n");
+        return 1;
+    }
 
     if (UNLOAD(module)) {
         fprintf(stderr, "load_all: not unloaded\n");

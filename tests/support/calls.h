@@ -9,10 +9,8 @@
 #include <cstddef>
 #include <iterator>
 
-#if defined(__has_include)
 #if __has_include(<sanitizer/asan_interface.h>)
 #include <sanitizer/asan_interface.h>
-#endif
 #endif
 #if !defined(ASAN_POISON_MEMORY_REGION)
 #define ASAN_POISON_MEMORY_REGION(address, size) ((void)(address), (void)(size))

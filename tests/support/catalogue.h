@@ -35,42 +35,37 @@ struct Entry<Result (*)(Arguments...)> {
     int untouched_result = -1;
 
     /** Words that the function takes by value stay below this; without it they are any. */
-    Entry words_below(std::uint32_t limit) const
+    Entry words_below(std::uint32_t limit)
     {
-        Entry entry = *this;
-        entry.word_limit = limit;
-        return entry;
+        word_limit = limit;
+        return *this;
     }
     /** The function moves floats unchanged, so NaNs must come out as they went in. */
-    Entry moves_nans() const
+    Entry moves_nans()
     {
-        Entry entry = *this;
-        entry.has_moved_nans = true;
-        return entry;
+        has_moved_nans = true;
+        return *this;
     }
     /**
      * In a shared record a coordinate of 0 comes back as nothing but the rounding of a sine, and
      * that is the C library's own. Without zeros it disappears in what is stored.
      */
-    Entry shows_roundings_when_shared() const
+    Entry shows_roundings_when_shared()
     {
-        Entry entry = *this;
-        entry.shared_shows_roundings = true;
-        return entry;
+        shared_shows_roundings = true;
+        return *this;
     }
     /** Of an output only these words are written: bit 0 is the first. */
-    Entry writes(std::uint32_t words) const
+    Entry writes(std::uint32_t words)
     {
-        Entry entry = *this;
-        entry.written = words;
-        return entry;
+        written = words;
+        return *this;
     }
     /** With this result nothing is written. */
-    Entry untouched_on(int result) const
+    Entry untouched_on(int result)
     {
-        Entry entry = *this;
-        entry.untouched_result = result;
-        return entry;
+        untouched_result = result;
+        return *this;
     }
 };
 
