@@ -145,14 +145,13 @@ TEST_CASE("The last row chooses the method")
         m.m[3][c] = value;
         return m;
     };
-    const float below = std::nextafter(tolerance, 0.0f);
     for (int c = 0; c < 3; ++c) {
         for (const float sign : {1.0f, -1.0f}) {
             check_inverse("at the tolerance", zero_block_with(c, sign * tolerance), 1, unit4);
-            check_inverse("below it", zero_block_with(c, sign * below), 1, untouched);
+            check_inverse("below it", zero_block_with(c, sign * below_tolerance), 1, untouched);
         }
         check_inverse("a NaN", zero_block_with(c, not_a_number), 1, untouched);
-        check_inverse("1", zero_block_with(c, 1), 1, unit4);
+        check_inverse("next to 1", zero_block_with(c, 0x1.000002p+0f), 1, unit4);
     }
     for (const float sign : {1.0f, -1.0f}) {
         check_inverse("m33 off by 2^-19", zero_block_with(3, 1 + sign * 0x1p-19f), 1, unit4);

@@ -1,13 +1,6 @@
 #include "support/check.h"
 
-#include <algorithm>
-#include <cmath>
-
 using namespace test;
-
-static constexpr float below_tolerance = 0x1.0c6f78p-20f;
-static constexpr float quarter_turn = 1.5707964f;
-static constexpr float half_turn = 3.1415927f;
 
 /** Matrix and components apart, and in the same sixteen floats. */
 static void check_decomposed(const char *label, const KXM4 &m, std::int32_t status,
@@ -139,43 +132,4 @@ TEST_CASE("The forms for the plane")
     KXM3Compose(&out.record, &components);
     out.check("five fields are read",
               {{{1.46337771f, -1.36327755f, 4}, {2.04491639f, 2.19506645f, 5}, {0, 0, 1}}});
-}
-
-/** Composes what was read off m and compares; `allowed` is relative to the largest element. */
-static void check_round_trip(const std::string &label, const KXM4 &m, float allowed)
-{
-    KXComponents parts;
-    KXM4 again;
-    CHECK(KXM4Decompose(&m, &parts) == 0);
-    KXM4Compose(&again, &parts);
-    const auto *from = &m.m[0][0], *to = &again.m[0][0];
-    const float largest = std::fabs(*std::max_element(
-        from, from + 16, [](float a, float b) { return std::fabs(a) < std::fabs(b); }));
-    for (int i = 0; i < 16; ++i) {
-        CHECK_MESSAGE(std::fabs(from[i] - to[i]) <= allowed * largest, label, ", element ", i, ": ",
-                      from[i], ", again ", to[i]);
-    }
-}
-
-TEST_CASE("What is composed comes back")
-{
-    Random random;
-    for (int i = 0; i < 20000; ++i) {
-        const auto scale = [&random] {
-            return std::copysign(0.5f + std::fabs(random(2)), random(1));
-        };
-        const KXComponents parts = {
-            scale(),   scale(),   scale(),   0,         0, 0, random(4), random(4),
-            random(4), random(9), random(9), random(9), 0, 0, 0,         1};
-        KXM4 m;
-        KXM4Compose(&m, &parts);
-        // rotateY is an arcsine: the nearer to a quarter turn, the less of it is in the matrix.
-        const float slack = 4e-7f / std::max(std::fabs(std::cos(parts.rotateY)), 1e-3f);
-        check_round_trip(std::to_string(i), m, slack);
-        // On the quarter turn itself nothing is lost, on either side and with any mirror.
-        KXComponents turned = parts;
-        turned.rotateY = std::copysign(quarter_turn, parts.rotateY);
-        KXM4Compose(&m, &turned);
-        check_round_trip(std::to_string(i) + ", a quarter turn", m, 4e-7f);
-    }
 }

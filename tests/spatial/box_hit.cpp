@@ -7,7 +7,6 @@ static const KXBox unit = {{0, 0, 0}, {1, 1, 1}};
 static const KXBox inverted = {{1, 0, 0}, {0, 1, 1}};
 static const KXBox flat = {{0, 0, 0}, {0, 1, 1}};
 static const KXBox dot = {{0, 0, 0}, {0, 0, 0}};
-static constexpr float still = 0x1.0c6f78p-20f; // the single below the tolerance
 
 /** x as it is, y halved and z quartered, all times sign: exact, and no axis looks like another. */
 template <typename Record>
@@ -117,7 +116,7 @@ TEST_CASE("KXLineIxBox")
     check("from infinity, inside y and z", unit, {{-infinity, 0.5f, 0.5f}, {2, 2, 3}}, 0);
     check("a step of the tolerance", unit, {{0, 2, 2}, {tolerance, -1, -1}}, 1,
           {3.33333332e-07f, 1, 1});
-    check("a step below it", unit, {{0, 2, 2}, {still, -1, -1}}, 1);
+    check("a step below it", unit, {{0, 2, 2}, {below_tolerance, -1, -1}}, 1);
     check("products with a wide reciprocal", {{0, 1, 0}, {2, 3, 1}}, {{5, 4, -6}, {-2, -1, 4}}, 1,
           {0.800000012f, 1, 8.8817842e-16f});
     check("the step is single", {{-2.6f, 2.9f, 0}, {-0x1.999998p+0f, 2.9f, 1}},
@@ -201,7 +200,7 @@ TEST_CASE("KXRayIxBox")
     check("no direction, x outside", unit, {{5, 0.5f, 0.5f}, {0, 0, 0}}, 0);
     check("from infinity", unit, {{-infinity, 0.5f, 0.5f}, {1, 1, 1}}, 0);
     check("a step of the tolerance", unit, {{0.5f, 5, 5}, {tolerance, 1, 1}}, 0);
-    check("a step below it", unit, {{0.5f, 5, 5}, {still, 1, 1}}, 1);
+    check("a step below it", unit, {{0.5f, 5, 5}, {below_tolerance, 1, 1}}, 1);
     check("products with a wide reciprocal", unit, {{-3, -2, -3}, {6, 4, 5}}, 1,
           {0.600000024f, 0.400000006f, 4.4408921e-16f});
     check("missed by a product", unit, {{2.7f, 0.9f, -0.3f}, {-1.7f, -0.9f, 1.2f}}, 0);

@@ -48,7 +48,6 @@ TEST_CASE("KXPlaneEquation")
 
 TEST_CASE("KXRotateInPlane")
 {
-    const auto quarter = static_cast<float>(1.5707963705062866);
     const auto check = [](const char *label, const KXP3 &point, const KXV3 &axis, float angle,
                           const KXP3 &wanted) {
         Guarded<KXP3> out;
@@ -56,10 +55,10 @@ TEST_CASE("KXRotateInPlane")
         KXRotateInPlane(&out.record, &axis, angle);
         out.check(label, wanted);
     };
-    check("about Z, +X towards +Y; small cosines stay", {1, 0, 0}, {0, 0, 1}, quarter,
+    check("about Z, +X towards +Y; small cosines stay", {1, 0, 0}, {0, 0, 1}, quarter_turn,
           {-4.37113883e-08f, 1, 0});
-    check("about X, +Y towards +Z", {0, 1, 0}, {1, 0, 0}, quarter, {0, -4.37113883e-08f, 1});
-    check("about Y, +Z towards +X", {0, 0, 1}, {0, 1, 0}, quarter, {1, 0, -4.37113883e-08f});
+    check("about X, +Y towards +Z", {0, 1, 0}, {1, 0, 0}, quarter_turn, {0, -4.37113883e-08f, 1});
+    check("about Y, +Z towards +X", {0, 0, 1}, {0, 1, 0}, quarter_turn, {1, 0, -4.37113883e-08f});
     check("no angle", {1, 2, 3}, {0.6f, 0, 0.8f}, 0, {1, 2, 3});
     check("no angle, about an axis far from unit length", {1, 2, 3}, {1e10f, 0, 0}, 0, {0, 2, 3});
     check("no axis: times the cosine", {1, 2, -4}, {0, 0, 0}, 1,

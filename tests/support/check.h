@@ -31,7 +31,9 @@ namespace test
 {
 
 constexpr float tolerance = 9.999999974752427e-07f;
+constexpr float below_tolerance = 9.999998837884049e-07f;
 constexpr float above_tolerance = 1.0000001111620804e-06f;
+constexpr float quarter_turn = 1.5707964f, half_turn = 3.1415927f;
 constexpr float infinity = std::numeric_limits<float>::infinity();
 constexpr float not_a_number = std::numeric_limits<float>::quiet_NaN();
 
