@@ -21,6 +21,10 @@ library=$(find "$PWD/$work/extracted" -name 'libkxmaths5.so.5')
     ../../tools/digest/digests.txt ../../src/exports.txt ../gcc/tools/kx_digest)
 ./tests/install/hosts.sh "$work/extracted/usr"
 
+# Headers are not installed with another version's module.
+dev=$(echo "$work"/one/libkxmaths5-dev_*.deb)
+dpkg-deb --field "$dev" Depends | grep -qF "libkxmaths5-5 (= $(dpkg-deb --field "$dev" Version))"
+
 # gdb trusts a file of its own for each module in this directory, and nowhere else.
 module=$(readlink -f "$library")
 root=${module%/usr/lib/*}

@@ -60,12 +60,12 @@ TEST_CASE("Every elementary transform fills the whole record")
           {{{2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 4, 0}, {0, 0, 0, 1}}});
     check("translate", [](KXM4 *m) { KXM4Translate(2, 3, 4, m); },
           {{{1, 0, 0, 2}, {0, 1, 0, 3}, {0, 0, 1, 4}, {0, 0, 0, 1}}});
-    check("rotate about X", [](KXM4 *m) { KXM4RotateX2(0.6f, 0.8f, m); },
-          {{{1, 0, 0, 0}, {0, 0.6f, -0.8f, 0}, {0, 0.8f, 0.6f, 0}, {0, 0, 0, 1}}});
-    check("rotate about Y", [](KXM4 *m) { KXM4RotateY2(0.6f, 0.8f, m); },
-          {{{0.6f, 0, 0.8f, 0}, {0, 1, 0, 0}, {-0.8f, 0, 0.6f, 0}, {0, 0, 0, 1}}});
-    check("rotate about Z", [](KXM4 *m) { KXM4RotateZ2(0.6f, 0.8f, m); },
-          {{{0.6f, -0.8f, 0, 0}, {0.8f, 0.6f, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
+    check("rotate about X as given", [](KXM4 *m) { KXM4RotateX2(0.5f, 3, m); },
+          {{{1, 0, 0, 0}, {0, 0.5f, -3, 0}, {0, 3, 0.5f, 0}, {0, 0, 0, 1}}});
+    check("rotate about Y as given", [](KXM4 *m) { KXM4RotateY2(0.5f, 3, m); },
+          {{{0.5f, 0, 3, 0}, {0, 1, 0, 0}, {-3, 0, 0.5f, 0}, {0, 0, 0, 1}}});
+    check("rotate about Z as given", [](KXM4 *m) { KXM4RotateZ2(0.5f, 3, m); },
+          {{{0.5f, -3, 0, 0}, {3, 0.5f, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
     check("a sine of 0 about X", [](KXM4 *m) { KXM4RotateX2(1, 0, m); },
           {{{1, 0, 0, 0}, {0, 1, -0.0f, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
     check("a sine of 0 about Y", [](KXM4 *m) { KXM4RotateY2(1, 0, m); },
@@ -90,8 +90,8 @@ TEST_CASE("The same in the plane")
     check("scale", [](KXM3 *m) { KXM3Scale(2, 3, m); }, {{{2, 0, 0}, {0, 3, 0}, {0, 0, 1}}});
     check("translate", [](KXM3 *m) { KXM3Translate(2, 3, m); },
           {{{1, 0, 2}, {0, 1, 3}, {0, 0, 1}}});
-    check("rotate", [](KXM3 *m) { KXM3Rotate2(0.6f, 0.8f, m); },
-          {{{0.6f, -0.8f, 0}, {0.8f, 0.6f, 0}, {0, 0, 1}}});
+    check("rotate as given", [](KXM3 *m) { KXM3Rotate2(0.5f, 3, m); },
+          {{{0.5f, -3, 0}, {3, 0.5f, 0}, {0, 0, 1}}});
     check("a sine of 0", [](KXM3 *m) { KXM3Rotate2(1, 0, m); },
           {{{1, -0.0f, 0}, {0, 1, 0}, {0, 0, 1}}});
 }
