@@ -1,5 +1,6 @@
 #!/bin/sh
-# The programs of scripts/ and tools/ say what they are for, and refuse arguments that make no sense: scripts.sh REPLAY DIGEST
+# The programs of scripts/ and tools/ say what they are for, and refuse arguments that make no sense:
+# scripts.sh REPLAY DIGEST
 set -eu
 cd "$(dirname "$0")/../.."
 fail() {

@@ -82,7 +82,15 @@ rebuilt        from each of the three: at most 6.0e-08 off
 TEXT
 
 # The sheet: what is where, and that it is neither mirrored, upside down, shifted nor without its boxes.
-"$program" wedge.obj --from m --to cm --position 1000 0 0 --rotate 20 30 40 --output sheet.png >report.txt
+"$program" wedge.obj --from m --to cm --position 1000 0 0 --rotate 20 30 40 --observer 900 -50 200 \
+    --output sheet.png >report.txt
+grep -E '^(box|on the|in space)' report.txt >turned.txt
+diff - turned.txt <<'TEXT' || fail "the report of a turned mesh is wrong"
+box placed     (914.866, -136.808, -19.263) to (1265.27, 204.372, 435.178) cm
+box around     (914.866, -136.808, -19.263) to (1265.27, 143.969, 325.519) cm
+on the ground  range 190.236 cm, bearing 87.603 degrees
+in space       range 207.868 cm, elevation 23.769, azimuth 87.603 degrees
+TEXT
 pixels sheet.png <<'TEXT'
 450 250 166 155 138 from above: a face
 480 380 255 255 255 from above: paper, next to the mesh
@@ -149,6 +157,9 @@ gltf='{"asset":{"version":"2.0"},"scene":0,"scenes":[{"nodes":[0]}],"nodes":[{"m
 "accessors":[{"bufferView":0,"componentType":5126,"count":3,"type":"VEC3","min":[0,0,0],"max":[1,1,0]}],
 "bufferViews":[{"buffer":0,"byteLength":36}],"buffers":[{"byteLength":36,"uri":"data:application/octet-stream;base64,AAAAAAAAAAAAAAAAAACAPwAAAAAAAAAAAAAAAAAAgD8AAAAA"}]}'
 read_as "$(echo "$one" | sed 's/1 triangle/2 triangles/')" "glTF" "$gltf" a.gltf
+
+"$program" --help | grep -q '^Examples:' || fail "no help"
+"$program" a.obj --output out/UPPER.PNG >report.txt && rm out/UPPER.PNG || fail "a picture's name in capitals is refused"
 
 # Everything that can be wrong.
 refused_mesh() {

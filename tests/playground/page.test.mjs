@@ -55,7 +55,7 @@ const shows = (id, drawn, empty = []) => page.waitForFunction(([name, ...lists])
   context.drawImage(canvas, 0, 0);
   return lists.every((list, i) => list.every(([x, y, away = 6.5]) => {
     const scale = height / 2 / Math.tan(0.3) / away;
-    return context.getImageData(width / 2 + x * scale, height / 2 - y * scale, 1, 1).data[3] > 60 === (i === 0);
+    return context.getImageData(width / 2 + x * scale, height / 2 - y * scale, 1, 1).data[3] > 110 === (i === 0);
   }));
 }, [id, drawn, empty]);
 const drop = (name, text) => page.evaluate(([file, content]) => {
