@@ -64,7 +64,7 @@ const drop = (name, text) => page.evaluate(([file, content]) => {
   document.body.dispatchEvent(new DragEvent("drop", { dataTransfer, bubbles: true, cancelable: true }));
 }, [name, text]);
 // Two triangles, objects of their own, of which the second has a corner that a click at the middle does not come near.
-const square = "v 9 9 5\nv 13 9 5\nv 13 13 5\nv 9 13 5\nf 1 2 3\no other\nf 1 3 4\n";
+const square = "v 9 9 5\nv 13 9 5\nv 13 13 5\nv 9 13 5\no one\nf 1 2 3\no other\nf 1 3 4\n";
 
 test("a mesh is placed by fields, sliders and orders, and read back", async (t) => {
   await visit();
