@@ -60,32 +60,22 @@ def measures(results, *variants):
     function and of its inputs, and what else the one that runs them is given after a Random and the function."""
     def add(run):
         for function, inputs, *parameters in variants:
-            called = getattr(kx, function.split(",")[0])
+            called = library(function.split(",")[0])
             EXPERIMENTS.append(Experiment(function, inputs, [Result(*each) for each in results], run,
                                           (called, *parameters)))
         return run
     return add
 
 
-class Library:
-    """The library's functions, for arrays whose inputs are the last dimension."""
-
-    def __getattr__(self, name):
-        function = getattr(kxmaths5, name)
-
-        def call(*arguments):
-            results = function(*(np.moveaxis(each, -1, 0) for each in arguments))
-            if isinstance(results, tuple):
-                return [self._inputs_last(each) for each in results]
-            return self._inputs_last(results)
-        return call
-
-    @staticmethod
-    def _inputs_last(result):
+def library(name):
+    """The library's function, for arrays whose inputs are the last dimension."""
+    def inputs_last(result):
         return np.moveaxis(structured_to_unstructured(result) if result.dtype.names else result, 0, -1)
 
-
-kx = Library()
+    def call(*arguments):
+        results = getattr(kxmaths5, name)(*(np.moveaxis(each, -1, 0) for each in arguments))
+        return [inputs_last(each) for each in results] if isinstance(results, tuple) else inputs_last(results)
+    return call
 
 
 def wide(numbers):
@@ -530,7 +520,7 @@ def draw_triangle(random):
         corners = random.uniform(1000, 3, 3)
         a, b, c = wide(corners)
         has_angle = length(cross(b - a, c - b)) >= LEAST_SINE * length(b - a) * length(c - b)
-        status, plane = kx.KXPlaneEquation(*corners)
+        status, plane = library("KXPlaneEquation")(*corners)
         return corners, plane, has_angle & (status == 0)
     return random.until_accepted(draw)
 

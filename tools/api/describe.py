@@ -16,11 +16,11 @@ from clang.cindex import CursorKind, Index, LibclangError, TranslationUnit, Type
 import contract
 from contract import ContractError
 
-ROOT = pathlib.Path(__file__).resolve().parents[2]
+INCLUDE = pathlib.Path(__file__).resolve().parents[2] / "include"
 
 
-def parse_headers(include):
-    arguments = ["-x", "c", "-std=c99", f"-I{include}"]
+def parse_headers():
+    arguments = ["-x", "c", "-std=c99", f"-I{INCLUDE}"]
     everything = "#include <kxmaths5.h>\n#include <kxmaths5/everyday.h>\n"
     unit = Index.create().parse("host.c", args=arguments, unsaved_files=[("host.c", everything)],
                                 options=TranslationUnit.PARSE_DETAILED_PROCESSING_RECORD)
@@ -139,9 +139,9 @@ def function(cursor, group):
     return described
 
 
-def describe(include):
-    unit = parse_headers(include)
-    headers = sorted(include.glob("kxmaths5/*.h"))
+def describe():
+    unit = parse_headers()
+    headers = sorted(INCLUDE.glob("kxmaths5/*.h"))
     cursors = [cursor for cursor in unit.cursor.get_children() if cursor.location.file
                and pathlib.Path(cursor.location.file.name) in headers]
     topics, functions, everyday = [], [], []
@@ -168,12 +168,10 @@ def describe(include):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
-    parser.add_argument("--include", type=pathlib.Path, default=ROOT / "include",
-                        help="the folder of the headers")
     parser.add_argument("output", nargs="?", type=pathlib.Path, help="standard output without it")
     options = parser.parse_args()
     try:
-        text = json.dumps(describe(options.include), indent=1, ensure_ascii=False) + "\n"
+        text = json.dumps(describe(), indent=1, ensure_ascii=False) + "\n"
         if options.output:
             options.output.write_text(text)
         else:

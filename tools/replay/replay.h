@@ -46,9 +46,8 @@ struct Body {
 
 struct Watcher {
     ray path;
-    mat4 turn;             /**< From step to step. */
-    std::int32_t sees = 0; /**< A body, or -1. */
-    point3 end;            /**< Of what is drawn of the ray. */
+    mat4 turn;  /**< From step to step. */
+    point3 end; /**< Of what is drawn of the ray. */
 };
 
 class Replay
@@ -264,7 +263,7 @@ private:
     void look(Watcher &watcher)
     {
         const ray &path = watcher.path;
-        watcher.sees = -1;
+        Body *seen = nullptr;
         double nearest = static_cast<double>(KX_HUGE);
         for (const box &obstacle : obstacles) {
             const auto point = path.hit(obstacle);
@@ -273,8 +272,7 @@ private:
                 watcher.end = *point;
             }
         }
-        for (std::size_t i = 0; i < bodies.size(); ++i) {
-            const Body &body = bodies[i];
+        for (Body &body : bodies) {
             if (!path.meets(body.reach)) {
                 continue;
             }
@@ -282,15 +280,14 @@ private:
             const auto point = own_path.hit(body.own_box());
             if (point && distance(own_path, *point) < nearest) {
                 nearest = distance(own_path, *point);
-                watcher.sees = static_cast<std::int32_t>(i);
+                seen = &body;
                 watcher.end = body.to_world * *point;
             }
         }
-        if (watcher.sees >= 0) {
-            Body &body = bodies[static_cast<std::size_t>(watcher.sees)];
-            ++body.seen;
-            body.velocity = combine(body.velocity, path.direction(), 1.0f, 0.1f * speed);
-            keep_speed(body);
+        if (seen != nullptr) {
+            ++seen->seen;
+            seen->velocity = combine(seen->velocity, path.direction(), 1.0f, 0.1f * speed);
+            keep_speed(*seen);
         }
     }
 
