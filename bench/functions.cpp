@@ -45,14 +45,11 @@ bool takes_arrays(const Entry &entry)
 }
 
 /** The calls of one function. */
-template <typename Entry, typename Function>
-class Calls;
-
-template <typename Entry, typename Result, typename... Arguments>
-class Calls<Entry, Result (*)(Arguments...)>
+template <typename Result, typename... Arguments>
+class Calls
 {
 public:
-    explicit Calls(const Entry &function)
+    explicit Calls(const catalogue::Entry<Result (*)(Arguments...)> &function)
         : entry(function), items(takes_arrays(entry) ? array_count : 1)
     {
         for (call = 0; call < (takes_arrays(entry) ? 1 : record_count); ++call) {
@@ -150,7 +147,7 @@ private:
 
     static constexpr bool takes_triangle = (std::is_same_v<Arguments, const KXTriangle *> || ...);
 
-    Entry entry;
+    catalogue::Entry<Result (*)(Arguments...)> entry;
     std::size_t items;            /**< Records in an output. */
     std::size_t call = 0, values; /**< Which call is made up, and the next of the values for it. */
     std::vector<std::tuple<Arguments...>> calls;
@@ -167,8 +164,7 @@ std::vector<Function> all_functions()
     catalogue::for_every_function([&rows](const auto &entry) {
         const bool is_array = takes_arrays(entry);
         rows.push_back({entry.name, is_array ? "record" : "call",
-                        is_array ? array_count : record_count,
-                        Calls<std::decay_t<decltype(entry)>, decltype(entry.function)>(entry)});
+                        is_array ? array_count : record_count, Calls(entry)});
     });
     return rows;
 }
