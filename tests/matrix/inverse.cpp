@@ -158,6 +158,9 @@ TEST_CASE("The last row chooses the method")
         check_inverse("m33 off by 2^-20", zero_block_with(3, 1 + sign * 0x1p-20f), 1, untouched);
     }
     check_inverse("m33 of 0", zero_block_with(3, 0), 1, unit4);
+    KXM4 opposite = zero_block_with(0, 0.5f);
+    opposite.m[3][1] = -0.5f;
+    check_inverse("two that cancel", opposite, 1, unit4);
     check_inverse("m33 a NaN", zero_block_with(3, not_a_number), 1, untouched);
     // What the last row held plays no part in an affine inverse.
     check_inverse(
@@ -264,9 +267,11 @@ TEST_CASE("KXM3Inverse")
         KXM3Inverse(&place.record, &place.record);
         place.check(label, status == 0 ? inverse : m);
     };
-    check("a translation", {{{1, 0, 5}, {0, 1, 7}, {0, 0, 1}}},
-          {{{1, -0.0f, -5}, {-0.0f, 1, -7}, {0, -0.0f, 1}}}, 0);
+    check("a translation, and a determinant far below the tolerance",
+          {{{0x1p-12f, 0, 5}, {0, 0x1p-12f, 7}, {0, 0, 1}}},
+          {{{4096, -0.0f, -20480}, {-0.0f, 4096, -28672}, {0, -0.0f, 1}}}, 0);
     check("the last row counts", {{{1, 0, 0}, {0, 1, 0}, {2, 0, 4}}},
           {{{1, -0.0f, 0}, {-0.0f, 1, -0.0f}, {-0.5f, -0.0f, 0.25f}}}, 0);
     check("singular", dependent, marked<KXM3>(), 1);
+    check("a NaN", {{{1, not_a_number, 0}, {0, 1, 0}, {0, 0, 1}}}, marked<KXM3>(), 1);
 }
