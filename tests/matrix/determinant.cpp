@@ -9,7 +9,7 @@ TEST_CASE("KXM4Determinant")
     const auto check = [](const char *label, const KXM4 &m, double determinant) {
         check_same(label, determinant, KXM4Determinant(&m));
     };
-    check("unit", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, 1);
+    check("unit", unit4, 1);
     check("A is single", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 4097, 1}, {0, 0, 8192, 4097}}},
           16777216);
     check("B is single", {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, 4097, 0, 1}, {0, 8192, 0, 4097}}},
@@ -49,7 +49,7 @@ TEST_CASE("KXM3Determinant")
     const auto check = [](const char *label, const KXM3 &m, double determinant) {
         check_same(label, determinant, KXM3Determinant(&m));
     };
-    check("unit", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, 1);
+    check("unit", unit3, 1);
     check("no minor is single: 0", {{{1, 0, 0}, {0, 4097, 1}, {0, 8192, 4097}}}, 16777217);
     check("no minor is single: 1", {{{0, 1, 0}, {4097, 0, 1}, {8192, 0, 4097}}}, -16777217);
     check("no minor is single: 2", {{{0, 0, 1}, {4097, 1, 0}, {8192, 4097, 0}}}, 16777217);
@@ -67,9 +67,16 @@ TEST_CASE("KXM3Determinant")
 TEST_CASE("KXM4IsOrthogonal")
 {
     const auto unit_with = [](int r, int c, float value) {
-        KXM4 m = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
+        KXM4 m = unit4;
         m.m[r][c] = value;
         return m;
+    };
+    // A scale whose rows 0 and 2 have their part of column 1 too.
+    const auto leaning = [](const KXP4 &scale, float in_row_0, float in_row_2) {
+        return KXM4{{{scale.x, in_row_0, 0, 0},
+                     {0, scale.y, 0, 0},
+                     {0, in_row_2, scale.z, 0},
+                     {0, 0, 0, scale.w}}};
     };
     const auto check = [](const char *label, const KXM4 &m, std::int32_t verdict) {
         CHECK_MESSAGE(KXM4IsOrthogonal(&m) == verdict, label);
@@ -83,64 +90,30 @@ TEST_CASE("KXM4IsOrthogonal")
     check("the last row has no part in the lengths", unit_with(3, 0, 0.1f), 1);
     check("a small shear", unit_with(0, 1, 0.03f), 1);
     check("a larger shear", unit_with(0, 1, 0.032f), 0);
-    check("ratio too high", {{{1, 0.04f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1.0013f}}},
-          0);
+    check("ratio too high", leaning({1, 1, 1, 1.0013f}, 0.04f, 0), 0);
     check("ratio just low enough", unit_with(3, 3, 1.0004f), 1);
     check("short column 0 still counts", unit_with(0, 0, 0.001f), 1);
     check("column 0 too short", unit_with(0, 0, 0.00099f), 0);
     check("column 1 too short", unit_with(1, 1, 0.00099f), 0);
     check("column 2 too short", unit_with(2, 2, 0.00099f), 0);
     check("a column of zeros", unit_with(1, 1, 0), 0);
-    check("equal to the lower bound",
-          {{{6, 0x1.2fc96cp-10f, 0, 0}, {0, 1, 0, 0}, {0, 0x1.03026ep-5f, 3, 0}, {0, 0, 0, 1}}}, 1);
+    check("equal to the lower bound", leaning({6, 1, 3, 1}, 0x1.2fc96cp-10f, 0x1.03026ep-5f), 1);
     check("equal to the upper bound",
-          {{{1, 0x1.b82a64p-25f, 0, 0},
-            {0, 1, 0, 0},
-            {0, 0x1.51ff2ap-11f, 1, 0},
-            {0, 0, 0, 0x1.0020c6p+0f}}},
-          1);
+          leaning({1, 1, 1, 0x1.0020c6p+0f}, 0x1.b82a64p-25f, 0x1.51ff2ap-11f), 1);
     check("just below the lower bound",
-          {{{3, 0x1.b6788cp-13f, 0, 0},
-            {0, 6, 0, 0},
-            {0, 0x1.d106c6p-4f, 4, 0},
-            {0, 0, 0, 0x1.ffd5e6p-1f}}},
-          0);
+          leaning({3, 6, 4, 0x1.ffd5e6p-1f}, 0x1.b6788cp-13f, 0x1.d106c6p-4f), 0);
     check("just above the upper bound",
-          {{{8, 0x1.c5f82ap-14f, 0, 0},
-            {0, 4, 0, 0},
-            {0, 0x1.a9db8cp-5f, 4, 0},
-            {0, 0, 0, 0x1.00264cp+0f}}},
-          0);
+          leaning({8, 4, 4, 0x1.00264cp+0f}, 0x1.c5f82ap-14f, 0x1.a9db8cp-5f), 0);
     check("divided three times, not by a product",
-          {{{9, 0x1.7f2bbep-14f, 0, 0},
-            {0, 5, 0, 0},
-            {0, 0x1.95790ap-4f, 2, 0},
-            {0, 0, 0, 0x1.002d9cp+0f}}},
-          0);
+          leaning({9, 5, 2, 0x1.002d9cp+0f}, 0x1.7f2bbep-14f, 0x1.95790ap-4f), 0);
     check("divided, not compared with a multiple of the product",
-          {{{9, 0x1.862b1ap-14f, 0, 0},
-            {0, 6, 0, 0},
-            {0, 0x1.68de9cp-4f, 1, 0},
-            {0, 0, 0, 0x1.ffcc92p-1f}}},
-          1);
-    check("squares of x first",
-          {{{2, 0x1.71315cp-14f, 0, 0},
-            {0, 3, 0, 0},
-            {0, 0x1.448b18p-4f, 3, 0},
-            {0, 0, 0, 0x1.0037ap+0f}}},
+          leaning({9, 6, 1, 0x1.ffcc92p-1f}, 0x1.862b1ap-14f, 0x1.68de9cp-4f), 1);
+    check("squares of x first", leaning({2, 3, 3, 0x1.0037ap+0f}, 0x1.71315cp-14f, 0x1.448b18p-4f),
           1);
     check("the determinant is not rounded",
-          {{{7, 0x1.35b9cp-24f, 0, 0},
-            {0, 1, 0, 0},
-            {0, 0x1.b9893cp-12f, 8, 0},
-            {0, 0, 0, 0x1.0020c4p+0f}}},
-          1);
+          leaning({7, 1, 8, 0x1.0020c4p+0f}, 0x1.35b9cp-24f, 0x1.b9893cp-12f), 1);
     check("squares from left to right; divided by L0, then L1, then L2",
-          {{{5, 0x1.0492cap-21f, 0, 0},
-            {0, 5, 0, 0},
-            {0, 0x1.745326p-9f, 3, 0},
-            {0, 0, 0, 0x1.ffbe78p-1f}}},
-          1);
+          leaning({5, 5, 3, 0x1.ffbe78p-1f}, 0x1.0492cap-21f, 0x1.745326p-9f), 1);
 }
 
 TEST_CASE("KXM4IsOrthogonal refuses a squared length equal to the tolerance")

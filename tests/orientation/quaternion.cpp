@@ -51,37 +51,34 @@ TEST_CASE("KXGenerateQuat")
 
 TEST_CASE("KXQuatToMatrix")
 {
-    Guarded<KXM4> out, ordered, none;
-    const KXQuat quat = {-13, 11, 11, -9}, in_order = {-5.7f, 0.002f, 0x1.80886ep+2f, -1.9f},
-                 zero = {0, 0, 0, 0};
-    KXQuatToMatrix(&quat, &out.record);
-    out.check("eight products single, zz not",
-              {{{0x1.0a6828p-6f, -0x1.6e4f14p-3f, -0x1.f7acbep-1f, 0},
-                {-0x1.f7accp-1f, -0x1.6e4f16p-3f, 0x1.0a68p-6f, 0},
-                {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0},
-                {0, 0, 0, 1}}});
-
-    const KXQuat long_one = {6.5f, 5.5f, 6.5f, -5.5f};
-    KXQuatToMatrix(&long_one, &out.record);
-    out.check("2 divided by the sum of squares",
-              {{{-0x1.054beap-26f, 0x1.f8f01cp-1f, 0x1.52fabp-3f, 0},
-                {0x1p-25f, -0x1.52fabap-3f, 0x1.f8f01cp-1f, 0},
-                {1, -0x1p-25f, -0x1p-24f, 0},
-                {0, 0, 0, 1}}});
-
-    const KXQuat unit = {0.224892572f, -0.449785143f, 0.67467773f, 0.540302277f};
-    KXQuatToMatrix(&unit, &out.record);
-    out.check("a unit quaternion is divided by its squares as well",
-              {{{-0.314993501f, -0.931366563f, -0.182579875f, 0},
-                {0.526753187f, -0.0115334829f, -0.849940002f, 0},
-                {0.789499938f, -0.363900125f, 0.49423328f, 0},
-                {0, 0, 0, 1}}});
-    KXQuatToMatrix(&in_order, &ordered.record);
-    ordered.check("squares from left to right",
-                  {{{0x1.25943ep-28f, 0x1.437e6ep-2f, -0x1.e5c79cp-1f, 0},
-                    {-0x1.4423fep-2f, -0x1.cccccap-1f, -0x1.32dbf2p-2f, 0},
-                    {-0x1.e5ac04p-1f, 0x1.338a76p-2f, 0x1.999972p-4f, 0},
-                    {0, 0, 0, 1}}});
+    const auto check = [](const char *label, const KXQuat &quat, const KXM4 &wanted) {
+        Guarded<KXM4> out;
+        KXQuatToMatrix(&quat, &out.record);
+        out.check(label, wanted);
+    };
+    check("eight products single, zz not", {-13, 11, 11, -9},
+          {{{0x1.0a6828p-6f, -0x1.6e4f14p-3f, -0x1.f7acbep-1f, 0},
+            {-0x1.f7accp-1f, -0x1.6e4f16p-3f, 0x1.0a68p-6f, 0},
+            {-0x1.6e4f18p-3f, 0x1.ef598p-1f, -0x1.6e4f14p-3f, 0},
+            {0, 0, 0, 1}}});
+    check("2 divided by the sum of squares", {6.5f, 5.5f, 6.5f, -5.5f},
+          {{{-0x1.054beap-26f, 0x1.f8f01cp-1f, 0x1.52fabp-3f, 0},
+            {0x1p-25f, -0x1.52fabap-3f, 0x1.f8f01cp-1f, 0},
+            {1, -0x1p-25f, -0x1p-24f, 0},
+            {0, 0, 0, 1}}});
+    check("a unit quaternion is divided by its squares as well",
+          {0.224892572f, -0.449785143f, 0.67467773f, 0.540302277f},
+          {{{-0.314993501f, -0.931366563f, -0.182579875f, 0},
+            {0.526753187f, -0.0115334829f, -0.849940002f, 0},
+            {0.789499938f, -0.363900125f, 0.49423328f, 0},
+            {0, 0, 0, 1}}});
+    check("squares from left to right", {-5.7f, 0.002f, 0x1.80886ep+2f, -1.9f},
+          {{{0x1.25943ep-28f, 0x1.437e6ep-2f, -0x1.e5c79cp-1f, 0},
+            {-0x1.4423fep-2f, -0x1.cccccap-1f, -0x1.32dbf2p-2f, 0},
+            {-0x1.e5ac04p-1f, 0x1.338a76p-2f, 0x1.999972p-4f, 0},
+            {0, 0, 0, 1}}});
+    const KXQuat zero = {0, 0, 0, 0};
+    Guarded<KXM4> none;
     KXQuatToMatrix(&zero, &none.record);
     for (int e = 0; e < 9; ++e) {
         float &element = none.record.m[e / 3][e % 3];
