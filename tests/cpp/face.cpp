@@ -712,6 +712,7 @@ TEST_CASE("what {} makes")
     CHECK(mat3{}.is_identity());
     CHECK(quat{} * vec3(1, 2, 3) == vec3(1, 2, 3));
     CHECK(position{}.matrix(order::xyz) == mat4{});
+    CHECK(*mat4{}.inverse() == mat4{}); // by value: seven of its zeros are negative
     CHECK(components{}.matrix() == mat4{});
     box b;
     CHECK(!b.is_valid());
