@@ -189,6 +189,7 @@ refused_with ', line 4: .*three corners' "a cut face" bad.obj "${triangle}f 1 2"
 refused_with ', line 5: .*vertex 9' "a corner outside" bad.obj "${triangle}f 1 2 3\nf 1 2 9"
 refused_with ', line 3: .*three finite numbers' "a cut vertex after a continued line" bad.obj \
     'v 0 0 \\\n0\nv 1 0'
+refused_with ', line 3: .*PLY header' "a PLY count that is none" bad.ply 'ply\nformat ascii 1.0\nelement vertex many\n'
 refused_with ' is cut off: .*header' "a PLY header cut off" bad.ply 'ply\nformat ascii 1.0\nelement vertex 3\n'
 refused_with ' is cut off.*2 of 3.*vertex' "PLY vertices cut off" bad.ply "$ply"
 refused_with ' is cut off.*0 of 1.*face' "a PLY face cut off" bad.ply "${ply}0 1 0\n3 0 1"
@@ -214,6 +215,12 @@ refused "no such folder" wedge.obj --output nowhere/bad.png
 refused "a folder for a picture" wedge.obj --output .
 refused "a device for a picture" wedge.obj --output /dev/full
 ! "$program" wedge.obj --output full.png >/dev/full 2>stderr.txt || fail "a report that nobody gets was a success"
+
+# Through a link, the file that it leads to is the one that is written.
+: >linked.png
+ln -s linked.png link.png
+"$program" wedge.obj --output link.png >report.txt
+[ -L link.png ] && is_png linked.png 1600 1200
 
 # A picture that was there is lost neither when the new one fails nor before it is complete.
 cp placed.png out/placed.png

@@ -1,4 +1,6 @@
 """What only arrays have: meshes, boxes around clouds, the everyday functions."""
+import resource
+
 import numpy as np
 import pytest
 
@@ -70,6 +72,15 @@ def test_shapes_of_rays():
     assert wall.meets([grazing]).all() and wall._reach_and_tree[1] is tree, "built again for each call"
     flat = kx.Mesh([[0, 0, 0], [1, 0, 0], [0, 1, 0]], [[0, 1, 2], [0, 1, 1]])
     assert flat.can_be_hit.tolist() == [True, False]
+
+
+def test_trees_are_given_back():
+    vertices, faces = sphere(100)
+    for count in range(60):  # Of several megabytes each.
+        kx.Mesh(vertices, faces).meets(np.ones((2, 3)))
+        if count == 20:
+            before = resource.getrusage(resource.RUSAGE_SELF).ru_maxrss
+    assert resource.getrusage(resource.RUSAGE_SELF).ru_maxrss < before + 40000
 
 
 @pytest.mark.parametrize("call, words", [
