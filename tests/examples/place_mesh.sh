@@ -148,6 +148,16 @@ stl='solid\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0
 read_as "$one" "STL" "${stl}endsolid\n" a.stl
 ply='ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\nproperty float y\nproperty float z\nelement face 1\nproperty list uchar int vertex_indices\nend_header\n0 0 0\n1 0 0\n'
 read_as "$one" "PLY" "${ply}0 1 0\n3 0 1 2\n" a.ply
+# Binary: doubles and a wide count, high bytes first; and an STL file whose header begins like a text's.
+zero='\0000\0000\0000\0000'
+one_double="\0077\0360\0000\0000$zero"
+read_as "$one" "binary PLY" "ply\nformat binary_big_endian 1.0\nelement vertex 3\nproperty double x\nproperty double y
+property double z\nelement face 1\nproperty list int int vertex_indices\nend_header
+$zero$zero$zero$zero$zero$zero$one_double$zero$zero$zero$zero$zero$zero$one_double$zero$zero\
+\0000\0000\0000\0003$zero\0000\0000\0000\0001\0000\0000\0000\0002" a.ply
+one_single='\0000\0000\0200\0077'
+read_as "$one" "binary STL" "solid$(printf '%075d' 0)\0001\0000\0000\0000$zero$zero$one_single\
+$zero$zero$zero$one_single$zero$zero$zero$one_single$zero\0000\0000" a.stl
 read_as '3 points, 1 triangle
 (0, 0, -1) to (1, 0, 0) m' "Z up" 'v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n' a.obj --up z
 # The same triangle in glTF, once for each of two materials: its positions as three times three singles.
@@ -220,7 +230,8 @@ refused "a device for a picture" wedge.obj --output /dev/full
 : >linked.png
 ln -s linked.png link.png
 "$program" wedge.obj --output link.png >report.txt
-[ -L link.png ] && is_png linked.png 1600 1200
+[ -L link.png ] || fail "a link is replaced"
+is_png linked.png 1600 1200
 
 # A picture that was there is lost neither when the new one fails nor before it is complete.
 cp placed.png out/placed.png
