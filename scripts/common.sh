@@ -21,7 +21,7 @@ refuse_any() {
 }
 
 require_preset() {
-    grep -q "\"name\": \"$1\"" CMakePresets.json || refuse "there is no preset $1"
+    grep -qF "\"name\": \"$1\"" CMakePresets.json || refuse "there is no preset $1"
 }
 
 # Builds the Python package without its tests; for what measures the library with NumPy.

@@ -17,10 +17,13 @@ for script in scripts/*; do
     [ "$script" != scripts/common.sh ] || continue
     "$script" --help | grep -q "$(basename "$script")\|[.]" || fail "$script --help says nothing"
 done
-for script in angles build coverage demo docs javascript lint meshes platforms playground python test valgrind; do
+for script in angles build coverage demo docs javascript lint meshes package platforms playground python test valgrind; do
     refused "scripts/$script" --nonsense
 done
 refused scripts/build
+refused scripts/build 'g.c'
+refused scripts/package src # is not emptied
+refused scripts/package 'build/a b'
 refused scripts/install
 refused scripts/playground --port eight
 refused "$1" 1500

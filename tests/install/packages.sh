@@ -6,13 +6,13 @@ cd "$(dirname "$0")/../.."
 ./scripts/install binutils pkg-config
 
 work=build/package-test
+rm -rf "$work"
 ./scripts/package "$work/one"
 ./scripts/package "$work/another/with-a-longer-name" >/dev/null
 for package in "$work"/one/*.deb; do
     cmp "$package" "$work/another/with-a-longer-name/${package##*/}"
 done
 
-rm -rf "$work/extracted"
 for package in "$work"/one/libkxmaths5-5_*.deb "$work"/one/libkxmaths5-dev_*.deb; do
     dpkg-deb --extract "$package" "$work/extracted"
 done
