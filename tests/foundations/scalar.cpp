@@ -1,11 +1,10 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
 TEST_CASE("KXInterpolate")
 {
-    const auto check = [](const char *label, float x0, float y0, float x1, float y1, float x,
-                          double y) { check_same(label, y, KXInterpolate(x0, y0, x1, y1, x)); };
+    const auto check = rows_of(KXInterpolate);
     check("half way", 0, 0, 10, 100, 5, 50);
     check("before", 0, 0, 10, 100, -1, 0);
     check("at the beginning", 0, 0, 10, 100, 0, 0);
@@ -28,8 +27,7 @@ TEST_CASE("KXInterpolate")
 
 TEST_CASE("KXDiffTime")
 {
-    const auto check = [](const char *label, std::uint32_t later, std::uint32_t earlier,
-                          double time) { check_same(label, time, KXDiffTime(later, earlier)); };
+    const auto check = rows_of(KXDiffTime);
     check("two seconds", 5000, 3000, 2.0000000949949026);
     check("exchanged", 3000, 5000, -2.0000000949949026);
     check("across the wrap", 5, 0xffffffffU, 0.006000000284984708);

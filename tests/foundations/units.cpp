@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 #include <algorithm>
 
@@ -51,16 +51,15 @@ static void check_lengths(const std::string &lengths, void (*convert)(KXUnit, KX
     REQUIRE(lengths.size() == sizeof(Record) / 4);
     for (KXUnit unit = 0; unit < 10; ++unit) {
         Random random;
-        Guarded<Record> converted;
-        converted.record = random.record<Record>(100);
-        auto wanted = bits_as<std::array<float, sizeof(Record) / 4>>(converted.record);
+        const auto given = random.record<Record>(100);
+        auto wanted = bits_as<std::array<float, sizeof(Record) / 4>>(given);
         for (std::size_t i = 0; i < wanted.size(); ++i) {
             if (lengths[i] == 'L') {
                 KXChangeUnits(unit, KX_UNIT_FOOT, &wanted[i]);
             }
         }
-        convert(unit, KX_UNIT_FOOT, &converted.record);
-        converted.check(lengths + " from " + std::to_string(unit), bits_as<Record>(wanted));
+        rows_of<outputs_are_read>(convert)(lengths, unit, KX_UNIT_FOOT, given,
+                                           bits_as<Record>(wanted));
     }
 }
 
@@ -75,10 +74,8 @@ TEST_CASE("Which floats of each record are lengths")
 
 TEST_CASE("2 mm in m is 2 times the single 0.001")
 {
-    Guarded<float> length;
-    length.record = 2;
-    KXChangeUnits(KX_UNIT_MILLIMETRE, KX_UNIT_METRE, &length.record);
-    length.check("2 mm", 0.0020000000949949026f);
+    rows_of<outputs_are_read>(KXChangeUnits)("2 mm", KX_UNIT_MILLIMETRE, KX_UNIT_METRE, 2,
+                                             0.0020000000949949026f);
 }
 
 template <typename Record>

@@ -1,14 +1,12 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
 TEST_CASE("KXV3Length and KXV3Normalise")
 {
     const auto check = [](const char *label, const KXV3 &v, const KXV3 &unit, double length) {
-        check_in_out(label, v, unit, [&](const KXV3 *in, KXV3 *out) {
-            check_same(label, length, KXV3Normalise(in, out));
-        });
-        check_same(label, length, KXV3Length(&v));
+        rows_of(KXV3Normalise)(label, v, length, unit);
+        rows_of(KXV3Length)(label, v, length);
     };
     check("3 4 5", {3, 4, 0}, {0.6f, 0.8f, 0}, 5.0);
     check("zero", {0, 0, 0}, {0, 0, 0}, 0.0);
@@ -48,12 +46,7 @@ TEST_CASE("KXV3Length and KXV3Normalise are the root of the plain sum of squares
 
 TEST_CASE("KXV3Scale")
 {
-    const auto check = [](const char *label, const KXV3 &v, float length, const KXV3 &scaled) {
-        Guarded<KXV3> out;
-        out.record = v;
-        KXV3Scale(&out.record, length);
-        out.check(label, scaled);
-    };
+    const auto check = rows_of<outputs_are_read>(KXV3Scale);
     check("the quotient stays wide, and there is no unit vector", {0.6f, 0.7f, 2.4f}, 6,
           {1.40023768f, 1.63361061f, 5.60095072f});
     check("from next to that length", {1.0000005f, 0, 0}, 1, {1, 0, 0});
@@ -71,11 +64,7 @@ TEST_CASE("KXV3Scale")
 
 TEST_CASE("KXV3Cross")
 {
-    const auto check = [](const char *label, const KXV3 &a, const KXV3 &b, const KXV3 &product) {
-        Guarded<KXV3> out;
-        KXV3Cross(&a, &b, &out.record);
-        out.check(label, product);
-    };
+    const auto check = rows_of(KXV3Cross);
     check("1 2 3 x 4 5 6", {1, 2, 3}, {4, 5, 6}, {-3, 6, -3});
     check("products that only a double holds", {8193, 8192, 8191}, {8192, 8191, 8190}, {-1, 2, -1});
     check("Y x Z is X", {0, 1, 0}, {0, 0, 1}, {1, 0, 0});
@@ -83,11 +72,7 @@ TEST_CASE("KXV3Cross")
 
 TEST_CASE("KXV3Perpendicular")
 {
-    const auto check = [](const char *label, const KXV3 &v, const KXV3 &perpendicular) {
-        Guarded<KXV3> out;
-        KXV3Perpendicular(&v, &out.record);
-        out.check(label, perpendicular);
-    };
+    const auto check = rows_of(KXV3Perpendicular);
     check("general", {1, 2, 3}, {-0.94868332f, 0, 0.31622776f});
     check("times the reciprocal, not divided", {4853, 1, 2758}, {-0.494092524f, 0, 0.869409323f});
     check("against X", {-1, 0, 0}, {-0.0f, 0, -1});
@@ -108,12 +93,7 @@ TEST_CASE("KXV3Perpendicular")
 
 TEST_CASE("KXV3Combine")
 {
-    const auto check = [](const char *label, const KXV3 &a, const KXV3 &b, float s, float t,
-                          const KXV3 &sum) {
-        check_two_in_out(label, a, b, sum, [&](const KXV3 *one, const KXV3 *other, KXV3 *out) {
-            KXV3Combine(one, other, out, s, t);
-        });
-    };
+    const auto check = rows_of(KXV3Combine);
     check("weights in order", {1, 2, 3}, {4, 5, 6}, 2, 10, {42, 54, 66});
     check("difference", {4, 5, 6}, {1, 2, 3}, 1, -1, {3, 3, 3});
     check("products stay wide", {8191, 8191, 8191}, {8192, 8192, 8192}, 8193, -8192, {-1, -1, -1});

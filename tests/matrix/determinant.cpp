@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
@@ -6,9 +6,7 @@ TEST_CASE("KXM4Determinant")
 {
     // The corner minor of each block below is 4097*4097 - 1*8192 = 16777217, which a single rounds
     // to 16777216. Each row brings out one minor alone.
-    const auto check = [](const char *label, const KXM4 &m, double determinant) {
-        check_same(label, determinant, KXM4Determinant(&m));
-    };
+    const auto check = rows_of(KXM4Determinant);
     check("unit", unit4, 1);
     check("A is single", {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 4097, 1}, {0, 0, 8192, 4097}}},
           16777216);
@@ -46,9 +44,7 @@ TEST_CASE("KXM4Determinant")
 
 TEST_CASE("KXM3Determinant")
 {
-    const auto check = [](const char *label, const KXM3 &m, double determinant) {
-        check_same(label, determinant, KXM3Determinant(&m));
-    };
+    const auto check = rows_of(KXM3Determinant);
     check("unit", unit3, 1);
     check("no minor is single: 0", {{{1, 0, 0}, {0, 4097, 1}, {0, 8192, 4097}}}, 16777217);
     check("no minor is single: 1", {{{0, 1, 0}, {4097, 0, 1}, {8192, 0, 4097}}}, -16777217);
@@ -78,9 +74,7 @@ TEST_CASE("KXM4IsOrthogonal")
                      {0, in_row_2, scale.z, 0},
                      {0, 0, 0, scale.w}}};
     };
-    const auto check = [](const char *label, const KXM4 &m, std::int32_t verdict) {
-        CHECK_MESSAGE(KXM4IsOrthogonal(&m) == verdict, label);
-    };
+    const auto check = rows_of(KXM4IsOrthogonal);
     check("unit", unit_with(0, 0, 1), 1);
     check("scaled", {{{2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 4, 0}, {0, 0, 0, 1}}}, 1);
     check("mirrored", unit_with(0, 0, -1), 1);

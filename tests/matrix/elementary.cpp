@@ -1,15 +1,11 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
 TEST_CASE("KXM4Unit and KXM3Unit fill the record")
 {
-    Guarded<KXM4> four;
-    KXM4Unit(&four.record);
-    four.check("KXM4Unit", unit4);
-    Guarded<KXM3> three;
-    KXM3Unit(&three.record);
-    three.check("KXM3Unit", unit3);
+    rows_of(KXM4Unit)("KXM4Unit", unit4);
+    rows_of(KXM3Unit)("KXM3Unit", unit3);
 }
 
 /** Every element in turn, at both sides of its bound. */
@@ -51,47 +47,34 @@ TEST_CASE("KXM4IsUnit and KXM3IsUnit")
 
 TEST_CASE("Every elementary transform fills the whole record")
 {
-    const auto check = [](const char *label, void (*fill)(KXM4 *), const KXM4 &wanted) {
-        Guarded<KXM4> out;
-        fill(&out.record);
-        out.check(label, wanted);
-    };
-    check("scale", [](KXM4 *m) { KXM4Scale(2, 3, 4, m); },
-          {{{2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 4, 0}, {0, 0, 0, 1}}});
-    check("translate", [](KXM4 *m) { KXM4Translate(2, 3, 4, m); },
-          {{{1, 0, 0, 2}, {0, 1, 0, 3}, {0, 0, 1, 4}, {0, 0, 0, 1}}});
-    check("rotate about X as given", [](KXM4 *m) { KXM4RotateX2(0.5f, 3, m); },
-          {{{1, 0, 0, 0}, {0, 0.5f, -3, 0}, {0, 3, 0.5f, 0}, {0, 0, 0, 1}}});
-    check("rotate about Y as given", [](KXM4 *m) { KXM4RotateY2(0.5f, 3, m); },
-          {{{0.5f, 0, 3, 0}, {0, 1, 0, 0}, {-3, 0, 0.5f, 0}, {0, 0, 0, 1}}});
-    check("rotate about Z as given", [](KXM4 *m) { KXM4RotateZ2(0.5f, 3, m); },
-          {{{0.5f, -3, 0, 0}, {3, 0.5f, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
-    check("a sine of 0 about X", [](KXM4 *m) { KXM4RotateX2(1, 0, m); },
-          {{{1, 0, 0, 0}, {0, 1, -0.0f, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
-    check("a sine of 0 about Y", [](KXM4 *m) { KXM4RotateY2(1, 0, m); },
-          {{{1, 0, 0, 0}, {0, 1, 0, 0}, {-0.0f, 0, 1, 0}, {0, 0, 0, 1}}});
-    check("a sine of 0 about Z", [](KXM4 *m) { KXM4RotateZ2(1, 0, m); },
-          {{{1, -0.0f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
-    check("shear x along y", [](KXM4 *m) { KXM4ShearXY2(0.5f, m); },
-          {{{1, 0.5f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
-    check("shear x along z", [](KXM4 *m) { KXM4ShearXZ2(0.5f, m); },
-          {{{1, 0, 0.5f, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
-    check("shear y along z", [](KXM4 *m) { KXM4ShearYZ2(0.5f, m); },
-          {{{1, 0, 0, 0}, {0, 1, 0.5f, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4Scale)("scale", 2, 3, 4,
+                       {{{2, 0, 0, 0}, {0, 3, 0, 0}, {0, 0, 4, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4Translate)("translate", 2, 3, 4,
+                           {{{1, 0, 0, 2}, {0, 1, 0, 3}, {0, 0, 1, 4}, {0, 0, 0, 1}}});
+    rows_of(KXM4RotateX2)("rotate about X as given", 0.5f, 3,
+                          {{{1, 0, 0, 0}, {0, 0.5f, -3, 0}, {0, 3, 0.5f, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4RotateY2)("rotate about Y as given", 0.5f, 3,
+                          {{{0.5f, 0, 3, 0}, {0, 1, 0, 0}, {-3, 0, 0.5f, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4RotateZ2)("rotate about Z as given", 0.5f, 3,
+                          {{{0.5f, -3, 0, 0}, {3, 0.5f, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4RotateX2)("a sine of 0 about X", 1, 0,
+                          {{{1, 0, 0, 0}, {0, 1, -0.0f, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4RotateY2)("a sine of 0 about Y", 1, 0,
+                          {{{1, 0, 0, 0}, {0, 1, 0, 0}, {-0.0f, 0, 1, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4RotateZ2)("a sine of 0 about Z", 1, 0,
+                          {{{1, -0.0f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4ShearXY2)("shear x along y", 0.5f,
+                          {{{1, 0.5f, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4ShearXZ2)("shear x along z", 0.5f,
+                          {{{1, 0, 0.5f, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
+    rows_of(KXM4ShearYZ2)("shear y along z", 0.5f,
+                          {{{1, 0, 0, 0}, {0, 1, 0.5f, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
 }
 
 TEST_CASE("The same in the plane")
 {
-    const auto check = [](const char *label, void (*fill)(KXM3 *), const KXM3 &wanted) {
-        Guarded<KXM3> out;
-        fill(&out.record);
-        out.check(label, wanted);
-    };
-    check("scale", [](KXM3 *m) { KXM3Scale(2, 3, m); }, {{{2, 0, 0}, {0, 3, 0}, {0, 0, 1}}});
-    check("translate", [](KXM3 *m) { KXM3Translate(2, 3, m); },
-          {{{1, 0, 2}, {0, 1, 3}, {0, 0, 1}}});
-    check("rotate as given", [](KXM3 *m) { KXM3Rotate2(0.5f, 3, m); },
-          {{{0.5f, -3, 0}, {3, 0.5f, 0}, {0, 0, 1}}});
-    check("a sine of 0", [](KXM3 *m) { KXM3Rotate2(1, 0, m); },
-          {{{1, -0.0f, 0}, {0, 1, 0}, {0, 0, 1}}});
+    rows_of(KXM3Scale)("scale", 2, 3, {{{2, 0, 0}, {0, 3, 0}, {0, 0, 1}}});
+    rows_of(KXM3Translate)("translate", 2, 3, {{{1, 0, 2}, {0, 1, 3}, {0, 0, 1}}});
+    rows_of(KXM3Rotate2)("rotate as given", 0.5f, 3, {{{0.5f, -3, 0}, {3, 0.5f, 0}, {0, 0, 1}}});
+    rows_of(KXM3Rotate2)("a sine of 0", 1, 0, {{{1, -0.0f, 0}, {0, 1, 0}, {0, 0, 1}}});
 }

@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
@@ -18,13 +18,13 @@ static void check_moves(void (*transpose)(const Matrix *, Matrix *),
                         void (*copy)(const Matrix *, Matrix *))
 {
     const auto m = patterns<Matrix>();
-    check_in_out("copy", m, m, copy);
+    rows_of(copy)("copy", m, m);
     const auto from = bits_as<Words<Matrix>>(m);
     Words<Matrix> to;
     for (std::size_t i = 0; i < to.size(); ++i) {
         to[i] = from[i % Size * Size + i / Size];
     }
-    check_in_out("transpose", m, bits_as<Matrix>(to), transpose);
+    rows_of(transpose)("transpose", m, bits_as<Matrix>(to));
 }
 
 TEST_CASE("Copies and transposes move every bit")
@@ -36,6 +36,7 @@ TEST_CASE("Copies and transposes move every bit")
 template <typename Matrix>
 static void check_sum(void (*add)(const Matrix *, const Matrix *, Matrix *))
 {
+    const auto check = rows_of(add);
     using Floats = std::array<float, sizeof(Matrix) / 4>;
     Floats a, b, sum;
     for (std::size_t i = 0; i < a.size(); ++i) {
@@ -44,11 +45,10 @@ static void check_sum(void (*add)(const Matrix *, const Matrix *, Matrix *))
         sum[i] = a[i] + b[i]; // exact
     }
     a[0] = b[0] = sum[0] = -0.0f;
-    check_two_in_out("sum", bits_as<Matrix>(a), bits_as<Matrix>(b), bits_as<Matrix>(sum), add);
+    check("sum", bits_as<Matrix>(a), bits_as<Matrix>(b), bits_as<Matrix>(sum));
     sum = a;
     sum[0] = 0;
-    check_two_in_out("zeros clear the sign of a zero", bits_as<Matrix>(a), Matrix{},
-                     bits_as<Matrix>(sum), add);
+    check("zeros clear the sign of a zero", bits_as<Matrix>(a), {}, bits_as<Matrix>(sum));
 }
 
 TEST_CASE("KXM4Add and KXM3Add")

@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 #include <cmath>
 
@@ -11,20 +11,10 @@ static KXM4 matrix(const Elements &elements)
     return bits_as<KXM4>(elements);
 }
 
-static void check_inverse(const std::string &label, const KXM4 &m, std::int32_t status,
-                          const KXM4 &wanted)
-{
-    const KXM4 given = m;
-    Guarded<KXM4> out;
-    CHECK_MESSAGE(KXM4Inverse(&given, &out.record) == status, label);
-    out.check(label, wanted);
-    check_same(label + ", input", m, given);
-}
-
 TEST_CASE("KXM4Inverse: every rounding of both methods, every exchange")
 {
     const auto check = [](const char *label, const Elements &m, const Elements &inverse) {
-        check_inverse(label, matrix(m), 0, matrix(inverse));
+        rows_of(KXM4Inverse)(label, matrix(m), 0, matrix(inverse));
     };
     check(
         "affine: each single, and each that is not",
@@ -137,6 +127,7 @@ static const KXM4 untouched = marked<KXM4>();
 
 TEST_CASE("The last row chooses the method")
 {
+    const auto check = rows_of(KXM4Inverse);
     // A block of zeros distinguishes them: affine leaves out as it was, general stores the unit
     // matrix.
     const auto zero_block_with = [](int c, float value) {
@@ -147,50 +138,49 @@ TEST_CASE("The last row chooses the method")
     };
     for (int c = 0; c < 3; ++c) {
         for (const float sign : {1.0f, -1.0f}) {
-            check_inverse("at the tolerance", zero_block_with(c, sign * tolerance), 1, unit4);
-            check_inverse("below it", zero_block_with(c, sign * below_tolerance), 1, untouched);
+            check("at the tolerance", zero_block_with(c, sign * tolerance), 1, unit4);
+            check("below it", zero_block_with(c, sign * below_tolerance), 1, untouched);
         }
-        check_inverse("a NaN", zero_block_with(c, not_a_number), 1, untouched);
-        check_inverse("next to 1", zero_block_with(c, 0x1.000002p+0f), 1, unit4);
+        check("a NaN", zero_block_with(c, not_a_number), 1, untouched);
+        check("next to 1", zero_block_with(c, 0x1.000002p+0f), 1, unit4);
     }
     for (const float sign : {1.0f, -1.0f}) {
-        check_inverse("m33 off by 2^-19", zero_block_with(3, 1 + sign * 0x1p-19f), 1, unit4);
-        check_inverse("m33 off by 2^-20", zero_block_with(3, 1 + sign * 0x1p-20f), 1, untouched);
+        check("m33 off by 2^-19", zero_block_with(3, 1 + sign * 0x1p-19f), 1, unit4);
+        check("m33 off by 2^-20", zero_block_with(3, 1 + sign * 0x1p-20f), 1, untouched);
     }
-    check_inverse("m33 of 0", zero_block_with(3, 0), 1, unit4);
+    check("m33 of 0", zero_block_with(3, 0), 1, unit4);
     KXM4 opposite = zero_block_with(0, 0.5f);
     opposite.m[3][1] = -0.5f;
-    check_inverse("two that cancel", opposite, 1, unit4);
-    check_inverse("m33 a NaN", zero_block_with(3, not_a_number), 1, untouched);
+    check("two that cancel", opposite, 1, unit4);
+    check("m33 a NaN", zero_block_with(3, not_a_number), 1, untouched);
     // What the last row held plays no part in an affine inverse.
-    check_inverse(
-        "small values below",
-        matrix({2, 0, 0, 3, 0, 4, 0, 5, 0, 0, 8, 7, 9e-07f, -9e-07f, not_a_number, 1 + 0x1p-20f}),
-        0,
-        matrix({0.5f, -0.0f, 0, -1.5f, -0.0f, 0.25f, -0.0f, -1.25f, 0, -0.0f, 0.125f, -0.875f, 0, 0,
-                0, 1}));
+    check("small values below",
+          matrix({2, 0, 0, 3, 0, 4, 0, 5, 0, 0, 8, 7, 9e-07f, -9e-07f, not_a_number, 1 + 0x1p-20f}),
+          0,
+          matrix({0.5f, -0.0f, 0, -1.5f, -0.0f, 0.25f, -0.0f, -1.25f, 0, -0.0f, 0.125f, -0.875f, 0,
+                  0, 0, 1}));
 }
 
 TEST_CASE("What counts as singular")
 {
+    const auto check = rows_of(KXM4Inverse);
     for (int i = 0; i < 9; ++i) {
         KXM4 m = unit4;
         m.m[i / 3][i % 3] = not_a_number;
-        check_inverse("a NaN in the block", m, 1, untouched);
+        check("a NaN in the block", m, 1, untouched);
     }
-    check_inverse("rows that depend on each other",
-                  matrix({1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0, 0, 0, 0, 1}), 1, untouched);
+    check("rows that depend on each other",
+          matrix({1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 9, 0, 0, 0, 0, 1}), 1, untouched);
     const float q = 0x1p-24f;
-    check_inverse("a determinant that is almost 0",
-                  matrix({1, 1, 1 - 5 * q, 0, 1 - q, 1, 1, 0, 1 - 2 * q, 1 - q, 1, 0, 0, 0, 0, 1}),
-                  1, untouched);
-    check_inverse("a negative term that almost cancels a positive one",
-                  matrix({1.14809394f, 0, 0, 0, 0, 1, 1.2321099f, 0, 0, 1.10250688f, 1.35840964f, 0,
-                          0, 0, 0, 1}),
-                  1, untouched);
-    check_inverse("a determinant that no single holds",
-                  matrix({1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1}), 1,
-                  untouched);
+    check("a determinant that is almost 0",
+          matrix({1, 1, 1 - 5 * q, 0, 1 - q, 1, 1, 0, 1 - 2 * q, 1 - q, 1, 0, 0, 0, 0, 1}), 1,
+          untouched);
+    check("a negative term that almost cancels a positive one",
+          matrix({1.14809394f, 0, 0, 0, 0, 1, 1.2321099f, 0, 0, 1.10250688f, 1.35840964f, 0, 0, 0,
+                  0, 1}),
+          1, untouched);
+    check("a determinant that no single holds",
+          matrix({1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1e-17f, 0, 0, 0, 0, 1}), 1, untouched);
 
     const auto status = [](const Elements &elements) {
         const KXM4 m = matrix(elements);
@@ -257,21 +247,12 @@ TEST_CASE("Of the nine cofactors only the first is a difference of singles")
 
 TEST_CASE("KXM3Inverse")
 {
-    const KXM3 dependent = {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
-    const auto check = [](const char *label, const KXM3 &m, const KXM3 &inverse,
-                          std::int32_t status) {
-        Guarded<KXM3> apart, place;
-        CHECK_MESSAGE(KXM3Inverse(&m, &apart.record) == status, label);
-        apart.check(label, inverse);
-        place.record = m;
-        KXM3Inverse(&place.record, &place.record);
-        place.check(label, status == 0 ? inverse : m);
-    };
+    const auto check = rows_of(KXM3Inverse);
     check("a translation, and a determinant far below the tolerance",
-          {{{0x1p-12f, 0, 5}, {0, 0x1p-12f, 7}, {0, 0, 1}}},
-          {{{4096, -0.0f, -20480}, {-0.0f, 4096, -28672}, {0, -0.0f, 1}}}, 0);
-    check("the last row counts", {{{1, 0, 0}, {0, 1, 0}, {2, 0, 4}}},
-          {{{1, -0.0f, 0}, {-0.0f, 1, -0.0f}, {-0.5f, -0.0f, 0.25f}}}, 0);
-    check("singular", dependent, marked<KXM3>(), 1);
-    check("a NaN", {{{1, not_a_number, 0}, {0, 1, 0}, {0, 0, 1}}}, marked<KXM3>(), 1);
+          {{{0x1p-12f, 0, 5}, {0, 0x1p-12f, 7}, {0, 0, 1}}}, 0,
+          {{{4096, -0.0f, -20480}, {-0.0f, 4096, -28672}, {0, -0.0f, 1}}});
+    check("the last row counts", {{{1, 0, 0}, {0, 1, 0}, {2, 0, 4}}}, 0,
+          {{{1, -0.0f, 0}, {-0.0f, 1, -0.0f}, {-0.5f, -0.0f, 0.25f}}});
+    check("singular", {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}}, 1, marked<KXM3>());
+    check("a NaN", {{{1, not_a_number, 0}, {0, 1, 0}, {0, 0, 1}}}, 1, marked<KXM3>());
 }

@@ -1,20 +1,6 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
-
-template <typename Matrix>
-using Product = void (*)(const Matrix *, const Matrix *, Matrix *);
-
-template <typename Matrix>
-static void check_square(const std::string &label, const Matrix &m, const Matrix &wanted,
-                         Product<Matrix> multiply)
-{
-    check_two_in_out(label, m, m, wanted, multiply);
-    Guarded<Matrix> all;
-    all.record = m;
-    multiply(&all.record, &all.record, &all.record);
-    all.check(label + ", all three one record", wanted);
-}
 
 // Row 0: 8193*8191 - 8192*8192 = -1, which single products would make 0. Row 1: a sum of -0.
 static const KXM4 cancels = {{{8193, -8192, 0, 0}, {-0.0f, -0.0f, -0.0f, -0.0f}, {}, {}}};
@@ -46,63 +32,50 @@ static KXM4 with_block(KXM4 rest, const KXM3 &block)
     return rest;
 }
 
-/** KXM43Mult as a product of blocks; what it leaves is another in each matrix. */
-static void multiply_blocks(const KXM3 *a, const KXM3 *b, KXM3 *out)
-{
-    KXM4 first = with_block(marked<KXM4>(), *a), second = with_block(ones, *b), third = unit4;
-    const KXM4 *const right = a == b ? &first : &second;
-    KXM4 *const product = out == a ? &first : out == b ? &second : &third;
-    const KXM4 before = *product;
-    KXM43Mult(&first, right, product);
-    *out = block_of(*product);
-    check_same("last row and column stay", with_block(before, *out), *product);
-}
-
 TEST_CASE("KXM4Mult")
 {
     const KXM4 a = {{{1, 2, 3, 4}, {5, 6, 7, 8}, {9, 10, 11, 12}, {13, 14, 15, 16}}};
     const KXM4 b = {{{2, 3, 5, 7}, {11, 13, 17, 19}, {23, 29, 31, 37}, {41, 43, 47, 53}}};
-    check_two_in_out("the right factor acts first", a, b,
-                     {{{257, 288, 320, 368},
-                       {565, 640, 720, 832},
-                       {873, 992, 1120, 1296},
-                       {1181, 1344, 1520, 1760}}},
-                     KXM4Mult);
-    check_square(
-        "square", a,
-        {{{90, 100, 110, 120}, {202, 228, 254, 280}, {314, 356, 398, 440}, {426, 484, 542, 600}}},
-        KXM4Mult);
+    const auto check = rows_of(KXM4Mult);
+    check("the right factor acts first", a, b,
+          {{{257, 288, 320, 368},
+            {565, 640, 720, 832},
+            {873, 992, 1120, 1296},
+            {1181, 1344, 1520, 1760}}});
+    check(
+        "square", a, a,
+        {{{90, 100, 110, 120}, {202, 228, 254, 280}, {314, 356, 398, 440}, {426, 484, 542, 600}}});
 
-    check_two_in_out("rounded once, sign of zero", cancels, with, cancelled, KXM4Mult);
-    check_two_in_out("order of the sum", ordered, ones,
-                     {{{8, 8, 8, 8}, {2, 2, 2, 2}, {3, 3, 3, 3}, {0, 0, 0, 0}}}, KXM4Mult);
-    check_two_in_out("an identity on the left", unit4, signs, no_signs, KXM4Mult);
-    check_two_in_out("an identity on the right", signs, unit4, no_signs, KXM4Mult);
+    check("rounded once, sign of zero", cancels, with, cancelled);
+    check("order of the sum", ordered, ones,
+          {{{8, 8, 8, 8}, {2, 2, 2, 2}, {3, 3, 3, 3}, {0, 0, 0, 0}}});
+    check("an identity on the left", unit4, signs, no_signs);
+    check("an identity on the right", signs, unit4, no_signs);
     // The first element is -0 but for the product of last row and column, which is 0.
-    check_two_in_out<KXM4>("affine transforms are multiplied whole",
-                           {{{-1, -1, -1, 1}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
-                           {{{0, 1, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
-                           {{{0, -2, -1, 1}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}}, KXM4Mult);
+    check("affine transforms are multiplied whole",
+          {{{-1, -1, -1, 1}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
+          {{{0, 1, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}},
+          {{{0, -2, -1, 1}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}});
 }
 
 TEST_CASE("KXM3Mult, and KXM43Mult on its block")
 {
     const KXM3 a = {{{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}};
     const KXM3 b = {{{2, 3, 5}, {7, 11, 13}, {17, 19, 23}}};
-    for (const Product<KXM3> multiply : {KXM3Mult, multiply_blocks}) {
-        check_two_in_out("the right factor acts first", a, b,
-                         {{{67, 82, 100}, {145, 181, 223}, {223, 280, 346}}}, multiply);
-        check_square("square", a, {{{30, 36, 42}, {66, 81, 96}, {102, 126, 150}}}, multiply);
-        check_two_in_out("rounded once, sign of zero", block_of(cancels), block_of(with),
-                         block_of(cancelled), multiply);
-        check_two_in_out("order of the sum", block_of(ordered), block_of(ones),
-                         {{{0, 0, 0}, {0, 0, 0}, {1, 1, 1}}}, multiply);
-        check_two_in_out("an identity on the left", block_of(unit4), block_of(signs),
-                         block_of(no_signs), multiply);
-        check_two_in_out("an identity on the right", block_of(signs), block_of(unit4),
-                         block_of(no_signs), multiply);
-    }
-    check_two_in_out<KXM3>(
-        "affine transforms are multiplied whole", {{{-1, -1, 1}, {0, 1, 0}, {0, 0, 1}}},
-        {{{0, 1, 0}, {0, 1, 0}, {0, 0, 1}}}, {{{0, -2, 1}, {0, 1, 0}, {0, 0, 1}}}, KXM3Mult);
+    const auto check = [](const char *label, const KXM3 &left, const KXM3 &right,
+                          const KXM3 &wanted) {
+        rows_of(KXM3Mult)(label, left, right, wanted);
+        rows_of(KXM43Mult)(label, with_block(ones, left), with_block(ones, right),
+                           with_block(marked<KXM4>(), wanted));
+    };
+    check("the right factor acts first", a, b, {{{67, 82, 100}, {145, 181, 223}, {223, 280, 346}}});
+    check("square", a, a, {{{30, 36, 42}, {66, 81, 96}, {102, 126, 150}}});
+    check("rounded once, sign of zero", block_of(cancels), block_of(with), block_of(cancelled));
+    check("order of the sum", block_of(ordered), block_of(ones),
+          {{{0, 0, 0}, {0, 0, 0}, {1, 1, 1}}});
+    check("an identity on the left", block_of(unit4), block_of(signs), block_of(no_signs));
+    check("an identity on the right", block_of(signs), block_of(unit4), block_of(no_signs));
+    rows_of(KXM3Mult)("affine transforms are multiplied whole",
+                      {{{-1, -1, 1}, {0, 1, 0}, {0, 0, 1}}}, {{{0, 1, 0}, {0, 1, 0}, {0, 0, 1}}},
+                      {{{0, -2, 1}, {0, 1, 0}, {0, 0, 1}}});
 }

@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
@@ -6,20 +6,7 @@ TEST_CASE("KXM4MatrixComponents to the bit")
 {
     constexpr float t = tolerance, a = above_tolerance, b = below_tolerance, q = quarter_turn,
                     h = half_turn;
-    const auto check = [](const char *label, const KXM4 &m, const KXPosition &position,
-                          const KXV3 &scale) {
-        // Both outputs, each alone, and neither.
-        Guarded<KXPosition> both, alone;
-        Guarded<KXV3> both_scale, alone_scale;
-        KXM4MatrixComponents(&m, &both.record, &both_scale.record);
-        both.check(label, position);
-        both_scale.check(label, scale);
-        KXM4MatrixComponents(&m, &alone.record, nullptr);
-        alone.check(label, position);
-        KXM4MatrixComponents(&m, nullptr, &alone_scale.record);
-        alone_scale.check(label, scale);
-        KXM4MatrixComponents(&m, nullptr, nullptr);
-    };
+    const auto check = rows_of(KXM4MatrixComponents);
     check("the determinant a single, of the whole matrix, and at the tolerance no mirror",
           {{{-1.03125f, 0, 0, 5}, {0, 1, 0, 6}, {0, 0, 1, 7}, {0, 0, 0, 0x1.044d12p-20f}}},
           {5, 6, 7, -0.0f, 0, -h}, {1.03125f, 1, 1});
@@ -72,41 +59,20 @@ TEST_CASE("KXM4MatrixComponents to the bit")
 TEST_CASE("KXM3MatrixComponents to the bit")
 {
     constexpr float t = tolerance, a = above_tolerance, b = below_tolerance, q = quarter_turn;
-    struct Outputs {
-        KXP2 position;
-        float angle, scale_x, scale_y;
-    };
-    const auto check = [](const char *label, const KXM3 &m, const Outputs &outputs) {
-        // All outputs, and then without each of them.
-        for (int missing = -1; missing < 4; ++missing) {
-            Guarded<Outputs> out;
-            Outputs &o = out.record;
-            KXM3MatrixComponents(
-                &m, missing == 0 ? nullptr : &o.position, missing == 1 ? nullptr : &o.angle,
-                missing == 2 ? nullptr : &o.scale_x, missing == 3 ? nullptr : &o.scale_y);
-            auto wanted = bits_as<Words<Outputs>>(outputs);
-            if (missing == 0) {
-                wanted[0] = wanted[1] = marker;
-            } else if (missing > 0) {
-                wanted[static_cast<std::size_t>(missing) + 1] = marker;
-            }
-            out.check(label, bits_as<Outputs>(wanted));
-        }
-    };
+    const auto check = rows_of(KXM3MatrixComponents);
     check("the determinant a single, of the whole matrix, and at the tolerance no mirror",
-          {{{0, 1.03125f, 5}, {1, 0, 6}, {0, 0, 0x1.044d12p-20f}}}, {{5, 6}, -q, 1, 1.03125f});
+          {{{0, 1.03125f, 5}, {1, 0, 6}, {0, 0, 0x1.044d12p-20f}}}, {5, 6}, -q, 1, 1.03125f);
     check("a mirror by the next single; m00 above the tolerance",
-          {{{a, 1, 5}, {1, -a, 6}, {0, 0, a}}}, {{5, 6}, -1.57079732f, -1, 1});
-    check("m00, m01 and a length at the tolerance", {{{t, -t, 0}, {0, 1, 0}, {0, 0, 1}}},
-          {{0, 0}, q, t, 1});
-    check("an identity: the angle is -0", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
-          {{0, 0}, -0.0f, 1, 1});
-    check("m01 just below it", {{{-t, b, 0}, {1, 1, 0}, {0, 0, 1}}}, {{0, 0}, 0, -1, 1});
+          {{{a, 1, 5}, {1, -a, 6}, {0, 0, a}}}, {5, 6}, -1.57079732f, -1, 1);
+    check("m00, m01 and a length at the tolerance", {{{t, -t, 0}, {0, 1, 0}, {0, 0, 1}}}, {0, 0}, q,
+          t, 1);
+    check("an identity: the angle is -0", {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}}, {0, 0}, -0.0f, 1, 1);
+    check("m01 just below it", {{{-t, b, 0}, {1, 1, 0}, {0, 0, 1}}}, {0, 0}, 0, -1, 1);
     check("a length between the single 1e-6 and the decimal",
-          {{{t, 0, 0}, {1e-11f, 1, 0}, {0, 0, 1}}}, {{0, 0}, -0.0f, t, 1});
+          {{{t, 0, 0}, {1e-11f, 1, 0}, {0, 0, 1}}}, {0, 0}, -0.0f, t, 1);
     check("neither the length nor the reciprocal single; no third row in the lengths",
-          {{{-7.6f, 1.1f, -4.6f}, {4.7f, -5.7f, -1.3f}, {-2.4f, 6.9f, 2.1f}}},
-          {{-4.6f, -1.3f}, -0.219212845f, -8.93588257f, 5.80517006f});
+          {{{-7.6f, 1.1f, -4.6f}, {4.7f, -5.7f, -1.3f}, {-2.4f, 6.9f, 2.1f}}}, {-4.6f, -1.3f},
+          -0.219212845f, -8.93588257f, 5.80517006f);
 }
 
 TEST_CASE("The header's example of angles: an order has one reading")

@@ -1,26 +1,13 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
-
-/** Matrix and components apart, and in the same sixteen floats. */
-static void check_decomposed(const char *label, const KXM4 &m, std::int32_t status,
-                             const KXComponents &wanted)
-{
-    Guarded<KXComponents> apart, shared;
-    CHECK_MESSAGE(KXM4Decompose(&m, &apart.record) == status, label);
-    apart.check(label, wanted);
-    shared.record = bits_as<KXComponents>(m);
-    CHECK(KXM4Decompose(reinterpret_cast<const KXM4 *>(&shared.record), &shared.record) == status);
-    shared.check(std::string(label) + ", in place",
-                 status == 0 ? wanted : bits_as<KXComponents>(m));
-}
 
 /** Each row is there for the roundings and comparisons that it names. */
 TEST_CASE("KXM4Decompose to the bit")
 {
     constexpr float t = tolerance, b = below_tolerance, q = quarter_turn, h = half_turn;
     const auto check = [](const char *label, const KXM4 &m, const KXComponents &wanted) {
-        check_decomposed(label, m, 0, wanted);
+        rows_of(KXM4Decompose)(label, m, 0, wanted);
     };
     check(
         "every element, dot product and row single; lengths not; Q and not its transpose; a mirror",
@@ -76,28 +63,21 @@ TEST_CASE("KXM4Decompose to the bit")
     check("rows too short to be made unit; a triple product of 0 is no mirror",
           {{{-0x1p-76f, 0, 0, 0}, {0, 0x1p-76f, 0, 0}, {0, 0, 0x1p-76f, 0}, {0, 0, 0, 1}}},
           {0x1p-76f, 0x1p-76f, 0x1p-76f, 0, 0, 0, -0.0f, 0, -h, 0, 0, 0, 0, 0, 0, 1});
-    check_decomposed("perspective, and a block that can't be inverted",
-                     {{{1, 1, 0x1.fffff6p-1f, 0},
-                       {0x1.fffffep-1f, 1, 1, 0},
-                       {0x1.fffffcp-1f, 0x1.fffffep-1f, 1, 0},
-                       {0.5f, 0, 0, 1}}},
-                     1, marked<KXComponents>());
-    check_decomposed("rows that depend on each other",
-                     {{{7, -3, 4, 0}, {4, 0, 4, 0}, {25, -9, 16, 0}, {0, 0, 0, 1}}}, 1,
-                     marked<KXComponents>());
+    rows_of(KXM4Decompose)("perspective, and a block that can't be inverted",
+                           {{{1, 1, 0x1.fffff6p-1f, 0},
+                             {0x1.fffffep-1f, 1, 1, 0},
+                             {0x1.fffffcp-1f, 0x1.fffffep-1f, 1, 0},
+                             {0.5f, 0, 0, 1}}},
+                           1, marked<KXComponents>());
+    rows_of(KXM4Decompose)("rows that depend on each other",
+                           {{{7, -3, 4, 0}, {4, 0, 4, 0}, {25, -9, 16, 0}, {0, 0, 0, 1}}}, 1,
+                           marked<KXComponents>());
 }
 
 TEST_CASE("KXM4Compose to the bit")
 {
     constexpr float q = quarter_turn;
-    const auto check = [](const char *label, const KXComponents &components, const KXM4 &wanted) {
-        Guarded<KXM4> apart, shared;
-        KXM4Compose(&apart.record, &components);
-        apart.check(label, wanted);
-        shared.record = bits_as<KXM4>(components);
-        KXM4Compose(&shared.record, reinterpret_cast<const KXComponents *>(&shared.record));
-        shared.check(label, wanted);
-    };
+    const auto check = rows_of(KXM4Compose);
     check("sines, cosines and products single; shear and perspective not read",
           {0, 4, -3, -2, 2, -7, 0.125f, -2.5f, 0.375f, -7, 0, -9, -7, -5, 0, -4},
           {{{0, 0, 0, -7},
@@ -117,19 +97,12 @@ TEST_CASE("KXM4Compose to the bit")
 
 TEST_CASE("The forms for the plane")
 {
-    Guarded<KXComponents> parts, refused;
-    const KXM3 m = {{{1, 0, 4}, {0.5f, 1, 5}, {0.3f, 0.4f, 2}}},
-               singular = {{{1, 2, 0}, {2, 4, 0}, {0, 0, 1}}};
-    CHECK(KXM3Decompose(&m, &parts.record) == 0);
-    parts.check("the last row is not read",
-                {1, 1, 1, 0.5f, 0, 0, -0.0f, 0, -0.0f, 4, 5, 0, 0, 0, 0, 1});
-    CHECK(KXM3Decompose(&singular, &refused.record) == 1);
-    refused.check("singular", marked<KXComponents>());
-
-    Guarded<KXM3> out;
+    const auto check = rows_of(KXM3Decompose);
+    check("the last row is not read", {{{1, 0, 4}, {0.5f, 1, 5}, {0.3f, 0.4f, 2}}}, 0,
+          {1, 1, 1, 0.5f, 0, 0, -0.0f, 0, -0.0f, 4, 5, 0, 0, 0, 0, 1});
+    check("singular", {{{1, 2, 0}, {2, 4, 0}, {0, 0, 1}}}, 1, marked<KXComponents>());
     constexpr float x = not_a_number;
-    const KXComponents components = {2, 3, x, x, x, x, x, x, 0.75f, 4, 5, x, x, x, x, x};
-    KXM3Compose(&out.record, &components);
-    out.check("five fields are read",
-              {{{1.46337771f, -1.36327755f, 4}, {2.04491639f, 2.19506645f, 5}, {0, 0, 1}}});
+    rows_of(KXM3Compose)(
+        "five fields are read", {2, 3, x, x, x, x, x, x, 0.75f, 4, 5, x, x, x, x, x},
+        {{{1.46337771f, -1.36327755f, 4}, {2.04491639f, 2.19506645f, 5}, {0, 0, 1}}});
 }

@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 #include <algorithm>
 #include <cfenv>
@@ -36,34 +36,9 @@ static KXM4 product(const std::string &letters, const float angles[3], float dir
     return m;
 }
 
-/** Both outputs, each alone, one record for both, and neither. `build` takes the two outputs. */
-template <typename Build>
-static void check_outputs(const std::string &label, const KXM4 &forward, const KXM4 &back,
-                          Build build)
-{
-    Guarded<KXM4> matrix, inverse, matrix_alone, inverse_alone, shared;
-    build(&matrix.record, &inverse.record);
-    matrix.check(label, forward);
-    inverse.check(label + ", inverse", back);
-    build(&matrix_alone.record, nullptr);
-    matrix_alone.check(label + ", no inverse", forward);
-    build(nullptr, &inverse_alone.record);
-    inverse_alone.check(label + ", inverse alone", back);
-    build(&shared.record, &shared.record);
-    shared.check(label + ", one record for both", back);
-    build(nullptr, nullptr);
-}
-
-static void check_orientation(const std::string &label, float x, float y, float z,
-                              KXRotationOrder order, const KXM4 &forward, const KXM4 &back)
-{
-    check_outputs(label, forward, back, [&](KXM4 *matrix, KXM4 *inverse) {
-        KXM4Orientation(matrix, inverse, x, y, z, order);
-    });
-}
-
 TEST_CASE("The six orders, each with its inverse")
 {
+    const auto check = rows_of(KXM4Orientation);
     Random random;
     for (int i = 0; i < 326; ++i) {
         // Any angles, and all combinations of quarter turns, where the signs of zeros show.
@@ -81,9 +56,8 @@ TEST_CASE("The six orders, each with its inverse")
         }
         for (KXRotationOrder order = 0; order < 6; ++order) {
             const std::string letters = orders[order];
-            check_orientation(letters, angles[0], angles[1], angles[2], order,
-                              product(letters, angles, 1),
-                              product({letters.rbegin(), letters.rend()}, angles, -1));
+            check(letters, angles[0], angles[1], angles[2], order, product(letters, angles, 1),
+                  product({letters.rbegin(), letters.rend()}, angles, -1));
         }
     }
     // An anchor that owes nothing to the library's own products: RX*(RY*RZ) in full.
@@ -117,26 +91,25 @@ TEST_CASE("Rounding upwards, where the nearest quarter turn is missed, moves the
 
 TEST_CASE("Small sines and cosines snap to zero")
 {
+    const auto check = rows_of(KXM4Orientation);
     const KXM4 quarter_about_x = {{{1, 0, 0, 0}, {0, 0, -1, 0}, {0, 1, 0, 0}, {0, 0, 0, 1}}};
     const KXM4 quarter_back = {{{1, 0, 0, 0}, {0, 0, 1, 0}, {0, -1, 0, 0}, {0, 0, 0, 1}}};
-    check_orientation("a quarter turn", quarter_turn, 0, 0, KX_ORDER_XYZ, quarter_about_x,
-                      quarter_back);
+    check("a quarter turn", quarter_turn, 0, 0, KX_ORDER_XYZ, quarter_about_x, quarter_back);
     for (KXRotationOrder order = 0; order < 6; ++order) {
-        check_orientation(orders[order], 0, 0, 0, order, unit4, unit4);
-        check_orientation(orders[order], 0, -0.0f, 9.9e-08f, order, unit4, unit4);
+        check(orders[order], 0, 0, 0, order, unit4, unit4);
+        check(orders[order], 0, -0.0f, 9.9e-08f, order, unit4, unit4);
     }
 
     const float survives = 1.0000000116860974e-07f;
     KXM4 forward = unit4, back = unit4;
     forward.m[1][2] = back.m[2][1] = -survives;
     forward.m[2][1] = back.m[1][2] = survives;
-    check_orientation("the single 1e-07", survives, 0, 0, KX_ORDER_XYZ, forward, back);
-    check_orientation("one step below", std::nextafter(survives, 0.0f), 0, 0, KX_ORDER_XYZ, unit4,
-                      unit4);
+    check("the single 1e-07", survives, 0, 0, KX_ORDER_XYZ, forward, back);
+    check("one step below", std::nextafter(survives, 0.0f), 0, 0, KX_ORDER_XYZ, unit4, unit4);
 
     const KXM4 no_turn = {{{1, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, 0, 1}}};
     for (const float angle : {not_a_number, infinity, -infinity}) {
-        check_orientation("no number", angle, 0, 0, KX_ORDER_XYZ, no_turn, no_turn);
+        check("no number", angle, 0, 0, KX_ORDER_XYZ, no_turn, no_turn);
     }
 }
 
@@ -147,7 +120,7 @@ TEST_CASE("An order that does not exist leaves the block")
         wanted.m[i][3] = wanted.m[3][i] = unit4.m[i][3];
     }
     for (const KXRotationOrder order : {6U, 0x7fffffffU, 0xffffffffU}) {
-        check_orientation(std::to_string(order), 0.1f, 0.2f, 0.3f, order, wanted, wanted);
+        rows_of(KXM4Orientation)(std::to_string(order), 0.1f, 0.2f, 0.3f, order, wanted, wanted);
     }
     // The position goes on from the block that was there.
     Guarded<KXM4> matrix, inverse;
@@ -164,9 +137,7 @@ TEST_CASE("KXM4Position")
     const KXPosition turned = {10, 20, 30, quarter_turn, 0, 0};
     const auto check = [](const char *label, const KXPosition &position, const KXM4 &forward,
                           const KXM4 &back) {
-        check_outputs(label, forward, back, [&](KXM4 *matrix, KXM4 *inverse) {
-            KXM4Position(matrix, inverse, &position, KX_ORDER_XYZ);
-        });
+        rows_of(KXM4Position)(label, position, KX_ORDER_XYZ, forward, back);
     };
     check("nothing", still, unit4,
           {{{1, 0, 0, -0.0f}, {0, 1, 0, -0.0f}, {0, 0, 1, -0.0f}, {0, 0, 0, 1}}});
@@ -196,12 +167,7 @@ TEST_CASE("KXM4Projection1")
     const auto view = [](float y_scale, float slope, float shift) {
         return KXM4{{{1, 0, slope, shift}, {0, y_scale, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
     };
-    const auto check = [](const char *label, const KXPosition &position, float distance,
-                          float offset, float y_scale, const KXM4 &wanted) {
-        Guarded<KXM4> out;
-        KXM4Projection1(&out.record, &position, distance, offset, y_scale);
-        out.check(label, wanted);
-    };
+    const auto check = rows_of(KXM4Projection1);
     check("shear and shift", still, 10, 0.5f, 1, view(1, 0.05f, -0.5f));
     check("the translation scales too", at_1_2_3, 10, 0, 2,
           {{{1, 0, 0, 1}, {0, 2, 0, 4}, {0, 0, 1, 3}, {0, 0, 0, 1}}});

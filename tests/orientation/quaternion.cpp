@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 #include <cmath>
 
@@ -6,11 +6,7 @@ using namespace test;
 
 TEST_CASE("KXGenerateQuat")
 {
-    const auto check = [](const char *label, float angle, const KXV3 &axis, const KXQuat &wanted) {
-        Guarded<KXQuat> quat;
-        KXGenerateQuat(angle, &axis, &quat.record);
-        quat.check(label, wanted);
-    };
+    const auto check = rows_of(KXGenerateQuat);
     check("sine and axis single", -0.125f, {-4, -6, 3},
           {0.0319883861f, 0.0479825735f, -0.0239912868f, 0.998047531f});
     check("more than half a turn: w is negative", 4, {0, 1, 0},
@@ -51,11 +47,7 @@ TEST_CASE("KXGenerateQuat")
 
 TEST_CASE("KXQuatToMatrix")
 {
-    const auto check = [](const char *label, const KXQuat &quat, const KXM4 &wanted) {
-        Guarded<KXM4> out;
-        KXQuatToMatrix(&quat, &out.record);
-        out.check(label, wanted);
-    };
+    const auto check = rows_of(KXQuatToMatrix);
     check("eight products single, zz not", {-13, 11, 11, -9},
           {{{0x1.0a6828p-6f, -0x1.6e4f14p-3f, -0x1.f7acbep-1f, 0},
             {-0x1.f7accp-1f, -0x1.6e4f16p-3f, 0x1.0a68p-6f, 0},
@@ -90,11 +82,7 @@ TEST_CASE("KXQuatToMatrix")
 
 TEST_CASE("KXMatrixToQuat")
 {
-    const auto check = [](const char *label, const KXM4 &m, const KXQuat &wanted) {
-        Guarded<KXQuat> quat;
-        KXMatrixToQuat(&m, &quat.record);
-        quat.check(label, wanted);
-    };
+    const auto check = rows_of(KXMatrixToQuat);
     check("a trace above 0",
           {{{-0.857142866f, -0.857142866f, -4, 0},
             {-0.142857149f, 1.14285719f, 0.428571433f, 0},

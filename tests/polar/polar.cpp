@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
@@ -10,9 +10,7 @@ static const KXP3 origin = {0, 0, 0};
 
 TEST_CASE("KXRange")
 {
-    const auto check = [](const char *label, const KXP3 &first, const KXP3 &second, double range) {
-        check_same(label, range, KXRange(&first, &second));
-    };
+    const auto check = rows_of(KXRange);
     check("y plays no part", {3, infinity, 4}, {0, -7, 0}, 5);
     check("both differences stay wide", {-5, -9.3f, -2.1f}, {1.9f, 5.5f, 1.1f}, 7.6059186962009191);
     check("the root of the plain sum: no hypotenuse, nothing fused", {-0.4f, 0, 0.3f},
@@ -41,21 +39,12 @@ TEST_CASE("KXBearing")
     check_near("both differences stay wide", 5.8350404983551156, KXBearing(&first, &second));
 }
 
-/** The three outputs lie side by side, so that a guard shows any other store. */
-static void check_rea(const char *label, const KXP3 &from, const KXP3 &to, const KXV3 &wanted)
-{
-    Guarded<KXV3> rea;
-    KXPointsToREA(&from, &to, &rea.record.x, &rea.record.y, &rea.record.z);
-    rea.check(label, wanted);
-}
-
 TEST_CASE("KXPointsToREA and KXVectorToEA")
 {
-    const auto check = [](const char *label, const KXP3 &to, const KXV3 &rea) {
-        check_rea(label, origin, to, rea);
-        Guarded<KXV3> ea;
-        KXVectorToEA(&to, &ea.record.y, &ea.record.z);
-        ea.check(label, {bits_as<float>(marker), rea.y, rea.z});
+    const auto check_rea = rows_of(KXPointsToREA);
+    const auto check = [&](const char *label, const KXP3 &to, const KXV3 &rea) {
+        check_rea(label, origin, to, rea.x, rea.y, rea.z);
+        rows_of(KXVectorToEA)(label, to, rea.y, rea.z);
     };
     check("3 4 5", {3, 4, 0}, {5, 0.92729522f, quarter_turn});
     check("near the zenith: neither an arcsine nor an arctangent in single", {0.9f, 89.1f, 0.8f},
@@ -78,22 +67,17 @@ TEST_CASE("KXPointsToREA and KXVectorToEA")
     check("r is divided by after it is rounded", {1, 4096, 0}, {4096, quarter_turn, quarter_turn});
     check("the squares are added z first", {3681, 0x1.cb258ap-1f, 0x1.3ac268p-2f},
           {3681, 0x1.fee94ep-13f, 0x1.921a3cp+0f});
-    check_rea("second minus first", {1, 2, 3}, {1, 2, 5}, {2, 0, 0});
-    check_rea("dx is single", {-1, 0, 0}, {0x1p24f, 8, 0}, {0x1p24f, 0x1p-21f, quarter_turn});
-    check_rea("dy is single", {0, -1, 0}, {8, 0x1p24f, 0}, {0x1p24f, quarter_turn, quarter_turn});
-    check_rea("dz is single", {0, 0, -1}, {8, 0, 0x1p24f}, {0x1p24f, 0, 0x1p-21f});
-    check_rea("dz is single before its test", {0, 0, -0x1.00b486p-44f}, {1, 0, tolerance},
-              {1, 0, 1.5707953f});
+    check_rea("second minus first", {1, 2, 3}, {1, 2, 5}, 2, 0, 0);
+    check_rea("dx is single", {-1, 0, 0}, {0x1p24f, 8, 0}, 0x1p24f, 0x1p-21f, quarter_turn);
+    check_rea("dy is single", {0, -1, 0}, {8, 0x1p24f, 0}, 0x1p24f, quarter_turn, quarter_turn);
+    check_rea("dz is single", {0, 0, -1}, {8, 0, 0x1p24f}, 0x1p24f, 0, 0x1p-21f);
+    check_rea("dz is single before its test", {0, 0, -0x1.00b486p-44f}, {1, 0, tolerance}, 1, 0,
+              1.5707953f);
 }
 
 TEST_CASE("KXREAToPoint and KXEAToVector")
 {
-    const auto check = [](const char *label, float range, float elevation, float azimuth,
-                          const KXP3 &point) {
-        Guarded<KXP3> out;
-        KXREAToPoint(range, elevation, azimuth, &out.record);
-        out.check(label, point);
-    };
+    const auto check = rows_of(KXREAToPoint);
     check("a little above Z: no sine from a cosine", 2, 1e-5f, 0, {0, 2e-5f, 2});
     check("along X", 2, 0, quarter_turn, {2, 0, -8.74227766e-08f});
     check("up", 2, quarter_turn, 0, {-0.0f, 2, -8.74227766e-08f});
@@ -101,11 +85,8 @@ TEST_CASE("KXREAToPoint and KXEAToVector")
     check("general", 10, 0.5f, 0.25f, {2.17117405f, 4.79425526f, 8.50300598f});
     const KXP3 general = {0.797983587f, -0.47942555f, -0.365203202f};
     check("of length 1", 1, -0.5f, 2, general);
-    Guarded<KXV3> unit;
-    KXEAToVector(-0.5f, 2, &unit.record);
-    unit.check("a vector", general);
-    KXEAToVector(0, quarter_turn, &unit.record);
-    unit.check("small cosines stay", {1, 0, -4.37113883e-08f});
-    KXEAToVector(-0.5f, 0.7f, &unit.record);
-    unit.check("not made unit", {0.565354228f, -0.47942555f, 0.671212196f});
+    const auto check_vector = rows_of(KXEAToVector);
+    check_vector("a vector", -0.5f, 2, general);
+    check_vector("small cosines stay", 0, quarter_turn, {1, 0, -4.37113883e-08f});
+    check_vector("not made unit", -0.5f, 0.7f, {0.565354228f, -0.47942555f, 0.671212196f});
 }

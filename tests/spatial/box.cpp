@@ -1,4 +1,4 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
@@ -22,11 +22,7 @@ static KXBox cube_of(float lo, float hi)
 
 TEST_CASE("KXTransformBox")
 {
-    const auto check = [](const char *label, const KXBox &box, const KXM4 &matrix,
-                          const KXBox &wanted) {
-        check_in_out(label, box, wanted,
-                     [&](const KXBox *in, KXBox *out) { KXTransformBox(in, &matrix, out); });
-    };
+    const auto check = rows_of(KXTransformBox);
     check("a negative element swaps the ends; the fourth row plays no part", {{1, 2, 3}, {4, 5, 6}},
           mirrored, {{12, 15, 31.5f}, {18, 18, 33}});
     check("an identity adds its zeros", {{-0.0f, -0.0f, -0.0f}, {1, 1, 1}},
@@ -80,29 +76,23 @@ TEST_CASE("KXTransformBox")
 TEST_CASE("KXPutPointInBox")
 {
     const KXBox unit = {{0, 0, 0}, {1, 1, 1}};
-    const auto check = [](const char *label, const KXP3 &point, const KXBox &box,
-                          const KXBox &wanted, std::int32_t changed) {
-        Guarded<KXBox> out;
-        out.record = box;
-        CHECK_MESSAGE(KXPutPointInBox(&point, &out.record) == changed, label);
-        out.check(label, wanted);
-    };
-    check("inside", {0.5f, 0.5f, 0.5f}, unit, unit, 0);
-    check("on the minimum", {0, 0, 0}, unit, unit, 0);
-    check("on the maximum", {1, 1, 1}, unit, unit, 0);
-    check("below x", {-1, 0, 0}, unit, {{-1, 0, 0}, {1, 1, 1}}, 1);
-    check("below y", {0, -1, 0}, unit, {{0, -1, 0}, {1, 1, 1}}, 1);
-    check("below z", {0, 0, -1}, unit, {{0, 0, -1}, {1, 1, 1}}, 1);
-    check("above x", {2, 0, 0}, unit, {{0, 0, 0}, {2, 1, 1}}, 1);
-    check("above y", {0, 2, 0}, unit, {{0, 0, 0}, {1, 2, 1}}, 1);
-    check("above z", {0, 0, 2}, unit, {{0, 0, 0}, {1, 1, 2}}, 1);
-    check("below and above", {-1, 2, -1}, unit, {{-1, 0, -1}, {1, 2, 1}}, 1);
-    check("a zero of the other sign moves nothing", {-0.0f, 0, 0}, unit, unit, 0);
+    const auto check = rows_of<outputs_are_read>(KXPutPointInBox);
+    check("inside", {0.5f, 0.5f, 0.5f}, unit, 0, unit);
+    check("on the minimum", {0, 0, 0}, unit, 0, unit);
+    check("on the maximum", {1, 1, 1}, unit, 0, unit);
+    check("below x", {-1, 0, 0}, unit, 1, {{-1, 0, 0}, {1, 1, 1}});
+    check("below y", {0, -1, 0}, unit, 1, {{0, -1, 0}, {1, 1, 1}});
+    check("below z", {0, 0, -1}, unit, 1, {{0, 0, -1}, {1, 1, 1}});
+    check("above x", {2, 0, 0}, unit, 1, {{0, 0, 0}, {2, 1, 1}});
+    check("above y", {0, 2, 0}, unit, 1, {{0, 0, 0}, {1, 2, 1}});
+    check("above z", {0, 0, 2}, unit, 1, {{0, 0, 0}, {1, 1, 2}});
+    check("below and above", {-1, 2, -1}, unit, 1, {{-1, 0, -1}, {1, 2, 1}});
+    check("a zero of the other sign moves nothing", {-0.0f, 0, 0}, unit, 0, unit);
     check("the first point of an empty box", {1, 2, 3},
-          {{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}}, {{1, 2, 3}, {1, 2, 3}}, 1);
-    check("an inverted box: each corner by itself", {0, 0, 0}, {{9, -9, 9}, {-9, 9, -9}},
-          {{0, -9, 0}, {0, 9, 0}}, 1);
-    check("a NaN moves nothing", {not_a_number, 2, not_a_number}, unit, {{0, 0, 0}, {1, 2, 1}}, 1);
+          {{KX_HUGE, KX_HUGE, KX_HUGE}, {-KX_HUGE, -KX_HUGE, -KX_HUGE}}, 1, {{1, 2, 3}, {1, 2, 3}});
+    check("an inverted box: each corner by itself", {0, 0, 0}, {{9, -9, 9}, {-9, 9, -9}}, 1,
+          {{0, -9, 0}, {0, 9, 0}});
+    check("a NaN moves nothing", {not_a_number, 2, not_a_number}, unit, 1, {{0, 0, 0}, {1, 2, 1}});
 }
 
 TEST_CASE("KXCombineBoxes")
@@ -110,34 +100,21 @@ TEST_CASE("KXCombineBoxes")
     const KXBox one = {{0, 1, 2}, {3, 4, 5}};
     const KXBox other = {{-1, 2, 1}, {4, 3, 6}};
     const KXBox inverted = {{9, -9, 9}, {-9, 9, -9}};
-    const auto check = [](const char *label, const KXBox &box, const KXBox &with,
-                          const KXBox &wanted) {
-        Guarded<KXBox> grown;
-        grown.record = box;
-        KXCombineBoxes(&grown.record, &with);
-        grown.check(label, wanted);
-    };
+    const auto check = rows_of<outputs_are_read>(KXCombineBoxes);
     check("union", one, other, {{-1, 1, 1}, {4, 4, 6}});
     check("an inverted box takes part with its numbers", one, inverted, {{0, -9, 2}, {3, 9, 5}});
     check("so does the box itself", inverted, one, {{0, -9, 2}, {3, 9, 5}});
     check("a NaN or a zero of the other sign moves nothing", one,
           {{-0.0f, not_a_number, 2}, {not_a_number, 4, 5}}, one);
-    Guarded<KXBox> same;
-    same.record = one;
-    KXCombineBoxes(&same.record, &same.record);
-    same.check("with itself", one);
+    check("with itself", one, one, one);
 }
 
 TEST_CASE("KXBoxMidPoint and KXBoxDiagonal")
 {
     const auto check = [](const char *label, const KXBox &box, const KXP3 &middle,
                           const KXV3 &diagonal) {
-        Guarded<KXP3> middle_out;
-        Guarded<KXV3> diagonal_out;
-        KXBoxMidPoint(&box, &middle_out.record);
-        KXBoxDiagonal(&box, &diagonal_out.record);
-        middle_out.check(label, middle);
-        diagonal_out.check(label, diagonal);
+        rows_of(KXBoxMidPoint)(label, box, middle);
+        rows_of(KXBoxDiagonal)(label, box, diagonal);
     };
     check("ordinary", {{0, 1, 2}, {3, 5, 9}}, {1.5f, 3, 5.5f}, {3, 4, 7});
     check("inverted", {{3, 5, 9}, {0, 1, 2}}, {1.5f, 3, 5.5f}, {-3, -4, -7});

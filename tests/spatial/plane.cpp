@@ -1,15 +1,10 @@
-#include "support/check.h"
+#include "support/rows.h"
 
 using namespace test;
 
 TEST_CASE("KXPlaneEquation")
 {
-    const auto check = [](const char *label, const KXP3 &first, const KXP3 &second,
-                          const KXP3 &third, std::int32_t status, const KXPlane &plane) {
-        Guarded<KXPlane> out;
-        CHECK_MESSAGE(KXPlaneEquation(&first, &second, &third, &out.record) == status, label);
-        out.check(label, plane);
-    };
+    const auto check = rows_of(KXPlaneEquation);
     check("counter-clockwise seen from +Z", {0, 0, 0}, {1, 0, 0}, {1, 1, 0}, 0, {0, 0, 1, -0.0f});
     check("two points swapped", {0, 0, 0}, {1, 1, 0}, {1, 0, 0}, 0, {0, 0, -1, -0.0f});
     check("at z of 3", {1, 2, 3}, {4, 6, 3}, {0, 9, 3}, 0, {0, -0.0f, 1, -3});
@@ -48,13 +43,7 @@ TEST_CASE("KXPlaneEquation")
 
 TEST_CASE("KXRotateInPlane")
 {
-    const auto check = [](const char *label, const KXP3 &point, const KXV3 &axis, float angle,
-                          const KXP3 &wanted) {
-        Guarded<KXP3> out;
-        out.record = point;
-        KXRotateInPlane(&out.record, &axis, angle);
-        out.check(label, wanted);
-    };
+    const auto check = rows_of<outputs_are_read>(KXRotateInPlane);
     check("about Z, +X towards +Y; small cosines stay", {1, 0, 0}, {0, 0, 1}, quarter_turn,
           {-4.37113883e-08f, 1, 0});
     check("about X, +Y towards +Z", {0, 1, 0}, {1, 0, 0}, quarter_turn, {0, -4.37113883e-08f, 1});
@@ -73,14 +62,9 @@ TEST_CASE("KXRotateInPlane")
           {71.0670471f, 2.33655902e-15f, -11.7544985f});
     check("order of the sums: z", {0x1p30f, 0x1p30f, -0.1f}, {1, 1, 0}, 1,
           {1.5673385e+09f, 1.5673385e+09f, 30.0166759f});
-    Guarded<KXP3> own_axis;
-    own_axis.record = {0, 0, 1};
-    KXRotateInPlane(&own_axis.record, &own_axis.record, 1);
-    own_axis.check("a point that is its own axis", {0, 0, 1});
-    own_axis.record = {2, 1, 0};
-    const KXV3 axis = own_axis.record;
-    KXP3 apart = own_axis.record;
-    KXRotateInPlane(&own_axis.record, &own_axis.record, 1);
+    check("a point that is its own axis", {0, 0, 1}, {0, 0, 1}, 1, {0, 0, 1});
+    KXP3 apart = {2, 1, 0};
+    const KXV3 axis = apart;
     KXRotateInPlane(&apart, &axis, 1);
-    own_axis.check("read whole before the first store", apart);
+    check("read whole before the first store", axis, axis, 1, apart);
 }

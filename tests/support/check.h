@@ -1,7 +1,4 @@
-/*
- * What every test of a function shares: comparison by bits, records with guards around them, and
- * the repetition of a row for every permitted aliasing.
- */
+/* What tests share: comparison by bits, records with guards around them, and random ones. */
 #ifndef KX_TESTS_CHECK_H
 #define KX_TESTS_CHECK_H
 
@@ -132,39 +129,6 @@ struct Guarded {
         CHECK_MESSAGE(intact, label, ": something outside the record was written");
     }
 };
-
-/** One input, one output: apart, and in place. `call` takes const Record * and Record *. */
-template <typename Record, typename Call>
-void check_in_out(const std::string &label, const Record &in, const Record &wanted, Call call)
-{
-    const Record given = in;
-    Guarded<Record> apart, place;
-    call(&given, &apart.record);
-    apart.check(label, wanted);
-    check_same(label + ", input", in, given);
-    place.record = in;
-    call(&place.record, &place.record);
-    place.check(label + ", in place", wanted);
-}
-
-/** Two inputs, one output: apart, into the first, and into the second. */
-template <typename Record, typename Call>
-void check_two_in_out(const std::string &label, const Record &a, const Record &b,
-                      const Record &wanted, Call call)
-{
-    const Record given_a = a, given_b = b;
-    Guarded<Record> apart, first, second;
-    call(&given_a, &given_b, &apart.record);
-    apart.check(label, wanted);
-    check_same(label + ", a", a, given_a);
-    check_same(label + ", b", b, given_b);
-    first.record = a;
-    call(&first.record, &given_b, &first.record);
-    first.check(label + ", out is a", wanted);
-    second.record = b;
-    call(&given_a, &second.record, &second.record);
-    second.check(label + ", out is b", wanted);
-}
 
 /**
  * What array functions are tried with: every remainder of a block of any size, with no block before
