@@ -179,7 +179,47 @@ constexpr auto oriented = [](float x, float y, float z, order o) {
     return m;
 };
 
+/** The first two components of what each operator of vectors and points gives. */
+template <typename Vector, typename Point>
+std::array<KXP2, 15> operators(Vector v, Vector w, Point p, Point q, float s)
+{
+    const auto flat = [](auto result) { return KXP2{result.x, result.y}; };
+    Vector sum = v, less = v, longer = v, shorter = v;
+    Point there = p, back = p;
+    return {flat(v + w),       flat(v - w),        flat(-v),
+            flat(v * s),       flat(s * v),        flat(v / s),
+            flat(p + v),       flat(v + p),        flat(p - v),
+            flat(p - q),       flat(sum += w),     flat(less -= w),
+            flat(longer *= s), flat(shorter /= s), flat((there += v) - (back -= v))};
+}
+
+template <typename Value>
+void check_equality()
+{
+    for (std::size_t i = 0; i < sizeof(Value) / 4; ++i) {
+        Value value, other;
+        reinterpret_cast<float *>(&value)[i] = 0;
+        for (const float number : {-0.0f, 1.5f, test::not_a_number}) {
+            reinterpret_cast<float *>(&other)[i] = number;
+            CAPTURE(i);
+            CHECK((value == other) == (number == 0));
+            CHECK((value != other) == (number != 0));
+        }
+    }
+}
+template <typename... Values>
+void check_equality_of_each()
+{
+    (check_equality<Values>(), ...);
+}
+
 } // namespace
+
+TEST_CASE("equality: every number counts, signs of zero don't, and a NaN equals nothing")
+{
+    check_equality_of_each<vec2, point2, vec3, point3, point4, quat, mat3, mat4, position, box,
+                           plane, line, ray>();
+}
 
 TEST_CASE("vectors")
 {
@@ -218,9 +258,11 @@ TEST_CASE("vectors")
             return if_long(KXV3Length(&v), out);
         },
         [](vec3 v, float length) { return v.with_length(length); });
-    // As long as the tolerance is too short.
-    CHECK(!vec3(0, KX_TOLERANCE, 0).normalised());
-    CHECK(!vec3(0, KX_TOLERANCE, 0).with_length(5));
+    // As long as the tolerance is too short, and a NaN is no length.
+    for (const float y : {KX_TOLERANCE, test::not_a_number}) {
+        CHECK(!vec3(0, y, 0).normalised());
+        CHECK(!vec3(0, y, 0).with_length(5));
+    }
     compare("perpendicular", KXV3Perpendicular, [](vec3 v) { return v.perpendicular(); });
     compare("combine", combined,
             [](vec3 a, vec3 b, float s, float t) { return combine(a, b, s, t); });
@@ -254,15 +296,16 @@ TEST_CASE("vectors")
 TEST_CASE("points and polar measures")
 {
     compare("p - q", difference, [](point3 p, point3 q) { return p - q; });
-    compare("p + v", sum, [](point3 p, vec3 v) { return p + v; });
+    compare("v + p", sum, [](vec3 v, point3 p) { return v + p; });
+    compare("p += v", sum, [](point3 p, vec3 v) { return p += v; });
     compare("p - v", difference, [](point3 p, vec3 v) { return p -= v; });
     compare(
-        "in the plane",
-        [](auto p, auto v, auto q) {
-            return KXP2{stored(double(stored(double(p.x) + double(v.x))) - double(q.x)),
-                        stored(double(stored(double(p.y) + double(v.y))) - double(q.y))};
+        "in the plane as in space",
+        [](auto v, auto w, auto p, auto q, auto s) {
+            return operators(vec3(v.x, v.y, 0), vec3(w.x, w.y, 0), point3(p.x, p.y, 0),
+                             point3(q.x, q.y, 0), s);
         },
-        [](point2 p, vec2 v, point2 q) { return (p += v) - q; });
+        operators<vec2, point2>);
     compare("distance", kx_distance, [](point3 p, point3 q) { return distance(p, q); });
     compare("lerp", kx_lerp, [](point3 p, point3 q, float t) { return lerp(p, q, t); });
     compare("rotated", rotated,
@@ -323,7 +366,8 @@ TEST_CASE("matrices")
     compare("a * b", KXM4Mult, [](mat4 a, mat4 b) { return a * b; });
     compare("a *= b", KXM4Mult, [](mat4 a, mat4 b) { return a *= b; });
     compare("b = a * b", KXM4Mult, [](mat4 a, mat4 b) { return b = a * b; });
-    compare("a + b", KXM4Add, [](mat4 a, mat4 b) { return a += b; });
+    compare("a + b", KXM4Add, [](mat4 a, mat4 b) { return a + b; });
+    compare("a += b", KXM4Add, [](mat4 a, mat4 b) { return a += b; });
     compare("m = inverse", KXM4Inverse, [](mat4 m) {
         const auto inverse = m.inverse();
         m = inverse.value_or(m);
@@ -394,7 +438,8 @@ TEST_CASE("matrices of the plane")
 {
     compare("a * b", KXM3Mult, [](mat3 a, mat3 b) { return a * b; });
     compare("a *= b", KXM3Mult, [](mat3 a, mat3 b) { return a *= b; });
-    compare("a + b", KXM3Add, [](mat3 a, mat3 b) { return a += b; });
+    compare("a + b", KXM3Add, [](mat3 a, mat3 b) { return a + b; });
+    compare("a += b", KXM3Add, [](mat3 a, mat3 b) { return a += b; });
     compare("inverse", KXM3Inverse, [](mat3 m) { return m.inverse(); });
     compare("transposed", KXM3Transpose, [](mat3 m) { return m.transposed(); });
     compare("determinant", KXM3Determinant, [](mat3 m) { return m.determinant(); });
@@ -557,7 +602,9 @@ TEST_CASE("names of numbers")
         CHECK(in_c(units[i]) == i);
         CHECK(in_c(orders[i % 6]) == i % 6);
     }
+    constexpr depth depths[] = {depth::zero_to_one, depth::minus_one_to_one, depth::one_to_zero};
     for (std::size_t i = 0; i < 3; ++i) {
+        CHECK(in_c(depths[i]) == i);
         CHECK(vec3(0, 1, 2)[i] == float(i));
         CHECK(point3(0, 1, 2)[i] == float(i));
     }
@@ -645,6 +692,9 @@ TEST_CASE("arrays")
 
     const point3 points[] = {{1, 5, -2}, {0, 7, 3}, {4, 6, 1}};
     CHECK(box::around(points, 3) == box({0, 5, -2}, {4, 7, 3}));
+#if __cplusplus >= 202002L
+    CHECK(box::around(points) == box::around(points, 3));
+#endif
     CHECK(!box::around(points, 0).is_valid());
     const point3 far_away(1e30f, -1e30f, 0);
     CHECK(box::around(&far_away, 1) == box(far_away, far_away));
@@ -654,16 +704,15 @@ namespace
 {
 
 /* What must not compile. */
-template <typename A, typename B, typename = void>
-struct Adds : std::false_type {
-};
 template <typename A, typename B>
-struct Adds<A, B, std::void_t<decltype(std::declval<A>() + std::declval<B>())>> : std::true_type {
-};
-static_assert(Adds<vec3, vec3>::value && Adds<point3, vec3>::value && Adds<vec3, point3>::value);
-static_assert(!Adds<point3, point3>::value && !Adds<vec3, float>::value);
+constexpr bool adds = std::is_invocable_v<std::plus<>, A, B>;
+static_assert(adds<vec3, vec3> && adds<point3, vec3> && adds<vec3, point3>);
+static_assert(!adds<point3, point3> && !adds<vec3, float>);
+static_assert(!std::is_invocable_v<std::multiplies<>, vec3, vec3>);
 static_assert(!std::is_constructible_v<quat, float, float, float, float>);
 static_assert(!std::is_convertible_v<point3, vec3> && !std::is_convertible_v<vec3, point3>);
+static_assert(!std::is_convertible_v<point3, position>);
+static_assert(!std::is_convertible_v<KXM4, mat4> && !std::is_convertible_v<KXQuat, quat>);
 static_assert(std::is_convertible_v<mat4 *, KXM4 *> && std::is_convertible_v<point3 *, KXP3 *>);
 
 /* What a compiler can do ahead. */
@@ -674,6 +723,24 @@ static_assert(mat4()(3, 3) == 1.0f && mat4()(0, 3) == 0.0f);
 struct WithMembers {
     double x, y, z;
 };
+
+/** Of a matrix with the elements 1, 2, 3 and so on, row by row. */
+template <std::size_t Size, typename Matrix>
+void check_elements(const Matrix &counted)
+{
+    std::array<float, Size> rows, copied;
+    std::iota(rows.begin(), rows.end(), 1.0f);
+    CHECK(same(rows, counted));
+    CHECK(same(rows, Matrix::from_rows(rows.data())));
+    CHECK(same(counted.transposed(), Matrix::from_columns(rows.data())));
+    counted.to_rows(copied.data());
+    CHECK(copied == rows);
+    counted.transposed().to_columns(copied.data());
+    CHECK(copied == rows);
+    Matrix written;
+    CHECK((written(0, 2) = counted(0, 2)) == 3.0f);
+    CHECK(written.m[0][2] == 3.0f);
+}
 
 } // namespace
 
@@ -688,32 +755,25 @@ TEST_CASE("other libraries' types")
     CHECK(vec3(1, 2, 3).to<WithMembers>().z == 3.0);
     CHECK(point3(1, 2, 3).to<std::array<float, 3>>()[1] == 2.0f);
 
-    std::array<float, 16> floats = {};
-    const mat4 m = mat4::translation({7, 8, 9});
-    m.to_columns(floats.data());
-    CHECK(floats[12] == 7.0f);
-    CHECK(mat4::from_columns(floats.data()) == m);
-    m.to_rows(floats.data());
-    CHECK(floats[3] == 7.0f);
-    CHECK(mat4::from_rows(floats.data()) == m);
-    CHECK(mat4::from_rows(floats.data()) != mat4::from_columns(floats.data()));
-    const mat3 n(1, 2, 3, 4, 5, 6, 7, 8, 9);
-    n.to_columns(floats.data());
-    CHECK(floats[1] == 4.0f);
-    CHECK(mat3::from_columns(floats.data()) == n);
+    CHECK(point4(1, 2, 3, 4).to<std::array<float, 4>>()[3] == 4.0f);
+    check_elements<9>(mat3(1, 2, 3, 4, 5, 6, 7, 8, 9));
+    check_elements<16>(mat4(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16));
 }
 
 TEST_CASE("what {} makes")
 {
-    CHECK(vec3{} == vec3(0, 0, 0));
+    CHECK((same(KXP2{}, vec2{}) && same(KXP2{}, point2{}) && same(KXV3{}, vec3{}) &&
+           same(KXP3{}, point3{}) && same(KXPosition{}, position{}) && same(KXPlane{}, plane{}) &&
+           same(KXLine{}, line{}) && same(KXRay{}, ray{})));
     CHECK(point4{} == point4(point3{}));
     CHECK(point4(vec3{}).w == 0.0f);
     CHECK(mat4{}.is_identity());
     CHECK(mat3{}.is_identity());
     CHECK(quat{} * vec3(1, 2, 3) == vec3(1, 2, 3));
-    CHECK(position{}.matrix(order::xyz) == mat4{});
+    CHECK(same(KXPosition{1, 2, 3, 0, 0, 0}, position({1, 2, 3})));
     CHECK(*mat4{}.inverse() == mat4{}); // by value: seven of its zeros are negative
-    CHECK(components{}.matrix() == mat4{});
+    CHECK(same(KXComponents{1, 1, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1}, components{}));
+    CHECK(plane(1, 2, 3, 4).normal() == vec3(1, 2, 3));
     box b;
     CHECK(!b.is_valid());
     CHECK(b.include(point3(1, 2, 3)));
