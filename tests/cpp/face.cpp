@@ -708,7 +708,7 @@ template <typename A, typename B>
 constexpr bool adds = std::is_invocable_v<std::plus<>, A, B>;
 static_assert(adds<vec3, vec3> && adds<point3, vec3> && adds<vec3, point3>);
 static_assert(!adds<point3, point3> && !adds<vec3, float>);
-static_assert(!std::is_invocable_v<std::multiplies<>, vec3, vec3>);
+static_assert(!std::is_invocable_v<std::divides<>, vec3, vec3>);
 static_assert(!std::is_constructible_v<quat, float, float, float, float>);
 static_assert(!std::is_convertible_v<point3, vec3> && !std::is_convertible_v<vec3, point3>);
 static_assert(!std::is_convertible_v<point3, position>);

@@ -99,4 +99,5 @@ TEST_CASE("KXV3Combine")
     check("products stay wide", {8191, 8191, 8191}, {8192, 8192, 8192}, 8193, -8192, {-1, -1, -1});
     check("a weight of 0 takes part", {0x1p60f, 1, 1}, {1, -0.0f, -0.0f}, 0, 1, {1, 0, 0});
     check("a second weight of 0", {-0.0f, -0.0f, 1}, {1, 1, 0x1p60f}, 1, 0, {0, 0, 1});
+    check("weights of 0 leave signs", {-1, 1, -1}, {-1, 1, 1}, 0, 0, {-0.0f, 0, 0});
 }

@@ -101,6 +101,9 @@ TEST_CASE("KXMatrixToQuat")
             {-1, 0.428571433f, 4, 0},
             {0, 0, 0, 1}}},
           {-0.325166255f, 1.43073142f, 1.64750898f, 1.14892066f});
+    check("a trace above 0, below the tolerance",
+          {{{1, 2, 3, 0}, {4, -1, 5, 0}, {6, 7, 0x1p-21f, 0}, {0, 0, 0, 1}}},
+          {0.999999762f, -1.49999964f, 0.999999762f, 0.500000119f});
     check("a trace of 0, a tie, and a last row and column not read",
           {{{0, 1, 2, 9}, {3, 0, 4, 9}, {6, 8, 0, 9}, {9, 9, 9, 9}}}, {0.5f, 2, 4, 2});
     check("a trace below 1, added from left to right",

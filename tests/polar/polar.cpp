@@ -82,7 +82,7 @@ TEST_CASE("KXREAToPoint and KXEAToVector")
     check("along X", 2, 0, quarter_turn, {2, 0, -8.74227766e-08f});
     check("up", 2, quarter_turn, 0, {-0.0f, 2, -8.74227766e-08f});
     check("no range leaves the signs", 0, -0.5f, -2, {-0.0f, -0.0f, -0.0f});
-    check("general", 10, 0.5f, 0.25f, {2.17117405f, 4.79425526f, 8.50300598f});
+    check("no sine single", -7.9f, 0.4f, 1, {-6.12286425f, -3.07640505f, -3.93144584f});
     const KXP3 general = {0.797983587f, -0.47942555f, -0.365203202f};
     check("of length 1", 1, -0.5f, 2, general);
     const auto check_vector = rows_of(KXEAToVector);

@@ -200,6 +200,9 @@ TEST_CASE("KXRayIxBox")
     check("a step below it", unit, {{0.5f, 5, 5}, {below_tolerance, 1, 1}}, 1);
     check("products with a wide reciprocal", unit, {{-3, -2, -3}, {6, 4, 5}}, 1,
           {0.600000024f, 0.400000006f, 4.4408921e-16f});
+    check("a contact next to a face is not moved to it", {{-0.3f, -0.6f, 0.3f}, {1.8f, 0, 2.9f}},
+          {{-1.5f, 3.6f, 4.1f}, {7.9f, -9.5f, -3.9f}}, 1,
+          {1.49368417f, 4.4408921e-16f, 2.62210512f});
     check("missed by a product", unit, {{2.7f, 0.9f, -0.3f}, {-1.7f, -0.9f, 1.2f}}, 0);
     check("met by a wide reciprocal", unit, {{4, 0, -5}, {-4, 1, 5}}, 1, {0, 1, 0});
     check("missed by wide parameters", unit, {{-4.6f, 2.9f, 2.1f}, {4.6f, -2.9f, -0x1.666664p+0f}},

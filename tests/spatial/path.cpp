@@ -45,6 +45,6 @@ TEST_CASE("KXRayPointDistance")
     check("on the line", {{0, 0, 0}, {1, 0, 0}}, {3, 0, 0}, 0);
     check("times the direction's length", {{0, 0, 0}, {2, 0, 0}}, {3, 4, 0}, 8);
     check("no direction", {{0, 0, 0}, {0, 0, 0}}, {3, 4, 0}, 0);
-    check("each single, and each that is not; the order of the squares",
-          {{0.2f, 4.9f, 2.2f}, {3, 4.1f, 4.8f}}, {0.6f, 0.7f, -3.1f}, 22.864709521422906);
+    check("each single, and each that is not; no hypotenuse; squares in order",
+          {{5.9f, 1.3f, 9.4f}, {-4.7f, -8.3f, 6.9f}}, {0.2f, -4.9f, 1.9f}, 130.09083639320193);
 }
