@@ -10,6 +10,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <fuzzer/FuzzedDataProvider.h>
 
 namespace
 {
@@ -17,7 +18,7 @@ namespace
 class Bytes
 {
 public:
-    Bytes(const std::uint8_t *bytes, std::size_t size) : at(bytes), end(bytes + size), generated("")
+    Bytes(const std::uint8_t *bytes, std::size_t size) : given(bytes, size), generated("")
     {
         using test::Kind;
         constexpr Kind kinds[] = {Kind::lattice, Kind::ordinary, Kind::boundary, Kind::any_bits,
@@ -37,8 +38,8 @@ public:
 
     std::uint32_t word()
     {
-        const std::uint32_t given = next_word();
-        return structured ? generated.word() ^ given : given;
+        const auto altered = given.ConsumeIntegral<std::uint32_t>();
+        return structured ? generated.word() ^ altered : altered;
     }
 
     std::uint32_t below(std::uint32_t limit)
@@ -73,18 +74,10 @@ public:
     }
 
 private:
+    /** 0 after the last. */
     std::uint8_t next()
     {
-        return at == end ? 0 : *at++;
-    }
-
-    std::uint32_t next_word()
-    {
-        std::uint32_t word = 0;
-        for (int i = 0; i < 4; ++i) {
-            word = word << 8 | next();
-        }
-        return word;
+        return given.ConsumeIntegral<std::uint8_t>();
     }
 
     template <typename Record>
@@ -93,12 +86,12 @@ private:
         std::uint32_t words[sizeof(Record) / 4];
         std::memcpy(words, record, sizeof words);
         for (std::uint32_t &word : words) {
-            word ^= next_word();
+            word ^= given.ConsumeIntegral<std::uint32_t>();
         }
         std::memcpy(record, words, sizeof words);
     }
 
-    const std::uint8_t *at, *end;
+    FuzzedDataProvider given;
     test::Inputs generated;
     bool structured = false;
 };

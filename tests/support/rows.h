@@ -15,6 +15,19 @@
 namespace test
 {
 
+using WordList = std::vector<std::uint32_t>;
+
+template <typename Value>
+void append(WordList *words, const Value &value)
+{
+    static_assert(sizeof(Value) % 4 == 0);
+    const auto more = bits_as<Words<Value>>(value);
+    words->insert(words->end(), more.begin(), more.end());
+}
+
+template <typename Argument>
+constexpr std::size_t words_of = sizeof(std::remove_pointer_t<Argument>) / 4;
+
 template <typename Argument>
 constexpr bool is_output =
     std::is_pointer_v<Argument> && !std::is_const_v<std::remove_pointer_t<Argument>>;
@@ -23,8 +36,6 @@ constexpr bool is_output =
 template <typename Argument>
 using InRow = std::conditional_t<std::is_pointer_v<Argument>,
                                  const std::remove_pointer_t<Argument> &, Argument>;
-template <typename Argument>
-constexpr std::size_t words_in_row = sizeof(std::remove_pointer_t<Argument>) / 4;
 
 /** Makes the arguments of a row's call, a maker of `catalogue::argument`. */
 struct RowRecords {
@@ -55,7 +66,7 @@ struct RowRecords {
             area.used = true;
             area.start = Area::guard + 1; // at addresses that only a float's alignment ties
             area.count = 1;
-            area.record_words = words_in_row<Pointee *>;
+            area.record_words = words_of<Pointee *>;
             area.words.fill(marker);
         }
         std::uint32_t *const words = area.words.data() + area.start;
@@ -82,7 +93,7 @@ void check_row(const std::string &label, const catalogue::Entry<Result (*)(Argum
     if (!records.fits) {
         return;
     }
-    words += ((outputs_are_given || !is_output<Arguments> ? words_in_row<Arguments> : 0) + ...);
+    words += ((outputs_are_given || !is_output<Arguments> ? words_of<Arguments> : 0) + ...);
     Areas wanted = records.areas;
     if constexpr (std::is_void_v<Result>) {
         std::apply(entry.function, arguments);
@@ -95,7 +106,7 @@ void check_row(const std::string &label, const catalogue::Entry<Result (*)(Argum
     const auto want = [&](auto argument) {
         if constexpr (is_output<decltype(argument)>) {
             void *const record = moved(argument, records.areas, wanted);
-            for (std::size_t i = 0; i < words_in_row<decltype(argument)>; ++i, ++words) {
+            for (std::size_t i = 0; i < words_of<decltype(argument)>; ++i, ++words) {
                 if (record != nullptr && *words != marker) {
                     static_cast<std::uint32_t *>(record)[i] = *words;
                 }
@@ -119,12 +130,8 @@ auto rows_of_entry(std::tuple<Row...> *, const Entry &entry)
 {
     return std::function<void(const std::string &, Row...)>(
         [entry](const std::string &label, Row... row) {
-            std::vector<std::uint32_t> words;
-            const auto append = [&words](const auto &part) {
-                const auto bits = bits_as<Words<std::decay_t<decltype(part)>>>(part);
-                words.insert(words.end(), bits.begin(), bits.end());
-            };
-            (append(row), ...);
+            WordList words;
+            (append(&words, row), ...);
             for (const char *s = entry.sharings; s != nullptr; s = catalogue::next_sharing(s)) {
                 check_row(label + ", as " + std::string(s, std::strcspn(s, " ")), entry, s,
                           words.data(), outputs_are_given);
