@@ -2,7 +2,6 @@
 #include "in_c.c"
 
 #include "support/check.h"
-#include "support/digest.h"
 
 #include <cmath>
 #include <initializer_list>

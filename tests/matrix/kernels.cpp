@@ -5,7 +5,6 @@
 #include "kernels.h"
 
 #include "support/check.h"
-#include "support/digest.h"
 #include "support/environment.h"
 #include "support/inputs.h"
 
@@ -46,8 +45,8 @@ int raised_by(Call call)
 std::string difference(const std::vector<float> &wanted, const std::vector<float> &got)
 {
     for (std::size_t i = 0; i < wanted.size(); ++i) {
-        const auto w = test::bits_of(wanted[i]), g = test::bits_of(got[i]);
-        if (w != g && !(test::is_nan(w) && test::is_nan(g))) {
+        const auto w = bits_as<std::uint32_t>(wanted[i]), g = bits_as<std::uint32_t>(got[i]);
+        if (w != g && !(is_nan(w) && is_nan(g))) {
             return ", float " + std::to_string(i) + ": wanted " + show(w) + ", got " + show(g);
         }
     }

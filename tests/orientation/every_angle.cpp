@@ -8,13 +8,14 @@
  * A quaternion about X has those of half its angle, unchanged; the orientation about one axis those
  * of the angle, with zero for what is below 1e-07.
  */
+#include "support/digest.h"
+
 #include <kxmaths5.h>
 
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
 namespace
 {
@@ -29,7 +30,7 @@ unsigned long wrong = 0;
 
 bool is_same(float a, float b)
 {
-    return std::memcmp(&a, &b, sizeof a) == 0;
+    return test::bits_as<std::uint32_t>(a) == test::bits_as<std::uint32_t>(b);
 }
 
 float or_zero(float value)
@@ -63,8 +64,7 @@ const char *fault_of(float angle)
 
 void try_angle(std::uint32_t bits)
 {
-    float angle = 0;
-    std::memcpy(&angle, &bits, sizeof angle);
+    const auto angle = test::bits_as<float>(bits);
     ++tried;
     const char *const fault = fault_of(angle);
     if (fault != nullptr && ++wrong <= 10) {
@@ -88,9 +88,7 @@ int main(int argc, char **argv)
         try_angle(static_cast<std::uint32_t>(bits) | sign_bit);
     }
     for (int n = 1; step > 1 && n <= quarter_turns; n += 101) {
-        const float angle = static_cast<float>(n * quarter_turn);
-        std::uint32_t bits = 0;
-        std::memcpy(&bits, &angle, sizeof bits);
+        const auto bits = test::bits_as<std::uint32_t>(static_cast<float>(n * quarter_turn));
         try_angle(bits);
         try_angle(bits | sign_bit);
     }

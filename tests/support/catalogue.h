@@ -126,8 +126,9 @@ std::tuple<Arguments...> arguments(const Entry<Result (*)(Arguments...)> &, cons
     return arguments<Arguments...>(sharing, maker, std::index_sequence_for<Arguments...>());
 }
 
+/** Calls `visit` with every function's entry. */
 template <typename Visit>
-void foundations(Visit &visit)
+void for_every_function(Visit &&visit)
 {
     visit(KX_ENTRY(KXV3Length, "a", nothing_more));
     visit(KX_ENTRY(KXV3Normalise, "ab aa", short_is_copied).moves_nans());
@@ -149,11 +150,7 @@ void foundations(Visit &visit)
     visit(KX_ENTRY(KXP3ChangeNUnits, "..#a ..0-", nothing_more).words_below(10));
     visit(KX_ENTRY(KXP4ChangeNUnits, "..#a ..0-", nothing_more).words_below(10).writes(0x7));
     visit(KX_ENTRY(KXPlaneChangeNUnits, "..#a ..0-", nothing_more).words_below(10).writes(0x8));
-}
 
-template <typename Visit>
-void matrices(Visit &visit)
-{
     visit(KX_ENTRY(KXM4Determinant, "a", nothing_more));
     visit(KX_ENTRY(KXM3Determinant, "a", nothing_more));
     visit(KX_ENTRY(KXM4Mult, "abc aab aba abb aaa", nothing_more));
@@ -193,11 +190,7 @@ void matrices(Visit &visit)
     visit(KX_ENTRY(KXM4NP4, "a#bc a#bb -0--", nothing_more));
     visit(KX_ENTRY(KXM4Inverse, "ab", affine_refusal_writes_nothing));
     visit(KX_ENTRY(KXM3Inverse, "ab aa", nothing_more).untouched_on(1));
-}
 
-template <typename Visit>
-void orientation(Visit &visit)
-{
     // Two orders more than there are.
     visit(KX_ENTRY(KXM4Orientation, "ab.... aa.... a-.... -b.... --....", both_are_oriented)
               .words_below(8));
@@ -212,11 +205,7 @@ void orientation(Visit &visit)
     visit(KX_ENTRY(KXQuatToMatrix, "ab", nothing_more));
     visit(KX_ENTRY(KXMatrixToQuat, "ab", nothing_more));
     visit(KX_ENTRY(KXM4Projection1, "ab...", nothing_more));
-}
 
-template <typename Visit>
-void spatial(Visit &visit)
-{
     visit(KX_ENTRY(KXTransformBox, "abc aba", inverted_box_is_copied));
     visit(KX_ENTRY(KXPutPointInBox, "ab", nothing_more).untouched_on(0));
     visit(KX_ENTRY(KXCombineBoxes, "ab aa", nothing_more));
@@ -226,34 +215,19 @@ void spatial(Visit &visit)
     visit(KX_ENTRY(KXTransformLine, "abc aba", nothing_more));
     visit(KX_ENTRY(KXTransformRay, "abc aba", nothing_more));
     visit(KX_ENTRY(KXRayPointDistance, "ab", nothing_more));
-    visit(KX_ENTRY(KXLineIxBox, "abc ab-", line_without_contact));
-    visit(KX_ENTRY(KXRayIxBox, "abc ab-", ray_without_contact));
-    visit(KX_ENTRY(KXLineIxTriangle, "abCd", line_along_plane_misses));
-    visit(KX_ENTRY(KXRayIxTriangle, "abCd", ray_along_plane_misses));
+    visit(KX_ENTRY(KXLineIxBox, "abc ab-", without_contact));
+    visit(KX_ENTRY(KXRayIxBox, "abc ab-", without_contact));
+    visit(KX_ENTRY(KXLineIxTriangle, "abCd", misses_along_plane));
+    visit(KX_ENTRY(KXRayIxTriangle, "abCd", misses_along_plane));
     visit(KX_ENTRY(KXPlaneEquation, "abcd aabd abad abbd aaad", refusal_gives_plane_across_x));
     visit(KX_ENTRY(KXRotateInPlane, "ab. aa.", nothing_more).shows_roundings_when_shared());
-}
 
-template <typename Visit>
-void polar(Visit &visit)
-{
     visit(KX_ENTRY(KXRange, "ab aa", nothing_more));
     visit(KX_ENTRY(KXBearing, "ab aa", nothing_more));
     visit(KX_ENTRY(KXREAToPoint, "...a", nothing_more));
     visit(KX_ENTRY(KXEAToVector, "..a", nothing_more));
     visit(KX_ENTRY(KXPointsToREA, "abcde aacde", nothing_more));
     visit(KX_ENTRY(KXVectorToEA, "abc", nothing_more));
-}
-
-/** Calls `visit` with every function's entry. */
-template <typename Visit>
-void for_every_function(Visit &&visit)
-{
-    foundations(visit);
-    matrices(visit);
-    orientation(visit);
-    spatial(visit);
-    polar(visit);
 }
 
 } // namespace catalogue

@@ -2,6 +2,8 @@
 #ifndef KX_TESTS_CHECK_H
 #define KX_TESTS_CHECK_H
 
+#include "digest.h"
+
 #include "kxmaths5.h"
 
 #include <doctest/doctest.h>
@@ -39,15 +41,6 @@ constexpr KXM3 unit3 = {{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
 
 /** Fills what a function must not write. As a float it is an ordinary, odd number. */
 constexpr std::uint32_t marker = 0x4b3c2d1eU;
-
-template <typename To, typename From>
-To bits_as(const From &from)
-{
-    static_assert(sizeof(To) == sizeof(From));
-    To to;
-    std::memcpy(&to, &from, sizeof to);
-    return to;
-}
 
 template <typename Record>
 using Words = std::array<std::uint32_t, sizeof(Record) / 4>;

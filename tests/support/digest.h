@@ -9,18 +9,13 @@
 namespace test
 {
 
-inline std::uint32_t bits_of(float value)
+template <typename To, typename From>
+To bits_as(const From &from)
 {
-    std::uint32_t bits;
-    std::memcpy(&bits, &value, sizeof bits);
-    return bits;
-}
-
-inline float float_of(std::uint32_t bits)
-{
-    float value;
-    std::memcpy(&value, &bits, sizeof value);
-    return value;
+    static_assert(sizeof(To) == sizeof(From));
+    To to;
+    std::memcpy(&to, &from, sizeof to);
+    return to;
 }
 
 inline bool is_nan(std::uint32_t bits)
@@ -55,7 +50,7 @@ public:
     /** Results of a sine may differ in the last bit of a double, so singles are what counts. */
     void result(double value)
     {
-        computed(bits_of(static_cast<float>(value)));
+        computed(bits_as<std::uint32_t>(static_cast<float>(value)));
     }
 
     void result(std::int32_t value)

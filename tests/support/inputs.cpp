@@ -61,18 +61,18 @@ void Inputs::use(Kind chosen)
 std::uint32_t Inputs::number_bits()
 {
     const auto quarter = [this] {
-        return bits_of((static_cast<float>(below(33)) - 16.0f) * 0.25f);
+        return bits_as<std::uint32_t>((static_cast<float>(below(33)) - 16.0f) * 0.25f);
     };
     switch (kind) {
     case Kind::lattice:
         return below(32) == 0 ? 0x80000000U : quarter();
     case Kind::ordinary:
-        return bits_of((static_cast<float>(word() >> 8) - 8388608.0f) * 0x1p-20f);
+        return bits_as<std::uint32_t>((static_cast<float>(word() >> 8) - 8388608.0f) * 0x1p-20f);
     case Kind::boundary: {
         if (below(4) == 0) {
             return quarter();
         }
-        const std::uint32_t at = bits_of(constants[below(std::size(constants))]);
+        const std::uint32_t at = bits_as<std::uint32_t>(constants[below(std::size(constants))]);
         const std::uint32_t beside = at + below(3) - (at == 0 ? 0U : 1U);
         return beside | (word() & 0x80000000U);
     }
@@ -92,7 +92,7 @@ std::uint32_t Inputs::number_bits()
 
 float Inputs::number()
 {
-    return float_of(number_bits());
+    return bits_as<float>(number_bits());
 }
 
 /** A rotation from a quaternion of small integers: quarter turns and others, with no sine in it. */
@@ -149,20 +149,13 @@ void Inputs::fill(KXM3 *m)
     if (kind == Kind::moved_nans) {
         return;
     }
-    switch (below(8)) {
-    case 0:
+    const std::uint32_t form = below(8);
+    if (form == 0) {
         make_near_unit(m->m);
-        break;
-    case 1:
+    } else if (form == 1) {
         make_singular(m->m);
-        break;
-    case 2:
-    case 3:
-    case 4:
+    } else if (form < 5) {
         set_last_row(m->m);
-        break;
-    default:
-        break;
     }
 }
 

@@ -101,57 +101,45 @@ inline bool inverted_box_is_copied(const TransformBox &was, const TransformBox &
     return !is_inverted(*box) || same(*box, *out);
 }
 
-/** Without a contact the point is the start, or untouched. */
-using LineBox = std::tuple<const KXLine *, const KXBox *, KXP3 *>;
-inline bool line_without_contact(const LineBox &was, const LineBox &is, std::int32_t verdict)
+inline KXV3 step_of(const KXLine &line)
 {
-    const auto [line, box, before] = was;
-    const KXP3 *const point = std::get<2>(is);
-    if (verdict == 1) {
-        return !is_inverted(*box);
-    }
-    return point == nullptr || same(*before, *point) ||
-           (!is_inverted(*box) && same(line->start, *point));
+    return {line.end.x - line.start.x, line.end.y - line.start.y, line.end.z - line.start.z};
+}
+inline KXV3 step_of(const KXRay &ray)
+{
+    return ray.direction;
 }
 
-using RayBox = std::tuple<const KXRay *, const KXBox *, KXP3 *>;
-inline bool ray_without_contact(const RayBox &was, const RayBox &is, std::int32_t verdict)
+/** Without a contact the point is the start; with an inverted box, and for lines, untouched. */
+template <typename Path>
+bool without_contact(const std::tuple<const Path *, const KXBox *, KXP3 *> &was,
+                     const std::tuple<const Path *, const KXBox *, KXP3 *> &is,
+                     std::int32_t verdict)
 {
-    const auto [ray, box, before] = was;
-    const KXP3 *const point = std::get<2>(is);
-    if (verdict == 1) {
-        return !is_inverted(*box);
+    const auto [path, box, before] = was;
+    const KXP3 *const point = std::get<2>(is), *const start = reinterpret_cast<const KXP3 *>(path);
+    const bool inverted = is_inverted(*box);
+    if (verdict == 1 || point == nullptr) {
+        return verdict != 1 || !inverted;
     }
-    return point == nullptr || same(is_inverted(*box) ? *before : ray->origin, *point);
+    const bool may_be_untouched = inverted || std::is_same_v<Path, KXLine>;
+    return (may_be_untouched && same(*before, *point)) || (!inverted && same(*start, *point));
 }
 
 /** Along a plane there is never a hit, and the point is untouched. */
 template <typename Path>
 using PathTriangle = std::tuple<const Path *, const KXTriangle *, const KXP3 *, KXP3 *>;
-
 template <typename Path>
 bool misses_along_plane(const PathTriangle<Path> &was, const PathTriangle<Path> &is,
-                        std::int32_t verdict, const KXV3 &step)
+                        std::int32_t verdict)
 {
     const KXPlane &plane = std::get<1>(was)->plane;
+    const KXV3 step = step_of(*std::get<0>(was));
     const double x = static_cast<double>(plane.a) * static_cast<double>(step.x);
     const double y = static_cast<double>(plane.b) * static_cast<double>(step.y);
     const double z = static_cast<double>(plane.c) * static_cast<double>(step.z);
     const bool is_along = std::fabs(x) + std::fabs(y) + std::fabs(z) < 0.999e-6; // once rounded too
     return !is_along || (verdict == 0 && same(*std::get<3>(was), *std::get<3>(is)));
-}
-
-inline bool line_along_plane_misses(const PathTriangle<KXLine> &was, const PathTriangle<KXLine> &is,
-                                    std::int32_t verdict)
-{
-    const KXP3 &from = std::get<0>(was)->start, &to = std::get<0>(was)->end;
-    return misses_along_plane(was, is, verdict, {to.x - from.x, to.y - from.y, to.z - from.z});
-}
-
-inline bool ray_along_plane_misses(const PathTriangle<KXRay> &was, const PathTriangle<KXRay> &is,
-                                   std::int32_t verdict)
-{
-    return misses_along_plane(was, is, verdict, std::get<0>(was)->direction);
 }
 
 using PlaneEquation = std::tuple<const KXP3 *, const KXP3 *, const KXP3 *, KXPlane *>;
