@@ -137,7 +137,7 @@ EXPORT(replay_start) void replay_start(bool change_a_bit)
     run.emplace(replay::seed);
     if (change_a_bit) {
         float &x = run->bodies[0].place.x;
-        x = test::float_of(test::bits_of(x) ^ 1);
+        x = test::bits_as<float>(test::bits_as<std::uint32_t>(x) ^ 1);
     }
 }
 

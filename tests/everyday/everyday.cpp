@@ -213,21 +213,20 @@ TEST_CASE("projections")
     for (const Depths &depths :
          {Depths{KX_DEPTH_0_TO_1, 0, 1}, Depths{KX_DEPTH_MINUS_1_TO_1, -1, 1},
           Depths{KX_DEPTH_1_TO_0, 1, 0}}) {
-        const KXM4 here = {{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}, {0, 0, 0, 1}}};
         KXM4 m;
         // 90 degrees high and twice as wide.
         kx_perspective(pi / 2, 2.0f, 0.5f, 100.0f, depths.range, &m);
         check_about("nearest, right and top", {1, 1, depths.nearest},
-                    seen(m, here, {1, 0.5f, -0.5f}));
+                    seen(m, unit4, {1, 0.5f, -0.5f}));
         check_about("farthest, left and bottom", {-1, -1, depths.farthest},
-                    seen(m, here, {-200, -100, -100}));
+                    seen(m, unit4, {-200, -100, -100}));
         kx_perspective(pi / 2, 2.0f, 0.5f, infinity, depths.range, &m);
-        check_about("with no end", {0, 0, depths.nearest}, seen(m, here, {0, 0, -0.5f}));
-        check_about("and far away", {0, 0, depths.farthest}, seen(m, here, {0, 0, -1e8f}));
+        check_about("with no end", {0, 0, depths.nearest}, seen(m, unit4, {0, 0, -0.5f}));
+        check_about("and far away", {0, 0, depths.farthest}, seen(m, unit4, {0, 0, -1e8f}));
         kx_orthographic(-2.0f, 6.0f, 1.0f, 3.0f, -1.0f, 9.0f, depths.range, &m);
         check_about("nearest, left and bottom", {-1, -1, depths.nearest},
-                    seen(m, here, {-2, 1, 1}));
-        check_about("farthest, right and top", {1, 1, depths.farthest}, seen(m, here, {6, 3, -9}));
+                    seen(m, unit4, {-2, 1, 1}));
+        check_about("farthest, right and top", {1, 1, depths.farthest}, seen(m, unit4, {6, 3, -9}));
     }
 
     KXP3 out = {7, 7, 7};

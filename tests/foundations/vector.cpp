@@ -25,23 +25,18 @@ TEST_CASE("KXV3Length and KXV3Normalise")
           {tolerance, 1.6e-14f, 0}, tolerance);
 }
 
+// Nor do a hypotenuse, a scaling by the largest or any other order give these last bits.
 TEST_CASE("KXV3Length adds x first, KXV3Normalise z")
 {
-    const KXV3 large_x = {1.5f, 1.4e-08f, 1.4e-08f}, large_z = {1.4e-08f, 1.4e-08f, 1.5f};
-    KXV3 out;
-    check_same("length", 1.5, KXV3Length(&large_x));
-    check_same("length", 1.5000000000000002, KXV3Length(&large_z));
-    check_same("normalise", 1.5000000000000002, KXV3Normalise(&large_x, &out));
-    check_same("normalise", 1.5, KXV3Normalise(&large_z, &out));
-}
-
-// No other order, and neither a hypotenuse nor a scaling by the largest, gives these last bits.
-TEST_CASE("KXV3Length and KXV3Normalise are the root of the plain sum of squares")
-{
-    const KXV3 v = {-0.8f, -6.2f, -0.2f}, n = {-3.6f, -0.2f, -5.4f};
-    KXV3 out;
-    check_same("length", 6.2545981209949293, KXV3Length(&v));
-    check_same("normalise", 6.493073258828586, KXV3Normalise(&n, &out));
+    const auto check = [](const KXV3 &v, double length, double normalised) {
+        KXV3 out;
+        check_same("length", length, KXV3Length(&v));
+        check_same("normalise", normalised, KXV3Normalise(&v, &out));
+    };
+    check({1.5f, 1.4e-08f, 1.4e-08f}, 1.5, 1.5000000000000002);
+    check({1.4e-08f, 1.4e-08f, 1.5f}, 1.5000000000000002, 1.5);
+    check({-0.8f, -6.2f, -0.2f}, 6.2545981209949293, 6.2545981209949302);
+    check({-3.6f, -0.2f, -5.4f}, 6.4930732588285851, 6.493073258828586);
 }
 
 TEST_CASE("KXV3Scale")
