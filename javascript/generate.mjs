@@ -72,7 +72,7 @@ const parameter = (plan, each) => (each.isIn ? "out" : each.js);
 
 function parameters(plan) {
   const make = (each) => {
-    const made = each.type === "KXTriangle" ? "Uint32Array(17)" : `Float32Array(${plan.array ? `${plan.array.js}.length` : each.size})`;
+    const made = each.type === "KXTriangle" ? "Uint32Array(17)" : `Float32Array(${plan.array ? `${plan.array.js}?.length` : each.size})`;
     return `${parameter(plan, each)} = new ${made}`;
   };
   return [...plan.inputs.map((each) => each.js), ...optional(plan).map(make)].join(", ");
@@ -116,7 +116,7 @@ function arrayFunction(plan) {
   const copy = plan.outputs[0] === plan.array
     ? [`  if (source !== target) heap.floats.copyWithin(target >> 2, source >> 2, (source >> 2) + count * ${plan.array.size});`] : [];
   return [...head,
-    `return heap.many(${plan.array.js}, ${parameter(plan, plan.outputs[0])}, ${plan.array.size}, "${plan.js}", (count, source, target) => {`,
+    `return heap.many(${plan.array.js}, ${parameter(plan, plan.outputs[0])}, ${plan.array.size}, "${plan.js}", "${plan.array.js}", (count, source, target) => {`,
     ...copy, `  w.${plan.symbol}(${args.join(", ")});`, "});"];
 }
 

@@ -80,7 +80,7 @@ export class Heap {
   }
 
   putVertices(index, corners, vertices, name) {
-    if (!(vertices instanceof Float32Array)) refuse(TypeError, "vertices", `is of the type ${kindOf(vertices)}, not Float32Array`);
+    if (!(vertices instanceof Float32Array)) refuse(TypeError, `${name.split(":")[0]}: vertices`, `is of the type ${kindOf(vertices)}, not Float32Array`);
     const at = this.slot(index) >> 2;
     corners.forEach((vertex, corner) => {
       if (3 * vertex + 2 >= vertices.length) {
@@ -94,8 +94,8 @@ export class Heap {
    * Calls an array form: through this memory block by block, or where the arrays are if they are in it.
    * call(count, from, to) works in place too.
    */
-  many(from, to, size, name, call) {
-    for (const [array, what] of [[from, "the array"], [to, "out"]]) {
+  many(from, to, size, name, given, call) {
+    for (const [array, what] of [[from, given], [to, "out"]]) {
       if (!(array instanceof Float32Array)) refuse(TypeError, `${name}: ${what}`, `is of the type ${kindOf(array)}, not Float32Array`);
       if (array.length % size) refuse(RangeError, `${name}: ${what}`, `has ${array.length} floats, no multiple of ${size}`);
     }

@@ -1,6 +1,8 @@
 // What a host in TypeScript writes; checked by tsc, bundled by esbuild, and run.
 import * as kx from "kxmaths5";
 import { KX_ORDER_YXZ, KXM4Inverse, KXM4NP3I1, KXM4Position, KXPointsToREA, record } from "kxmaths5";
+import { create } from "kxmaths5/core";
+import { bytes } from "kxmaths5/wasm";
 
 // What functions of each kind return; another type is refused here, whether it is wider or narrower.
 type Same<A, B> = [A, B] extends [B, A] ? true : false;
@@ -15,6 +17,11 @@ type Kinds = [
   Same<ReturnType<typeof kx.triangle>, Uint32Array | null>,
   Same<ReturnType<typeof KXM4NP3I1>, Float32Array>,
   Same<ReturnType<typeof kx.createWorkspace>["array"], Float32Array>,
+  Same<Parameters<typeof kx.createWorkspace>, [number]>,
+  Same<Parameters<typeof kx.KXChangeUnits>, [number, number, number]>,
+  Same<Parameters<typeof record>, [string, Record<string, number>]>,
+  Same<Parameters<typeof create>, [Awaited<ReturnType<typeof WebAssembly.compile>>]>,
+  Same<ReturnType<typeof bytes>, Promise<Uint8Array>>,
 ];
 const kinds: Kinds extends true[] ? true : never = true;
 if (!kinds) throw new Error("types are not what they are");

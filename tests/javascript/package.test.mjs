@@ -1,6 +1,6 @@
 // The package as npm packs it: every function at the native bits, and what it refuses.
 import assert from "node:assert/strict";
-import { readFileSync } from "node:fs";
+import { readFileSync, readdirSync } from "node:fs";
 import test from "node:test";
 import { pathToFileURL } from "node:url";
 
@@ -15,10 +15,23 @@ const api = JSON.parse(readFileSync(new URL("api/kxmaths5.json", root)));
 const floats = (...numbers) => new Float32Array(numbers);
 const vertices = floats(0, 0, 1, 4, 0, 1, 0, 4, 1);
 
+const folder = new URL("./", import.meta.resolve("kxmaths5"));
+const types = ["core", "index"].map((name) => readFileSync(new URL(`${name}.d.ts`, folder), "utf8")).join("");
+/** Each function's parameters as its type has them, with something that fits. */
+const signatures = Array.from(types.matchAll(/\/\*\*\n((?:   \*.*\n)+)   \*\/\n  (\w+)\((.*)\): /g), ([, text, name, list]) => [
+  name,
+  list.split(", ").map((each) => {
+    const [, parameter, optional, type] = /(\w+)(\??): (.*)/.exec(each);
+    const floats = RegExp(`@param ${parameter} .*\\((\\d+) `).exec(text)?.[1];
+    const made = { Float32Array: new Float32Array(floats), Uint32Array: new Uint32Array(17) }[type] ?? 0;
+    return { parameter, optional, type, good: optional ? undefined : made };
+  }),
+]);
+
 test("digests of all functions are the native ones", async () => {
   const lines = [];
   const program = readFileSync(process.env.KX_DIGEST_PROGRAM);
-  assert.equal(await digests(program, api, kx, (text) => lines.push(text)), 0);
+  await digests(program, api, kx, (text) => lines.push(text));
   assert.equal(lines.join(""), readFileSync(new URL("tools/digest/digests.txt", root), "utf8"));
 });
 
@@ -80,6 +93,7 @@ test("arrays of any length, copied, in place, overlapping, and in a workspace", 
   assert.deepEqual(to.slice(), wanted);
   assert.deepEqual(space.KXM4NP3I1(m, from, new Float32Array(3 * count)), wanted, "out of the workspace");
   assert.deepEqual(space.KXP3ChangeNUnits(kx.KX_UNIT_FOOT, kx.KX_UNIT_INCH, from, to)[0], Math.fround(points[0] * 12));
+  kx.createWorkspace(6 * count).array.fill(7); // Another memory.
   assert.deepEqual(from.slice(), points);
   assert.equal(kx.KXM4NP3I1(m, new Float32Array(0)).length, 0);
 });
@@ -117,6 +131,32 @@ test("triangles, rays and the everyday functions", () => {
   assert.equal(kx.dot(floats(1, 2, 3), floats(4, 5, 6)), 32);
 });
 
+test("the package has its files, and its types the names, parameters and texts of what it exports", () => {
+  const modules = ["core", "index", "wasm"].flatMap((name) => [`${name}.d.ts`, `${name}.js`]);
+  assert.deepEqual(readdirSync(folder).sort(), ["LICENSE", "README.md", "arithmetic.js", "heap.js", "package.json", ...modules].sort());
+  const declared = types.matchAll(/^export (?:const|function) (\w+)/gm);
+  assert.deepEqual([...new Set(Array.from(declared, ([, name]) => name))].sort(), Object.keys(kx).sort());
+  assert.equal(signatures.length, api.functions.length + api.everyday.length);
+  for (const [name, parameters] of signatures) {
+    const made = /\((.*)\) \{/.exec(kx[name])[1].split(", ").map((each) => each.replace(/ = .*/, "?"));
+    assert.deepEqual(parameters.map(({ parameter, optional }) => parameter + optional), made, name);
+  }
+});
+
+test("of every function, arguments of another type or length are refused by their names", () => {
+  for (const [name, parameters] of signatures) {
+    for (const [at, { parameter, type }] of parameters.entries()) {
+      const isArray = type.includes("Array");
+      const wrong = [..."1", [1], new Float64Array(1), ...isArray ? [1, new Float32Array(1), new Uint32Array(1)] : [undefined, floats(1)]];
+      if (isArray && !type.includes("null")) wrong.push(null);
+      for (const value of wrong) {
+        assert.throws(() => kx[name](...parameters.map(({ good }, i) => (i === at ? value : good))),
+          ({ message }) => message.startsWith(`${name}: `) && message.includes(parameter), `${name}: ${parameter}`);
+      }
+    }
+  }
+});
+
 test("a module that the caller compiled", async () => {
   const module = new WebAssembly.Module(await bytes());
   assert.deepEqual(WebAssembly.Module.imports(module), []);
@@ -124,29 +164,22 @@ test("a module that the caller compiled", async () => {
 });
 
 const m = new Float32Array(16);
+const moved = new Float32Array(16);
+structuredClone(moved, { transfer: [moved.buffer] });
 for (const [what, call, Kind, words] of [
   ["a list", () => kx.KXM4Inverse([1, 2]), TypeError, "KXM4Inverse: m is of the type Array"],
   ["null", () => kx.KXM4P3I1(m, null), TypeError, "p is of the type null"],
-  ["doubles", () => kx.KXM4P3I1(m, new Float64Array(3)), TypeError, "p is of the type Float64Array"],
+  ["what another thread has", () => kx.KXM4Mult(m, moved), RangeError, "b has 0 floats, not 16"],
   ["a short record", () => kx.KXM4Mult(m, m.subarray(1)), RangeError, "b has 15 floats, not 16"],
   ["a long output", () => kx.KXM4Mult(m, m, new Float32Array(17)), RangeError, "out has 17 floats"],
-  ["a long point", () => kx.KXM4P3I1(m, new Float32Array(3), new Float32Array(4)), RangeError, "out has 4 floats, not 3"],
   ["a length", () => kx.KXM4NP3I1(m, m), RangeError, "no multiple of 3"],
   ["lengths", () => kx.KXM4NP3I1(m, m.subarray(1), m.subarray(4)), RangeError, "out has 12 floats, not 15"],
-  ["a text", () => kx.KXM4Scale(1, "2", 3), TypeError, "sy is of the type String"],
   ["a unit", () => kx.KXChangeUnits(0, 10, 1), RangeError, "to is 10, not an integer from 0 to 9"],
   ["a fraction", () => kx.KXBitCount(1.5), RangeError, "v is 1.5"],
   ["a negative word", () => kx.KXBitCount(-1), RangeError, "v is -1"],
   ["a vertex", () => kx.KXRayIxTriangle(new Float32Array(6), kx.triangle(vertices, 0, 1, 2), vertices.subarray(1)), RangeError, "vertex 2, and vertices has 2"],
   ["a corner", () => kx.triangle(vertices, 0, 1, 3), RangeError, "has the vertex 3"],
-  ["no triangle", () => kx.KXRayIxTriangle(new Float32Array(6), new Float32Array(17), vertices), TypeError, "not Uint32Array"],
-  ["doubles for a factor", () => kx.KXM4Mult(m, new Float64Array(16)), TypeError, "b is of the type Float64Array"],
-  ["an inverse's short output", () => kx.KXM4Inverse(kx.KXM4Scale(1, 1, 1), new Float32Array(15)), RangeError, "out has 15 floats"],
-  ["a list of vertices", () => kx.triangle([...vertices], 0, 1, 2), TypeError, "vertices is of the type Array"],
-  ["a text for a word", () => kx.KXBitCount("1"), TypeError, "v is of the type String"],
   ["a short triangle", () => kx.KXRayIxTriangle(new Float32Array(6), new Uint32Array(16), vertices), RangeError, "has 16 words, not 17"],
-  ["a short output", () => kx.triangle(vertices, 0, 1, 2, new Uint32Array(16)), RangeError, "has 16 words, not 17"],
-  ["floats for words", () => kx.triangle(vertices, 0, 1, 2, new Float32Array(17)), TypeError, "not Uint32Array"],
   ["a field", () => kx.record("KXPosition", { rotatex: 1 }), TypeError, "no field rotatex"],
   ["a record's name", () => kx.record("KXM4", {}), TypeError, "KXM4"],
 ]) {
