@@ -1,38 +1,43 @@
-// The page in a browser: each tab as a visitor uses it.
+// The page in a browser: each tab as a visitor uses it; and the npm package there.
 import assert from "node:assert/strict";
-import { execFileSync, spawn } from "node:child_process";
-import { mkdtempSync, writeFileSync } from "node:fs";
+import { execFileSync } from "node:child_process";
+import { copyFileSync, mkdtempSync, readFileSync, writeFileSync } from "node:fs";
 import { tmpdir } from "node:os";
 import { join } from "node:path";
 import test, { after, afterEach, before } from "node:test";
 
+import { build } from "esbuild";
 import { chromium } from "playwright-core";
 
 const root = process.env.KX_ROOT;
-let server, browser, address, page;
+const address = "https://page.test/any/where/";
+let browser, page;
 const complaints = [];
 
 before(async () => {
-  server = spawn("python3", ["-u", "-m", "http.server", "--bind", "127.0.0.1", "--directory", `${root}/build/playground/page`, "0"]);
-  const [said] = await new Promise((done) => server.stdout.once("data", (data) => done([String(data)])));
-  address = `http://127.0.0.1:${/port (\d+)/.exec(said)[1]}/`;
   browser = await chromium.launch({
     executablePath: "/usr/bin/chromium", args: ["--no-sandbox", "--use-angle=swiftshader", "--enable-unsafe-swiftshader"],
   });
 });
-after(async () => {
-  await browser?.close();
-  server?.kill();
-});
+after(() => browser?.close());
 
-/** Opens the page, and waits for its first picture. */
-async function visit(hash = "", { width = 1280, height = 900, ...options } = {}) {
-  page = await browser.newPage({ viewport: { width, height }, ...options });
+/** Opens an address, whose files are in a folder. */
+async function open(folder, hash, options) {
+  page = await browser.newPage(options);
   page.setDefaultTimeout(60000);
   page.on("pageerror", (error) => complaints.push(error.stack));
   page.on("console", (message) => ["error", "warning"].includes(message.type()) && complaints.push(message.text()));
-  page.on("request", (request) => request.url().startsWith(address) || complaints.push(`asks for ${request.url()}`));
+  await page.route("**/*", (route) => {
+    const url = route.request().url().replace(/#.*/, "");
+    if (!url.startsWith(address)) complaints.push(`asks for ${url}`);
+    return route.fulfill({ path: join(folder, url.slice(address.length) || "index.html") });
+  });
   await page.goto(address + hash);
+}
+
+/** Opens the page, and waits for its first picture. */
+async function visit(hash = "", { width = 1280, height = 900, ...options } = {}) {
+  await open(`${root}/build/playground/page`, hash, { viewport: { width, height }, ...options });
   await page.waitForFunction(() => performance.getEntriesByName("first picture").length);
 }
 // Nothing may be complained of in any of the tests.
@@ -54,6 +59,7 @@ const go = (hash) => page.evaluate((next) => { location.hash = next; }, hash);
 async function looks(selector, wanted) {
   const places = Object.entries(wanted).flatMap(([look, all]) => all.map((place) => [look, ...place]));
   const others = () => page.$eval(selector, (canvas, all) => {
+    canvas.scrollIntoView({ block: "center" });
     const { width, height } = canvas;
     if (width !== Math.round(canvas.clientWidth * devicePixelRatio)) return "stretched";
     const context = new OffscreenCanvas(width, height).getContext("2d", { willReadFrequently: true });
@@ -91,7 +97,7 @@ const drag = async ({ x, y }, to) => {
 const square = "v 9 9 5\nv 13 9 5\nv 13 13 5\nv 9 13 5\no one\nf 1 2 3\no other\nf 1 3 4\n";
 
 test("a mesh is placed by fields, sliders and orders, and read back", async (t) => {
-  await visit("", { permissions: ["clipboard-read", "clipboard-write"] });
+  await visit();
   t.diagnostic(`first picture after ${Math.round(await page.evaluate(() => performance.getEntriesByName("first picture")[0].startTime))} ms`);
   assert.equal(await page.innerText("#mesh-name"), "bunny.obj, 69,666 triangles");
   assert.match((await verdicts())[0], /^Rebuilds/);
@@ -123,14 +129,10 @@ test("a mesh is placed by fields, sliders and orders, and read back", async (t) 
   const read = (await texts("#readings article:nth-child(2) .parts td")).filter((each) => each).map(number);
   assert.deepEqual(read, [2, 1, 1, 30, 20, 90, 1, 2, 3, 0, 0, 0]);
 
-  await page.click("#link");
-  const copied = await page.waitForFunction(() => {
-    navigator.clipboard.readText().then((text) => { globalThis.copied = text; });
-    return globalThis.copied;
-  });
-  const [said, link] = [await matrix(), await copied.jsonValue()];
-  await page.close();
-  await visit(new URL(link).hash);
+  await inAddress("r=30,20,90");
+  const said = await matrix();
+  await page.reload();
+  await page.waitForSelector("#matrix td");
   assert.deepEqual(await matrix(), said);
   assert.ok(await page.isChecked("[name=order][value=XYZ]"));
 
@@ -221,7 +223,7 @@ test("a ray is cast at the mesh by mouse and keyboard", async () => {
 });
 
 test("pictures show each thing where it is, in its colour, lit from above", async () => {
-  await visit("", { height: 3000, deviceScaleFactor: 2 });
+  await visit("", { deviceScaleFactor: 2 });
   await drop("square.obj", square);
   const first = "#orders label:nth-child(3) canvas";
   for (const [hash, selector, wanted] of [
@@ -250,7 +252,9 @@ test("pictures show each thing where it is, in its colour, lit from above", asyn
     await go(`eye=0,0&${hash}`);
     await looks(selector, wanted);
   }
+  // In another size, and in the colours of the other theme.
   await page.setViewportSize({ width: 700, height: 900 });
+  await page.click("#theme");
   await looks("#scene-view", { ghost: [[-0.5, 0.5, 7.5], [1, -0.5, 8]] });
 });
 
@@ -342,7 +346,42 @@ test("digests and replay are those of the native build, and one bit changed is n
   await page.locator("#checkpoints .same").first().waitFor();
 });
 
+test("digests of all functions through the bundled package are the native ones", async () => {
+  const folder = mkdtempSync(join(tmpdir(), "playground-"));
+  await build({
+    stdin: {
+      contents: `
+        import * as kx from "kxmaths5";
+        import { digests } from "./tests/javascript/digest_host.mjs";
+        const [program, api] = await Promise.all(["digest.wasm", "kxmaths5.json"].map(async (name) => (await fetch(name)).arrayBuffer()));
+        const lines = [];
+        await digests(program, JSON.parse(new TextDecoder().decode(api)), kx, (text) => lines.push(text));
+        globalThis.printed = lines.join("");`,
+      resolveDir: root,
+    },
+    nodePaths: [`${root}/build/playground/source/node_modules`], bundle: true, minify: true, format: "esm", outfile: `${folder}/host.js`,
+  });
+  writeFileSync(`${folder}/index.html`, "<link rel=icon href=data:,><script type=module src=host.js></script>");
+  copyFileSync(`${root}/build/javascript/digest.wasm`, `${folder}/digest.wasm`);
+  copyFileSync(`${root}/api/kxmaths5.json`, `${folder}/kxmaths5.json`);
+  await open(folder, "");
+  await page.waitForFunction("globalThis.printed");
+  assert.equal(await page.evaluate("printed"), readFileSync(`${root}/tools/digest/digests.txt`, "utf8"));
+});
+
 test("any address, a narrow screen, and both themes", async () => {
+  // All that is shown comes from the address, and gets back there.
+  const all = "#tab=pick&p=1,2,3&r=4,5,6&s=7,8,9&order=XZY&scale=last&eye=5,6&ray=1,2,3,4,5,6&box=1,2,3,4,5,6&path=6,5,4,3,2,1&triangle=1,2,3,4,5,6,7,8,9&as=line";
+  await visit(all, { permissions: ["clipboard-read", "clipboard-write"] });
+  await page.focus("#scene-view");
+  await page.keyboard.press("ArrowRight");
+  await page.click("#link");
+  const copied = await page.waitForFunction(() => {
+    navigator.clipboard.readText().then((text) => { globalThis.copied = text; });
+    return globalThis.copied;
+  });
+  assert.equal(await copied.jsonValue(), address + all.replace("eye=5", "eye=10"));
+  await page.close();
   const background = () => page.evaluate(() => getComputedStyle(document.documentElement).backgroundColor);
   await visit("#tab=none&p=1,2&r=a,b,c&order=&ray=1,2&eye=NaN,1&box=Infinity,0,0,1,1,1&unknown=1", { width: 360, height: 740, colorScheme: "dark" });
   assert.equal(await page.inputValue("input[type=number][data-at=p0]"), "0.5");
