@@ -69,16 +69,8 @@ struct Entry<Result (*)(Arguments...)> {
     }
 };
 
-/** The promise's type follows from the function's. */
-template <typename Result, typename... Arguments>
-Entry<Result (*)(Arguments...)>
-entry(const char *name, Result (*function)(Arguments...), const char *sharings,
-      std::enable_if_t<true, promises::Promise<Result, Arguments...>> *promise)
-{
-    return {name, function, sharings, promise};
-}
 #define KX_ENTRY(function, sharings, promise)                                                      \
-    catalogue::entry(#function, &function, sharings, promises::promise)
+    catalogue::Entry<decltype(&function)>({#function, &function, sharings, promises::promise})
 
 /** The sharing after this one, or null. */
 inline const char *next_sharing(const char *sharing)
