@@ -147,7 +147,8 @@ using IfIs = std::conditional_t<Is, std::tuple<Type>, std::tuple<>>;
 
 /**
  * What checks a row of the function: `check(label, inputs..., result, outputs...)`, without a
- * result where there is none. Where outputs are read too, they are among the inputs.
+ * result where there is none. Where outputs are read too, they are among the inputs, and none is
+ * null.
  */
 template <bool read_outputs = false, typename Result, typename... Arguments>
 auto rows_of(Result (*function)(Arguments...))
