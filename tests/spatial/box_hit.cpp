@@ -175,8 +175,8 @@ TEST_CASE("KXRayIxBox")
     check("behind along x", unit, {{2, 0.5f, 0.5f}, {1, 0.1f, 0.1f}}, 0);
     check("behind along z", unit, {{0.5f, 0.5f, 3}, {0.1f, 0.1f, 1}}, 0);
     check("misses", unit, {{-1, 3, 0.5f}, {1, 1, 0.1f}}, 0);
-    check("no parameter beyond KX_HUGE", vast, {{0, 0, 0}, {1, 1, 1}}, 1,
-          {KX_HUGE, KX_HUGE, KX_HUGE});
+    check("no parameter beyond KX_HUGE, which is not the decimal", vast, {{0, 0, 0}, {1, 1, 9}}, 1,
+          {KX_HUGE, KX_HUGE, 9.00000053e+20f});
     check("y settles", unit, {{-1, 0.5f, 0.5f}, {1, 0, 0}}, 1);
     check("y settles, z not looked at", unit, {{-1, 0.5f, 5}, {1, 0, 0}}, 1);
     check("y settles, outside", unit, {{-1, 5, 0.5f}, {1, 0, 0}}, 0);
