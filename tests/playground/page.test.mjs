@@ -317,6 +317,7 @@ test("files that can't be read are said so, in a sentence, and the mesh stays", 
   }
   await page.setInputFiles("#file", { name: "good.obj", mimeType: "text/plain", buffer: Buffer.from(square) });
   await page.waitForFunction(() => document.getElementById("mesh-name").textContent === "good.obj, 2 triangles");
+  await page.setInputFiles("#file", []); // The dialogue was closed without a choice.
   assert.ok(await page.isHidden("#problem"));
   assert.equal(await page.inputValue("#file"), "", "the same file can be opened again, after it was saved");
 });
@@ -338,7 +339,9 @@ test("digests and replay are those of the native build, and one bit changed is n
   assert.equal(await page.locator("#checkpoints .same").count(), 0);
   assert.match(await page.innerText("#replay-verdict"), /, one bit changed$/);
   await page.click("#replay-again");
+  const drawn = await page.$eval("#replay-view", (canvas) => canvas.toDataURL());
   await page.locator("#checkpoints .same").first().waitFor();
+  assert.notEqual(await page.$eval("#replay-view", (canvas) => canvas.toDataURL()), drawn, "the bodies move");
 });
 
 test("digests of all functions through the bundled package are the native ones", async () => {
