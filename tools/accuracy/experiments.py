@@ -344,18 +344,16 @@ def to_matrix(random, function):
 def from_matrix(random, function):
     m = affine(random.rotation(), 0)
     e = wide(m[:3, :3])
-    trace = e[0, 0] + e[1, 1] + e[2, 2]
-    # The four forms of the same, by which element is divided by: w if the trace is positive, the largest otherwise.
-    s = np.sqrt(trace + 1)
-    forms = [np.array([e[2, 1] - e[1, 2], e[0, 2] - e[2, 0], e[1, 0] - e[0, 1], s * s]) / (2 * s)]
-    for i in range(3):
-        j, k = (i + 1) % 3, (i + 2) % 3
-        form = np.empty_like(forms[0])
-        s = np.sqrt(e[i, i] - e[j, j] - e[k, k] + 1)
-        form[i], form[j], form[k], form[3] = s * s, e[j, i] + e[i, j], e[k, i] + e[i, k], e[k, j] - e[j, k]
-        forms.append(form / (2 * s))
-    largest_of_diagonal = np.argmax([e[0, 0], e[1, 1], e[2, 2]], axis=0)
-    return [m], [error(function(m), np.choose(np.where(trace > 0, 0, 1 + largest_of_diagonal), forms))]
+    trace = np.trace(e)
+    # Four times the products of x, y, z, w with one another: each row is a multiple of the quaternion.
+    products = np.empty((4, 4, len(trace)), np.longdouble)
+    products[:3, :3] = e + e.swapaxes(0, 1) + (1 - trace) * identity(3, len(trace))
+    products[3, :3] = products[:3, 3] = e[2, 1] - e[1, 2], e[0, 2] - e[2, 0], e[1, 0] - e[0, 1]
+    products[3, 3] = 1 + trace
+    # By the row of w if the trace is positive, that of the largest otherwise: the sign is that element's.
+    by = np.where(trace > 0, 3, np.einsum("iin->in", e).argmax(0))
+    row = np.choose(by, products)
+    return [m], [error(function(m), row / (2 * np.sqrt(np.choose(by, row))))]
 
 
 # ---- Transforms taken apart, composed, and read by their columns
@@ -591,22 +589,15 @@ def bearing(random, function):
     return [points], [error(function(*points), np.arctan2(x, z) % (2 * PI))], points[0, 2] != points[1, 2]
 
 
-def direction_of(elevation, azimuth):
-    elevation, azimuth = wide(elevation), wide(azimuth)
-    return np.array([np.cos(elevation) * np.sin(azimuth), np.sin(elevation), np.cos(elevation) * np.cos(azimuth)])
-
-
-@measures([("x, y, z", ITSELF)], ("KXREAToPoint", "range ±2^[-16, 16); angles as below"))
-def to_point(random, function):
-    reach, elevation, azimuth = random.spread(-16, 16), random.uniform(np.pi / 2), random.uniform(np.pi)
-    wanted = direction_of(elevation, azimuth) * wide(reach)
-    return [reach, elevation, azimuth], [error(function(reach, elevation, azimuth), wanted)]
-
-
-@measures([("x, y, z", ITSELF)], ("KXEAToVector", "elevation in [-pi/2, pi/2], azimuth in [-pi, pi]"))
-def to_vector(random, function):
-    elevation, azimuth = random.uniform(np.pi / 2), random.uniform(np.pi)
-    return [elevation, azimuth], [error(function(elevation, azimuth), direction_of(elevation, azimuth))]
+@measures([("x, y, z", ITSELF)],
+          ("KXREAToPoint", "range ±2^[-16, 16); angles as below", True),
+          ("KXEAToVector", "elevation in [-pi/2, pi/2], azimuth in [-pi, pi]", False))
+def to_point(random, function, has_range):
+    reach = [random.spread(-16, 16)] if has_range else []
+    angles = [random.uniform(np.pi / 2), random.uniform(np.pi)]
+    elevation, azimuth = map(wide, angles)
+    wanted = np.array([np.cos(elevation) * np.sin(azimuth), np.sin(elevation), np.cos(elevation) * np.cos(azimuth)])
+    return [*reach, *angles], [error(function(*reach, *angles), wanted * wide(reach[0]) if has_range else wanted)]
 
 
 ELEVATION, AZIMUTH = ("elevation", "1"), ("azimuth", ITSELF)
