@@ -13,29 +13,11 @@
 namespace
 {
 
-std::uint64_t total = 0;
-
 void show(const char *name, std::uint64_t value)
 {
     std::printf("%s %08lx%08lx\n", name, static_cast<unsigned long>(value >> 32),
                 static_cast<unsigned long>(value & 0xffffffffU));
 }
-
-void print(const char *name, std::uint64_t value)
-{
-    show(name, value);
-    total = test::mixed(total ^ value) + 1;
-}
-
-struct Digesting {
-    test::Environment environment;
-
-    template <typename Function>
-    void operator()(const catalogue::Entry<Function> &entry) const
-    {
-        print(entry.name, test::Trial(entry.name, environment).run(entry));
-    }
-};
 
 } // namespace
 
@@ -56,7 +38,12 @@ int main(int argc, char **argv)
             return 2;
         }
     }
-    catalogue::for_every_function(Digesting{{rounding, flush}});
+    std::uint64_t total = 0;
+    catalogue::for_every_function([&](const auto &entry) {
+        const std::uint64_t value = test::Trial(entry.name, {rounding, flush}).run(entry);
+        show(entry.name, value);
+        total = test::mixed(total ^ value) + 1;
+    });
     show("total", total);
     return 0;
 }

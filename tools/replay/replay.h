@@ -111,15 +111,10 @@ public:
             look(watcher);
         }
         for (const Body &body : bodies) {
-            enter(body.place);
-            enter(body.velocity);
-            enter(body.spin);
-            enter(body.to_world);
-            states.word(body.seen);
+            enter(body.place, body.velocity, body.spin, body.to_world, body.seen);
         }
         for (const Watcher &watcher : watchers) {
-            enter(watcher.path);
-            enter(watcher.end);
+            enter(watcher.path, watcher.end);
         }
     }
 
@@ -291,14 +286,16 @@ private:
         }
     }
 
-    template <typename Record>
-    void enter(const Record &record)
+    template <typename... Records>
+    void enter(const Records &...records)
     {
-        std::array<std::uint32_t, sizeof(Record) / 4> words;
-        std::memcpy(words.data(), &record, sizeof record);
-        for (const std::uint32_t word : words) {
-            states.word(word);
-        }
+        const auto enter_one = [this](const auto &record) {
+            for (const auto word :
+                 test::bits_as<std::array<std::uint32_t, sizeof record / 4>>(record)) {
+                states.word(word);
+            }
+        };
+        (enter_one(records), ...);
     }
 
     std::array<box, 12> grown;
