@@ -51,8 +51,10 @@ const texts = (selector) => page.locator(selector).allInnerTexts();
 const number = (text) => Number(text.replace("−", "-"));
 const matrix = async (id = "matrix") => (await texts(`#${id} td`)).map(number);
 const verdicts = () => texts(".verdict");
-const inAddress = (text) => page.waitForFunction((wanted) => location.hash.includes(wanted), text);
-const go = (hash) => page.evaluate((next) => { location.hash = next; }, hash);
+/** What is pointed at is found by the last picture. */
+const drawn = () => page.evaluate(() => new Promise((done) => { requestAnimationFrame(() => requestAnimationFrame(done)); }));
+const inAddress = (text) => page.waitForFunction((wanted) => location.hash.includes(wanted), text).then(drawn);
+const go = (hash) => page.evaluate((next) => { location.hash = next; }, hash).then(drawn);
 /**
  * Waits until a picture's pixels are of the style sheet's colours of these names, at places that are given by x, y
  * and how far away, as the eye sees them from the front. Light changes how bright a colour is, and hardly its hue.
@@ -136,6 +138,7 @@ test("a mesh is placed by fields, sliders and orders, and read back", async (t) 
   await page.waitForSelector("#matrix td");
   assert.deepEqual(await matrix(), said);
   assert.ok(await page.isChecked("[name=order][value=XYZ]"));
+  assert.equal(await page.inputValue("#scale"), "last");
 
   await field("Scale y").fill("0");
   assert.ok(await page.isVisible("#singular"));
@@ -176,8 +179,7 @@ test("the programs that are shown print the matrix that is shown", async () => {
 
 test("a ray is cast at the mesh by mouse and keyboard", async () => {
   await visit("#p=0,0,0&r=0,0,0&s=1,1,1&eye=0,0");
-  await page.keyboard.press("Tab");
-  await page.keyboard.press("ArrowRight");
+  for (const key of ["Tab", "ArrowLeft", "ArrowLeft"]) await page.keyboard.press(key); // From the first to the last.
   assert.equal(await page.getAttribute("#tab-pick", "aria-selected"), "true");
   await drop("square.obj", square);
   await page.waitForFunction(() => document.getElementById("mesh-name").textContent === "square.obj, 2 triangles");
@@ -315,7 +317,7 @@ test("files that can't be read are said so, in a sentence, and the mesh stays", 
     await page.getByRole("alert").getByText(RegExp(`^${name} cannot be (read:|shown:) ${sentence}$`)).waitFor({ timeout: 5000 });
     assert.equal(await page.innerText("#mesh-name"), "bunny.obj, 69,666 triangles");
   }
-  await page.setInputFiles("#file", { name: "good.obj", mimeType: "text/plain", buffer: Buffer.from(square) });
+  await page.setInputFiles("#file", { name: "good.obj", mimeType: "text/plain", buffer: Buffer.from("# A long file.\n".repeat(1e5) + square) });
   await page.waitForFunction(() => document.getElementById("mesh-name").textContent === "good.obj, 2 triangles");
   await page.setInputFiles("#file", []); // The dialogue was closed without a choice.
   assert.ok(await page.isHidden("#problem"));
@@ -339,9 +341,9 @@ test("digests and replay are those of the native build, and one bit changed is n
   assert.equal(await page.locator("#checkpoints .same").count(), 0);
   assert.match(await page.innerText("#replay-verdict"), /, one bit changed$/);
   await page.click("#replay-again");
-  const drawn = await page.$eval("#replay-view", (canvas) => canvas.toDataURL());
+  const before = await page.$eval("#replay-view", (canvas) => canvas.toDataURL());
   await page.locator("#checkpoints .same").first().waitFor();
-  assert.notEqual(await page.$eval("#replay-view", (canvas) => canvas.toDataURL()), drawn, "the bodies move");
+  assert.notEqual(await page.$eval("#replay-view", (canvas) => canvas.toDataURL()), before, "the bodies move");
 });
 
 test("digests of all functions through the bundled package are the native ones", async () => {
@@ -386,6 +388,7 @@ test("any address, a narrow screen, and both themes", async () => {
   const dark = await background();
   await page.click("#theme");
   assert.notEqual(await background(), dark);
+  await looks("#place-view", { y: [[0, 1.33, 6.07]] });
   for (const tab of ["place", "pick", "same-bits"]) {
     await page.click(`#tab-${tab}`);
     assert.ok(await page.evaluate(() => document.documentElement.scrollWidth) <= 360, tab);
