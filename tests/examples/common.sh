@@ -1,5 +1,5 @@
-# Sourced by the tests of the examples, with $program set: a folder to work in, and what bad input
-# must end in.
+# Sourced by the tests of the examples, with $program and $pixel set: a folder to work in, what bad input
+# must end in, and what pictures show.
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 cd "$folder"
@@ -24,13 +24,6 @@ refused() {
     rm -f out/*
 }
 
-# The signature and the size, as the first bytes of a PNG: is_png FILE WIDTH HEIGHT
-is_png() {
-    head -c 24 "$1" | od -An -tx1 | tr -d ' \n' |
-        grep -q "^89504e470d0a1a0a0000000d49484452$(printf '%08x%08x' "$2" "$3")\$" ||
-        fail "$1 is not a PNG of $2 by $3"
-}
-
 # pixels FILE <<: each line a column, a row and the colour wanted there, to 2 of 255, with what it is.
 pixels() {
     while read -r column row red green blue what; do
@@ -39,4 +32,9 @@ pixels() {
             { if (off($1, r) || off($2, g) || off($3, b)) { print; exit 1 } }' >colour.txt ||
             fail "$1, pixel $column $row: wanted $red $green $blue ($what), got $(cat colour.txt)"
     done
+}
+
+# The same picture: same FILE WANTED WHAT
+same() {
+    said=$("$pixel" "$1" "$2") || fail "$3: $1 is not $2: $said"
 }
