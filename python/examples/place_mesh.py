@@ -70,7 +70,7 @@ def draw(axes, points, triangles, unit):
 
 
 def text(numbers):
-    return "(" + ", ".join(f"{number:.6g}" for number in numbers) + ")"
+    return "(" + ", ".join(f"{number + 0.0:.6g}" for number in numbers) + ")"
 
 
 def report(points, placed, matrix, off, unit):
