@@ -144,8 +144,8 @@ void compare(const char *label, Wanted wanted, Got got)
 {
     compare_calls(label, wanted, std::function(got));
 }
-/** With a function of C, which takes the same values in its order. A status other than this one
- * says that there is nothing. */
+/** With a function of C, which takes the same values in its order, and has a result only with this
+ * status. */
 template <typename Result, typename... Parameters, typename Got>
 void compare(const char *label, Result (*wanted)(Parameters...), Got got, std::int32_t status = 0)
 {

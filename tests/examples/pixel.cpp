@@ -7,25 +7,19 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 
 struct Picture {
-    int width = 0, height = 0;
-    unsigned char *rgb;
+    int width = 0, height = 0, channels = 0;
+    std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> rgb;
 
     explicit Picture(const char *path)
+        : rgb(stbi_load(path, &width, &height, &channels, 3), stbi_image_free)
     {
-        int channels = 0;
-        rgb = stbi_load(path, &width, &height, &channels, 3);
         if (rgb == nullptr) {
             std::printf("%s is no PNG file\n", path);
             std::exit(1);
         }
-    }
-    Picture(const Picture &) = delete;
-    Picture &operator=(const Picture &) = delete;
-    ~Picture()
-    {
-        stbi_image_free(rgb);
     }
 };
 
@@ -35,14 +29,14 @@ static int compare(const Picture &a, const Picture &b)
         std::printf("%d by %d, not %d by %d\n", a.width, a.height, b.width, b.height);
         return 1;
     }
-    int count = 0, first = 0;
-    for (int i = 3 * a.width * a.height - 1; i >= 0; --i) {
-        if (std::abs(a.rgb[i] - b.rgb[i]) > 2) {
+    int count = 0, last = 0;
+    for (int i = 0; i < 3 * a.width * a.height; ++i) {
+        if (std::abs(a.rgb.get()[i] - b.rgb.get()[i]) > 2) {
             ++count;
-            first = i / 3;
+            last = i / 3;
         }
     }
-    std::printf("%d bytes differ, the first at %d %d\n", count, first % a.width, first / a.width);
+    std::printf("%d bytes differ, the last at %d %d\n", count, last % a.width, last / a.width);
     return count > 20;
 }
 
@@ -61,7 +55,7 @@ int main(int argc, char **argv)
             std::printf("the picture has %d by %d\n", picture.width, picture.height);
             return 1;
         }
-        const unsigned char *pixel = picture.rgb + 3 * (row * picture.width + column);
+        const stbi_uc *pixel = picture.rgb.get() + 3 * (row * picture.width + column);
         std::printf("%d %d %d\n", pixel[0], pixel[1], pixel[2]);
     }
     return 0;
