@@ -29,6 +29,7 @@ export class Heap {
   /** @param {WebAssembly.Module} module
    *  @param {number} floats how many floats the caller gets of the memory */
   constructor(module, floats = 0) {
+    if (!(Number.isInteger(floats) && floats >= 0)) refuse(TypeError, "createWorkspace: floats", `is ${String(floats)}, not a whole number`);
     const instance = new WebAssembly.Instance(module, {});
     this.exports = instance.exports;
     const { memory, __heap_base } = this.exports;

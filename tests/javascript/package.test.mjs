@@ -95,6 +95,7 @@ test("arrays of any length, copied, in place, overlapping, and in a workspace", 
   assert.deepEqual(space.KXP3ChangeNUnits(kx.KX_UNIT_FOOT, kx.KX_UNIT_INCH, from, to)[0], Math.fround(points[0] * 12));
   kx.createWorkspace(6 * count).array.fill(7); // Another memory.
   assert.deepEqual(from.slice(), points);
+  for (const size of ["abc", -1, 1.5]) assert.throws(() => kx.createWorkspace(size), /^TypeError: createWorkspace: floats is .*, not a whole number$/);
   assert.equal(kx.KXM4NP3I1(m, new Float32Array(0)).length, 0);
 });
 
