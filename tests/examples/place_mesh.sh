@@ -103,8 +103,8 @@ pixels sheet.png <<'TEXT'
 1200 727 225 116 27 from the right: its upper side
 1426 700 85 173 107 from the right: the line of Z = 0
 700 41 43 51 64 the scale bar
-770 41 43 51 64 its last column
-772 41 247 248 250 nothing after it
+676 41 43 51 64 its left end
+670 41 247 248 250 nothing to the left of it
 40 850 33 148 61 the arrow up, along Y
 1186 1162 30 97 215 the arrow to the left, along Z
 TEXT
