@@ -142,6 +142,7 @@ TEST_CASE("The last row chooses the method")
             check("below it", zero_block_with(c, sign * below_tolerance), 1, untouched);
         }
         check("a NaN", zero_block_with(c, not_a_number), 1, untouched);
+        check("1", zero_block_with(c, 1), 1, unit4);
         check("next to 1", zero_block_with(c, 0x1.000002p+0f), 1, unit4);
     }
     for (const float sign : {1.0f, -1.0f}) {
