@@ -191,7 +191,7 @@ function scene() {
     button.addEventListener("pointerdown", (event) => button.setPointerCapture(event.pointerId));
     button.addEventListener("pointermove", (event) => {
       if (!button.hasPointerCapture(event.pointerId)) return;
-      const frame = view.canvas.getBoundingClientRect();
+      const frame = element("handles").getBoundingClientRect();
       const ray = view.ray(event.clientX - frame.left, event.clientY - frame.top);
       // In the plane of the picture: as far along the line of sight as before.
       const ahead = kx.KXM4P3I0(view.placement, vector(0, 0, -1));
