@@ -89,14 +89,15 @@ def main():
     try:
         cluster = None if options.scheduler else LocalCluster(
             n_workers=options.workers, threads_per_worker=1, dashboard_address=None)
-        with Client(options.scheduler or cluster, timeout=20):
-            started = time.perf_counter()
-            box, hidden, digest = run(options)
-            seconds = time.perf_counter() - started
-        if cluster:
-            cluster.close()
-    except OSError as error:
+        client = Client(options.scheduler or cluster, timeout=20)
+    except (OSError, ValueError) as error:
         sys.exit(f"point_cloud.py: there is no scheduler at {options.scheduler}: {error}")
+    with client:
+        started = time.perf_counter()
+        box, hidden, digest = run(options)
+        seconds = time.perf_counter() - started
+    if cluster:
+        cluster.close()
     print(f"points        {options.points} in {seconds:.1f} s")
     print(f"box           {text(box[0])} to {text(box[1])} m")
     print(f"hidden        {hidden} points by the tower")

@@ -69,7 +69,8 @@ def test_point_cloud_whatever_the_chunks(tmp_path):
     # The hills' square of 6000 feet by 600, turned about Y and moved.
     assert said[0].startswith("box           (-1273.74, -94.4399, -1246.64) to (1299.49, 88.4388, 1323.73) m\n"
                               "hidden        20089 points by the tower\ndigest ") and said[0] == said[1]
-    for options, words in ([], "points.npy has the shape (200001, 3)"), (["--file", "."], ". can't be used"):
+    for options, words in (([], "points.npy has the shape (200001, 3)"), (["--file", "."], ". can't be used"),
+                           (["--points", 200001, "--scheduler", "nowhere"], "there is no scheduler at nowhere: ")):
         ran = run(tmp_path, "point_cloud.py", *options)
         assert ran.returncode == 1 and ran.stderr.startswith("point_cloud.py: " + words) and not ran.stdout
     assert "are 1 or more" in run(tmp_path, "point_cloud.py", "--workers", 0).stderr
